@@ -1,0 +1,21 @@
+# GoogleTest from its packaged source, so that it is built by the same compiler as the tests on either platform, and
+# quern_test(), which makes one test program of a folder.
+set(GTEST_SOURCE /usr/src/googletest CACHE PATH "Source of GoogleTest (Debian package googletest)")
+if(NOT EXISTS ${GTEST_SOURCE}/CMakeLists.txt)
+  message(FATAL_ERROR "GoogleTest's source is not in ${GTEST_SOURCE}: run scripts/setup, or give -DGTEST_SOURCE=DIR, "
+                      "or build without tests by -DQUERN_TESTS=OFF.")
+endif()
+set(INSTALL_GTEST OFF CACHE INTERNAL "")
+add_subdirectory(${GTEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+foreach(target gtest gtest_main gmock gmock_main)
+  target_compile_options(${target} PRIVATE -w)  # not ours to mend
+endforeach()
+
+# quern_test(NAME USES TARGETS...): every *_test.cpp of the current folder as one program, run by CTest.
+function(quern_test name)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE quern_options ${ARG_USES} GTest::gmock_main)
+  add_test(NAME ${name} COMMAND ${name})
+endfunction()

@@ -1,0 +1,33 @@
+// Moves between a cpu_state and the vector library's context and predicate values.
+#include "sve/state/cpu_context.h"
+
+#include "sve/state/predicate_bits.h"
+
+CpuContext cpu_ctxt{};
+CpuContext* ctxt = nullptr;
+
+PredV to_pred(const unsigned char* bytes) {
+  unsigned char image[sizeof(PredV)]{};
+  pack_predicate(bytes, image);
+  return std::bit_cast<PredV>(image);
+}
+
+void from_pred(const PredV& value, unsigned char* bytes) {
+  unsigned char image[sizeof(PredV)];
+  std::memcpy(image, &value, sizeof image);
+  unpack_predicate(image, bytes);
+}
+
+CpuContext make_context(const cpu_state& state) {
+  return {.nzcv = static_cast<std::uint32_t>(state.nzcv),
+          .fpsr = state.fpsr,
+          .fpcr = state.fpcr & fpcr_library_mask,
+          .vl_units = VL_BITS / 64,
+          .ffr = to_pred(state.ffr)};
+}
+
+void store_context(const CpuContext& ctx, cpu_state& state) {
+  state.nzcv = ctx.nzcv;
+  state.fpsr = ctx.fpsr;
+  from_pred(ctx.ffr, state.ffr);
+}
