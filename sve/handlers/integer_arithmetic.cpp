@@ -9,6 +9,6 @@ using namespace quern;
 
 aarch64_decode_rc sve_add_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) {
   by_size(zd.size,
-          [&]<class T>(T) { each_lane<T>(state->z[zd.num], state->z[zn.num], state->z[zm.num], std::plus{}); });
+          [&]<class T>(T) { each_lane<T>(std::plus{}, state->z[zd.num], state->z[zn.num], state->z[zm.num]); });
   return DECODE_OK;
 }

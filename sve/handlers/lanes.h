@@ -40,7 +40,14 @@ inline T active_mask(const unsigned char* predicate, std::size_t i) {
   return static_cast<T>(U{0} - (lane<U>(predicate, i) & U{1}));
 }
 
-// A whole result, built before the destination changes, so that the destination may be any source.
+// `yes` where the mask is all ones, `no` where it is all zeros. In this form because it is one BSL on AArch64.
+template <class T>
+inline T select(T mask, T yes, T no) {
+  return static_cast<T>(no ^ ((no ^ yes) & mask));
+}
+
+// A whole result, built before the destination changes, for operations that move data between lanes: so the destination
+// may be any source.
 struct vector_result {
   alignas(16) unsigned char bytes[VL_BYTES];
 
@@ -60,33 +67,44 @@ inline void by_signed_size(std::uint32_t code, F f) {
   by_size(code, [&]<class T>(T) { f(std::make_signed_t<T>{}); });
 }
 
-// d[i] = op(a[i]), every lane.
-template <class T, class Op>
-inline void each_lane(unsigned char* d, const unsigned char* a, Op op) {
-  vector_result r;
-  for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(r.bytes, i, static_cast<T>(op(lane<T>(a, i))));
-  r.copy_to(d);
+// The loops below run in place and are told that their lanes do not depend on each other (ivdep): lane i of the result
+// comes from lane i of each source alone, and two registers are either the same or apart. So the destination may be any
+// source, and no whole result need be built first.
+
+// d[i] = op(source[i]...), every lane.
+template <class T, class Op, class... Source>
+inline void each_lane(Op op, unsigned char* d, const Source*... source) {
+#pragma GCC ivdep
+  for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(d, i, static_cast<T>(op(lane<T>(source, i)...)));
 }
 
-// d[i] = op(a[i], b[i]), every lane.
-template <class T, class Op>
-inline void each_lane(unsigned char* d, const unsigned char* a, const unsigned char* b, Op op) {
-  vector_result r;
-  for (std::size_t i = 0; i != lane_count<T>; ++i)
-    set_lane<T>(r.bytes, i, static_cast<T>(op(lane<T>(a, i), lane<T>(b, i))));
-  r.copy_to(d);
-}
-
-// d[i] = compute(i) where the lane is active, else the old d[i]. compute runs for inactive lanes too, so that the loop
+// d[i] = op(source[i]...) where the lane is active, else the old d[i]. op runs for inactive lanes too, so that the loop
 // has no branch: it must be harmless there.
-template <class T, class Compute>
-inline void merging(unsigned char* d, const unsigned char* pg, Compute compute) {
-  vector_result r;
+template <class T, class Op, class... Source>
+inline void merge_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
+#pragma GCC ivdep
   for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    const T active = active_mask<T>(pg, i);
-    set_lane<T>(r.bytes, i, static_cast<T>((static_cast<T>(compute(i)) & active) | (lane<T>(d, i) & ~active)));
+    set_lane<T>(d, i, select(active_mask<T>(pg, i), static_cast<T>(op(lane<T>(source, i)...)), lane<T>(d, i)));
   }
-  r.copy_to(d);
+}
+
+// op over all active lanes of `source`, from `neutral` on: op(x, neutral) is x. The accumulator may be wider than the
+// lanes. op has to be associative and commutative, as the compiler makes it several partial results.
+template <class T, class Accumulator, class Op>
+inline Accumulator fold_active_lanes(Op op, Accumulator neutral, const unsigned char* pg, const unsigned char* source) {
+  Accumulator folded = neutral;
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const T value = select(active_mask<T>(pg, i), lane<T>(source, i), static_cast<T>(neutral));
+    folded = static_cast<Accumulator>(op(folded, static_cast<Accumulator>(value)));
+  }
+  return folded;
+}
+
+// Writes a scalar result: element 0 of the vector, all above it zero.
+template <class T>
+inline void set_scalar(unsigned char* d, T value) {
+  std::memset(d, 0, VL_BYTES);
+  set_lane<T>(d, 0, value);
 }
 
 }  // namespace quern
