@@ -1,0 +1,45 @@
+// Contiguous loads and stores of one register (LD1B to LD1D, ST1B to ST1D, and the non-temporal LDNT1 and STNT1).
+//
+// A load's active lane i reads the memory element at base + offset + i * its size, extended to the lane; an inactive
+// lane becomes 0 and touches no memory. A store's active lane writes the lane's low bytes. The offset is imm times the
+// bytes that all lanes touch in memory (_zpri), or the index times the memory element's size (_scaled_zprr). Traced as
+// runs of neighbouring active lanes. The non-temporal forms are the plain ones: no hint reaches the host.
+//
+// In a name, b, h, w, d is the memory element, s before it a sign-extending load, and _h, _s, _d a wider lane.
+#pragma once
+
+#include "sve/handlers/memory_forms.h"
+
+// LD1: loads, immediate and register offset.
+quern::zpri_form sve_ld1b_zpri, sve_ld1b_h_zpri, sve_ld1b_s_zpri, sve_ld1b_d_zpri;
+quern::zpri_form sve_ld1h_zpri, sve_ld1h_s_zpri, sve_ld1h_d_zpri;
+quern::zpri_form sve_ld1w_zpri, sve_ld1w_d_zpri;
+quern::zpri_form sve_ld1d_zpri;
+quern::zpri_form sve_ld1sb_h_zpri, sve_ld1sb_s_zpri, sve_ld1sb_d_zpri;
+quern::zpri_form sve_ld1sh_s_zpri, sve_ld1sh_d_zpri;
+quern::zpri_form sve_ld1sw_d_zpri;
+
+quern::zprr_form sve_ld1b_scaled_zprr, sve_ld1b_h_scaled_zprr, sve_ld1b_s_scaled_zprr, sve_ld1b_d_scaled_zprr;
+quern::zprr_form sve_ld1h_scaled_zprr, sve_ld1h_s_scaled_zprr, sve_ld1h_d_scaled_zprr;
+quern::zprr_form sve_ld1w_scaled_zprr, sve_ld1w_d_scaled_zprr;
+quern::zprr_form sve_ld1d_scaled_zprr;
+quern::zprr_form sve_ld1sb_h_scaled_zprr, sve_ld1sb_s_scaled_zprr, sve_ld1sb_d_scaled_zprr;
+quern::zprr_form sve_ld1sh_s_scaled_zprr, sve_ld1sh_d_scaled_zprr;
+quern::zprr_form sve_ld1sw_d_scaled_zprr;
+
+// ST1: stores, immediate and register offset.
+quern::zpri_form sve_st1b_zpri, sve_st1b_h_zpri, sve_st1b_s_zpri, sve_st1b_d_zpri;
+quern::zpri_form sve_st1h_zpri, sve_st1h_s_zpri, sve_st1h_d_zpri;
+quern::zpri_form sve_st1w_zpri, sve_st1w_d_zpri;
+quern::zpri_form sve_st1d_zpri;
+
+quern::zprr_form sve_st1b_scaled_zprr, sve_st1b_h_scaled_zprr, sve_st1b_s_scaled_zprr, sve_st1b_d_scaled_zprr;
+quern::zprr_form sve_st1h_scaled_zprr, sve_st1h_s_scaled_zprr, sve_st1h_d_scaled_zprr;
+quern::zprr_form sve_st1w_scaled_zprr, sve_st1w_d_scaled_zprr;
+quern::zprr_form sve_st1d_scaled_zprr;
+
+// LDNT1 and STNT1.
+quern::zpri_form sve_ldnt1b_zpri, sve_ldnt1h_zpri, sve_ldnt1w_zpri, sve_ldnt1d_zpri;
+quern::zpri_form sve_stnt1b_zpri, sve_stnt1h_zpri, sve_stnt1w_zpri, sve_stnt1d_zpri;
+quern::zprr_form sve_ldnt1b_scaled_zprr, sve_ldnt1h_scaled_zprr, sve_ldnt1w_scaled_zprr, sve_ldnt1d_scaled_zprr;
+quern::zprr_form sve_stnt1b_scaled_zprr, sve_stnt1h_scaled_zprr, sve_stnt1w_scaled_zprr, sve_stnt1d_scaled_zprr;

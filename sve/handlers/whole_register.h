@@ -1,0 +1,11 @@
+// Spill and fill of whole registers (LDR and STR of a vector or a predicate). No predicate governs them, and they are
+// not traced.
+#pragma once
+
+#include "sve/handlers/memory_forms.h"
+
+// A vector: VL_BYTES bytes at base + imm * VL_BYTES.
+quern::zri_form sve_ldr_zri, sve_str_zri;
+
+// A predicate: its image of one bit for each vector byte, at base + imm * VL_BYTES / 8. A fill writes bytes of 0 or 1.
+quern::pri_form sve_ldr_pri, sve_str_pri;
