@@ -1,10 +1,10 @@
 // Selecting elements, and copying one value to many. Flags stay. B, H, S, D by Zd's size.
 #pragma once
 
-#include "sve/handlers/handler_shapes.h"
+#include "sve/handlers/handler_types.h"
 
 // Zd[i] = Zn[i] where active in Pg, else Zm[i] (SEL, vectors).
-quern::handler_zpzz sve_sel_zpzz;
+handler_zpzz sve_sel_zpzz;
 
 // Active elements of Zd = imm, narrowed or sign-extended; inactive ones become 0 under the zeroing qualifier of Pg and
 // stay under any other (CPY, immediate).

@@ -1,6 +1,6 @@
 // The types of direct handlers by their operands: the letters that end a handler's name, in the order of the assembler
-// syntax, destination first. z is a vector, p a predicate, i an immediate, v the number of a vector whose element 0 is
-// a scalar. Every handler answers DECODE_OK.
+// syntax, destination first. z is a vector, p a predicate, r a general register, i an immediate, v the number of a
+// vector whose element 0 is a scalar. Every handler answers DECODE_OK.
 #pragma once
 
 #include "sve/state/cpu_state.h"
@@ -11,9 +11,24 @@ using handler_zpz = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p
 using handler_zpzz = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg, aarch64_z_reg);
 using handler_vpz = aarch64_decode_rc(cpu_state* state, unsigned int, aarch64_p_reg, aarch64_z_reg);
 
+using handler_p = aarch64_decode_rc(cpu_state* state, aarch64_p_reg);
+using handler_pp = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg);
+using handler_ppp = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg);
+using handler_pppp = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg);
+using handler_ppzz = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_z_reg, aarch64_z_reg);
+
+using handler_prr = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_i_reg, aarch64_i_reg);
+using handler_rpz = aarch64_decode_rc(cpu_state* state, aarch64_i_reg, aarch64_p_reg, aarch64_z_reg);
+
 // With an immediate: unsigned, signed, or a 64-bit mask.
 using handler_zi = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, unsigned int);
 using handler_zi_signed = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, int);
 using handler_zi_mask = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_sve_logical64_imm);
 using handler_zzi = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_z_reg, unsigned int);
 using handler_zpi = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, unsigned int);
+using handler_ppzi = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_z_reg, unsigned int);
+using handler_ppzi_signed = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_z_reg, int);
+
+// With a predicate pattern (0 to 31) and a multiplier (1 to 16).
+using handler_rii = aarch64_decode_rc(cpu_state* state, aarch64_i_reg, unsigned int pattern, unsigned int multiplier);
+using handler_zii = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, unsigned int pattern, unsigned int multiplier);

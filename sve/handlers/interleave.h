@@ -3,7 +3,7 @@
 // destination's size.
 #pragma once
 
-#include "sve/handlers/handler_shapes.h"
+#include "sve/handlers/handler_types.h"
 
 // An element size code as an enumeration.
 enum element_size : std::uint32_t {
@@ -19,14 +19,14 @@ void sve_zip1(char* destination, char* first, char* second, element_size size);
 void sve_zip2(char* destination, char* first, char* second, element_size size);
 void sve_uzp1(char* destination, char* first, char* second, element_size size);
 
-quern::handler_zzz sve_zip1_zzz;  // elements of the low halves of Zn and Zm in turn (ZIP1)
-quern::handler_zzz sve_zip2_zzz;  // elements of the high halves of Zn and Zm in turn (ZIP2)
-quern::handler_zzz sve_uzp1_zzz;  // the even elements of Zn, then those of Zm (UZP1)
-quern::handler_zzz sve_uzp2_zzz;  // the odd elements of Zn, then those of Zm (UZP2)
-quern::handler_zzz sve_trn1_zzz;  // the even elements of Zn and Zm in turn (TRN1)
-quern::handler_zzz sve_trn2_zzz;  // the odd elements of Zn and Zm in turn (TRN2)
+handler_zzz sve_zip1_zzz;  // elements of the low halves of Zn and Zm in turn (ZIP1)
+handler_zzz sve_zip2_zzz;  // elements of the high halves of Zn and Zm in turn (ZIP2)
+handler_zzz sve_uzp1_zzz;  // the even elements of Zn, then those of Zm (UZP1)
+handler_zzz sve_uzp2_zzz;  // the odd elements of Zn, then those of Zm (UZP2)
+handler_zzz sve_trn1_zzz;  // the even elements of Zn and Zm in turn (TRN1)
+handler_zzz sve_trn2_zzz;  // the odd elements of Zn and Zm in turn (TRN2)
 
-quern::handler_ppp sve_zip1_ppp;  // ZIP1 (predicates)
-quern::handler_ppp sve_zip2_ppp;  // ZIP2 (predicates)
-quern::handler_ppp sve_uzp1_ppp;  // UZP1 (predicates)
-quern::handler_ppp sve_trn1_ppp;  // TRN1 (predicates), elements cut to bit 0; no row of the decoder comes here
+handler_ppp sve_zip1_ppp;  // ZIP1 (predicates)
+handler_ppp sve_zip2_ppp;  // ZIP2 (predicates)
+handler_ppp sve_uzp1_ppp;  // UZP1 (predicates)
+handler_ppp sve_trn1_ppp;  // TRN1 (predicates), elements cut to bit 0; no row of the decoder comes here

@@ -1,7 +1,7 @@
 // The flags of a predicate result: PTEST, and the test that every flag-setting predicate handler ends with.
 #pragma once
 
-#include "sve/handlers/handler_shapes.h"
+#include "sve/handlers/handler_types.h"
 
 // Sets NZCV by the predicate `result` under the predicate `governing`, both VL_BYTES bytes (PredTest): N the first
 // active element, Z no active element set, C the last active element not set, V 0. With no active element N is 0 and C
@@ -20,4 +20,4 @@ extern template void sve_ptest<unsigned int>(cpu_state*, const char*, const char
 extern template void sve_ptest<unsigned long>(cpu_state*, const char*, const char*);
 
 // (Pg, Pn): sets NZCV by Pn under Pg, byte elements (PTEST).
-quern::handler_pp sve_ptest_pp;
+handler_pp sve_ptest_pp;

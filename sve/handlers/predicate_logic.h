@@ -2,12 +2,12 @@
 // becomes 0 under the zeroing qualifier and keeps Pd's old byte under any other. Flags stay.
 #pragma once
 
-#include "sve/handlers/handler_shapes.h"
+#include "sve/handlers/handler_types.h"
 
-quern::handler_pppp sve_and_pppp;  // Pn AND Pm, whole bytes (AND, predicates)
-quern::handler_pppp sve_orr_pppp;  // Pn OR Pm, whole bytes (ORR, predicates)
-quern::handler_pppp sve_eor_pppp;  // Pn XOR Pm, whole bytes (EOR, predicates)
-quern::handler_pppp sve_bic_pppp;  // Pn AND NOT Pm, whole bytes (BIC, predicates)
-quern::handler_pppp sve_nor_pppp;  // 1 when the whole bytes of Pn and Pm are zero, else 0 (NOR)
-quern::handler_ppp sve_not_ppp;    // (Pd, Pg, Pn): the inverse of bit 0 of Pn's byte (NOT, predicate)
-quern::handler_pppp sve_sel_pppp;  // Pn's byte where active, else Pm's; no qualifier (SEL, predicates)
+handler_pppp sve_and_pppp;  // Pn AND Pm, whole bytes (AND, predicates)
+handler_pppp sve_orr_pppp;  // Pn OR Pm, whole bytes (ORR, predicates)
+handler_pppp sve_eor_pppp;  // Pn XOR Pm, whole bytes (EOR, predicates)
+handler_pppp sve_bic_pppp;  // Pn AND NOT Pm, whole bytes (BIC, predicates)
+handler_pppp sve_nor_pppp;  // 1 when the whole bytes of Pn and Pm are zero, else 0 (NOR)
+handler_ppp sve_not_ppp;    // (Pd, Pg, Pn): the inverse of bit 0 of Pn's byte (NOT, predicate)
+handler_pppp sve_sel_pppp;  // Pn's byte where active, else Pm's; no qualifier (SEL, predicates)

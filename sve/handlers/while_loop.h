@@ -3,10 +3,10 @@
 // result as if every element were active.
 #pragma once
 
-#include "sve/handlers/handler_shapes.h"
+#include "sve/handlers/handler_types.h"
 
 // (Pd, Rn, Rm): X registers when Rn's size is 3, else the low 32 bits of both; number 31 reads as 0. B, H, S, D by Pd's
 // size.
-quern::handler_prr sve_whilelt_prr;  // Rn + i < Rm, signed (WHILELT)
-quern::handler_prr sve_whilelo_prr;  // Rn + i < Rm, unsigned (WHILELO)
-quern::handler_prr sve_whilels_prr;  // Rn + i <= Rm, unsigned (WHILELS)
+handler_prr sve_whilelt_prr;  // Rn + i < Rm, signed (WHILELT)
+handler_prr sve_whilelo_prr;  // Rn + i < Rm, unsigned (WHILELO)
+handler_prr sve_whilels_prr;  // Rn + i <= Rm, unsigned (WHILELS)
