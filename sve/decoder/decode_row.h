@@ -40,9 +40,9 @@ struct decode_row {
   route way = route::none;
 };
 
-// An encoding of a row, before its map is known.
+// A row with the fixed bits of its encoding, before its map is known.
 struct encoded_row {
-  encoding drawing{"--------------------------------"};
+  std::uint32_t mask = 0;
   decode_row row;
 };
 
@@ -60,7 +60,7 @@ template <type_tag Tag, class Shape>
 consteval encoded_row row_of_type(std::string_view stem, const encoding& drawing) {
   const encoding sized = drawing.bits_of('z') != 0 ? drawing.with('z', Tag.opcode) : drawing;
   check_operands(sized, Shape::operands);
-  return {sized,
+  return {sized.mask,
           {.thunk = Shape::template thunk<Tag.size>,
            .name = {Tag.text, stem},
            .handler = Shape::handler,
@@ -71,7 +71,7 @@ consteval encoded_row row_of_type(std::string_view stem, const encoding& drawing
 }
 
 // row<TYPES...>(STEM, DRAWING, SHAPE): one form for each type. A field 'z' of the drawing, if there is one, takes the
-// type's opcode.
+// type's size code, or for TYPE.at(x) the value x.
 template <type_tag... Tags, class Shape>
 consteval std::array<encoded_row, sizeof...(Tags)> row(std::string_view stem, const encoding& drawing, Shape) {
   return {row_of_type<Tags, Shape>(stem, drawing)...};
@@ -97,21 +97,31 @@ consteval void sort_by_name(std::array<decode_row, N>& table) {
   for (std::size_t i = 0; i != N; ++i) table[i] = unsorted[places[i].index];
 }
 
-// decode_rows(KEY, ROWS...): the table of one map, in the order of the thunks' names. The fixed bits of every row are
-// exactly the map's key bits, and no two rows meet.
+// group(ROWS...): the rows of several forms as one, for a map whose table is written in more than one file.
 template <std::size_t... N>
-consteval auto decode_rows(key_bits key, const std::array<encoded_row, N>&... groups) {
-  std::array<decode_row, (N + ...)> table{};
+consteval auto group(const std::array<encoded_row, N>&... forms) {
+  std::array<encoded_row, (N + ...)> all{};
+  std::size_t count = 0;
+  ((std::copy(forms.begin(), forms.end(), all.begin() + count), count += N), ...);
+  return all;
+}
+
+// decode_rows<COUNT>(KEY, ROWS...): the table of one map, in the order of the thunks' names. It has COUNT rows, the
+// fixed bits of every row are exactly the map's key bits, and no two rows meet.
+template <std::size_t Count, std::size_t... N>
+consteval std::array<decode_row, Count> decode_rows(key_bits key, const std::array<encoded_row, N>&... forms) {
+  static_assert((N + ...) == Count, "the map has another number of rows");
+  std::array<decode_row, Count> table{};
   std::size_t count = 0;
   const auto take = [&](const encoded_row& e) {
-    if (e.drawing.mask != key.mask()) throw "the fixed bits of a row are not the map's key bits";
+    if (e.mask != key.mask()) throw "the fixed bits of a row are not the map's key bits";
     table[count] = e.row;
     table[count++].key = key.of(e.row.value);
   };
-  (std::for_each(groups.begin(), groups.end(), take), ...);
+  (std::for_each(forms.begin(), forms.end(), take), ...);
   sort_by_name(table);
 
-  std::array<int, (N + ...)> keys{};
+  std::array<int, Count> keys{};
   for (std::size_t i = 0; i != keys.size(); ++i) keys[i] = table[i].key;
   std::sort(keys.begin(), keys.end());
   if (std::adjacent_find(keys.begin(), keys.end()) != keys.end()) throw "two rows of a map meet";

@@ -28,9 +28,6 @@ consteval std::string_view function_name() {
   return text.substr(0, text.find_first_of(";]"));
 }
 
-// Says on standard error that `name` at the state's pc is not implemented, and answers DECODE_UNIMPLEMENTED.
-aarch64_decode_rc report_unimplemented(const cpu_state* state, std::uint32_t word, const char* name);
-
 // The thunk of an instruction whose routine does not exist yet: reports the word under its thunk's name.
 aarch64_decode_rc unimplemented_thunk(cpu_state* state, unsigned int word);
 

@@ -6,7 +6,7 @@
 namespace quern {
 namespace {
 
-constexpr auto table__31_21__15_10 = decode_rows(
+constexpr auto table__31_21__15_10 = decode_rows<4>(
     key_bits{"31_21__15_10"},
     row<U8, U16, U32, U64>("AddVVX", "00000100 zz 1 mmmmm 000 000 nnnnn ddddd", direct<sve_add_zzz, Zd, Zn, Zm>));
 
