@@ -1,0 +1,30 @@
+// Differences between two register files, and between two memories.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "sve/state/cpu_state.h"
+
+namespace quern {
+
+enum class part : std::uint8_t { x, sp, nzcv, fpsr, z, p, ffr, memory, other };
+
+struct difference {
+  part where;
+  std::string text;  // "z3.s[5]: processor 0x00000001, emulator 0x00000002"
+};
+
+// The first difference of each part, with vectors shown in lanes of `size`. Of predicate bytes only bit 0 is compared.
+// Of the fields that no processor has, pc and fpcr must be equal.
+std::vector<difference> compare_states(const cpu_state& processor, const cpu_state& emulator, std::uint32_t size);
+
+// The first difference of two memories of `bytes` bytes, if any, is added to `found`.
+void compare_memory(const unsigned char* processor, const unsigned char* emulator, std::int64_t bytes,
+                    std::vector<difference>& found);
+
+// The first predicate byte that is neither 0 nor 1, if any, is added to `found`.
+void check_predicate_bytes(const cpu_state& emulator, std::vector<difference>& found);
+
+}  // namespace quern
