@@ -2,6 +2,7 @@
 // it, the predicate and the order of reading and writing are here, once.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -13,6 +14,10 @@ namespace quern {
 
 template <class T>
 inline constexpr std::size_t lane_count = VL_BYTES / sizeof(T);
+
+// The size code of T's width.
+template <class T>
+inline constexpr std::uint32_t size_code = std::bit_width(sizeof(T)) - 1;
 
 // Lane i of the VL_BYTES bytes at `bytes`. A copy of constant size: the compiler makes it one access, or a vector's
 // part.
@@ -33,11 +38,16 @@ inline bool is_active(const unsigned char* predicate, std::size_t i) {
   return (predicate[i * sizeof(T)] & 1) != 0;
 }
 
-// All ones when lane i is active, all zeros when not, in T's width: what a predicated loop selects by without a branch.
+// All ones for an active predicate element, all zeros for another, in T's width: what a predicated loop selects by
+// without a branch.
+template <class T>
+inline T active_mask(T predicate_element) {
+  using U = std::make_unsigned_t<T>;
+  return static_cast<T>(U{0} - (static_cast<U>(predicate_element) & U{1}));
+}
 template <class T>
 inline T active_mask(const unsigned char* predicate, std::size_t i) {
-  using U = std::make_unsigned_t<T>;
-  return static_cast<T>(U{0} - (lane<U>(predicate, i) & U{1}));
+  return active_mask(lane<T>(predicate, i));
 }
 
 // `yes` where the mask is all ones, `no` where it is all zeros. In this form because it is one BSL on AArch64.
@@ -86,6 +96,20 @@ inline void merge_lanes(Op op, unsigned char* d, const unsigned char* pg, const 
   for (std::size_t i = 0; i != lane_count<T>; ++i) {
     set_lane<T>(d, i, select(active_mask<T>(pg, i), static_cast<T>(op(lane<T>(source, i)...)), lane<T>(d, i)));
   }
+}
+
+// d[i] = op(source[i]...) where the lane is active, else 0. op runs for inactive lanes too.
+template <class T, class Op, class... Source>
+inline void zero_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
+#pragma GCC ivdep
+  for (std::size_t i = 0; i != lane_count<T>; ++i)
+    set_lane<T>(d, i, static_cast<T>(static_cast<T>(op(lane<T>(source, i)...)) & active_mask<T>(pg, i)));
+}
+
+// d[i] = yes[i] where the lane is active, else no[i].
+template <class T>
+inline void select_lanes(unsigned char* d, const unsigned char* pg, const unsigned char* yes, const unsigned char* no) {
+  each_lane<T>([](T predicate, T y, T n) { return select(active_mask(predicate), y, n); }, d, pg, yes, no);
 }
 
 // op over all active lanes of `source`, from `neutral` on: op(x, neutral) is x. The accumulator may be wider than the

@@ -19,5 +19,15 @@ extern template void sve_ptest<unsigned short>(cpu_state*, const char*, const ch
 extern template void sve_ptest<unsigned int>(cpu_state*, const char*, const char*);
 extern template void sve_ptest<unsigned long>(cpu_state*, const char*, const char*);
 
+namespace quern {
+
+// sve_ptest on predicates as the register file and a handler's result hold them.
+template <class T>
+inline void test_flags(cpu_state* state, const unsigned char* governing, const unsigned char* result) {
+  sve_ptest<T>(state, reinterpret_cast<const char*>(governing), reinterpret_cast<const char*>(result));
+}
+
+}  // namespace quern
+
 // (Pg, Pn): sets NZCV by Pn under Pg, byte elements (PTEST).
 handler_pp sve_ptest_pp;

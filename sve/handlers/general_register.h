@@ -1,0 +1,28 @@
+// General registers as handlers read and write them. Register number 31 is none of X0 to X30: in one operand type it is
+// the zero register, in the other the stack pointer.
+#pragma once
+
+#include <cstdint>
+
+#include "sve/state/cpu_state.h"
+
+namespace quern {
+
+// Whether the operand is the zero register, to which writes are dropped.
+inline bool is_zero_register(aarch64_i_reg reg) { return reg.num == 31; }
+
+inline std::uint64_t read_x(const cpu_state* state, aarch64_i_reg reg) {
+  return is_zero_register(reg) ? 0 : state->x[reg.num];
+}
+inline void write_x(cpu_state* state, aarch64_i_reg reg, std::uint64_t value) {
+  if (!is_zero_register(reg)) state->x[reg.num] = value;
+}
+
+inline std::uint64_t read_x(const cpu_state* state, aarch64_i_rsp_reg reg) {
+  return reg.num == 31 ? state->sp : state->x[reg.num];
+}
+inline void write_x(cpu_state* state, aarch64_i_rsp_reg reg, std::uint64_t value) {
+  (reg.num == 31 ? state->sp : state->x[reg.num]) = value;
+}
+
+}  // namespace quern
