@@ -10,7 +10,7 @@ handler_zzz sve_add_zzz;  // ADD (vectors, unpredicated)
 handler_zzz sve_sub_zzz;  // SUB (vectors, unpredicated)
 
 // Zdn = Zdn op immediate, every lane. The immediate is already shifted, and is zero-extended or cut to the element.
-handler_zi sve_add_zi;  // ADD (immediate). In bytes 0x100 and 0x200 start and stop tracing: see trace_marker.h
+handler_zi sve_add_zi;  // ADD (immediate). In bytes, 0x100 and 0x200 start and stop tracing (trace_marker.h)
 handler_zi sve_sub_zi;  // SUB (immediate)
 
 // Zdn = Zdn op Zm, active lanes.
