@@ -11,7 +11,7 @@ enum memaccess_type_t : std::uint32_t {
 };
 
 // The bits of sve_mem_ref_t::group in the records of an instruction that makes one record for each active lane.
-inline constexpr std::uint32_t group_first = 1, group_member = 2, group_last = 4;
+inline constexpr std::uint32_t trace_group_first = 1, trace_group_member = 2, trace_group_last = 4;
 
 // sve_mem_ref_t::tid of the records that a region's start and stop markers make.
 inline constexpr std::uint32_t tid_start_marker = 0xFFFFFFFF, tid_stop_marker = 0xFFFFFFFE;
@@ -20,7 +20,7 @@ inline constexpr std::uint32_t tid_start_marker = 0xFFFFFFFF, tid_stop_marker = 
 struct sve_mem_ref_t {
   std::uint64_t count;    // incr_count()'s answer for this record; orders the records of all threads
   std::uint32_t tid;      // the low 32 bits of pthread_self(), or a marker
-  std::uint32_t group;    // 0, or group_* bits
+  std::uint32_t group;    // 0, or trace_group_* bits
   memaccess_type_t kind;  // 0 in a marker
   std::uint32_t unused;   // nobody writes or reads it
   std::uint64_t size;     // bytes

@@ -1,0 +1,161 @@
+// Gathers and scatters.
+#include "sve/handlers/gather_scatter.h"
+
+#include "sve/handlers/memory_access.h"
+
+using namespace quern;
+
+namespace {
+
+// Lane i of U, its low bits taken as an X and extended to 64 bits as X's signedness says.
+template <class U, class X>
+std::uint64_t extended(const unsigned char* z, std::size_t i) {
+  return static_cast<std::uint64_t>(static_cast<X>(lane<U>(z, i)));
+}
+
+// Zt may be the vector of addresses: each lane's address is formed before the lane is written.
+template <class T, class U, class Address>
+aarch64_decode_rc gather(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, Address address_of) {
+  unsigned char* z = state->z[zt.num];
+  const unsigned char* p = state->p[pg.num];
+  std::uint64_t addresses[lane_count<U>];  // of the active lanes
+  for (std::size_t i = 0; i != lane_count<U>; ++i) {
+    if (is_active<U>(p, i)) {
+      addresses[i] = address_of(i);
+      load_lane<T, U>(z, i, addresses[i]);
+    } else {
+      set_lane<U>(z, i, U{0});
+    }
+  }
+  memtrace_each<T, U>(state, addresses, p, MEM_LOAD);
+  return DECODE_OK;
+}
+
+template <class T, class U, class Address>
+aarch64_decode_rc scatter(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, Address address_of) {
+  const unsigned char* p = state->p[pg.num];
+  std::uint64_t addresses[lane_count<U>];  // of the active lanes
+  for (std::size_t i = 0; i != lane_count<U>; ++i) {
+    if (!is_active<U>(p, i)) continue;
+    addresses[i] = address_of(i);
+    store_lane<T, U>(state->z[zt.num], i, addresses[i]);
+  }
+  memtrace_each<T, U>(state, addresses, p, MEM_STORE);
+  return DECODE_OK;
+}
+
+}  // namespace
+
+// For each name: ACCESS is gather or scatter, T the element in memory, U the lane, X the type of the vector operand's
+// value: its width counts the bits that are read, its signedness extends them.
+
+#define ZPZI(access, name, T, U)                                                                                      \
+  aarch64_decode_rc sve_##name##_zpzi(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zn,         \
+                                      unsigned int imm) {                                                             \
+    return access<T, U>(state, zt, pg,                                                                                \
+                        [=](std::size_t i) { return extended<U, U>(state->z[zn.num], i) + scaled(imm, sizeof(T)); }); \
+  }
+
+ZPZI(gather, ld1b_s, std::uint8_t, std::uint32_t)
+ZPZI(gather, ld1sb_s, std::int8_t, std::uint32_t)
+ZPZI(gather, ld1h_s, std::uint16_t, std::uint32_t)
+ZPZI(gather, ld1sh_s, std::int16_t, std::uint32_t)
+ZPZI(gather, ld1w, std::uint32_t, std::uint32_t)
+ZPZI(gather, ld1b_d, std::uint8_t, std::uint64_t)
+ZPZI(gather, ld1sb_d, std::int8_t, std::uint64_t)
+ZPZI(gather, ld1h_d, std::uint16_t, std::uint64_t)
+ZPZI(gather, ld1sh_d, std::int16_t, std::uint64_t)
+ZPZI(gather, ld1w_d, std::uint32_t, std::uint64_t)
+ZPZI(gather, ld1sw_d, std::int32_t, std::uint64_t)
+ZPZI(gather, ld1d, std::uint64_t, std::uint64_t)
+ZPZI(scatter, st1b_s, std::uint8_t, std::uint32_t)
+ZPZI(scatter, st1h_s, std::uint16_t, std::uint32_t)
+ZPZI(scatter, st1w, std::uint32_t, std::uint32_t)
+ZPZI(scatter, st1b_d, std::uint8_t, std::uint64_t)
+ZPZI(scatter, st1h_d, std::uint16_t, std::uint64_t)
+ZPZI(scatter, st1w_d, std::uint32_t, std::uint64_t)
+ZPZI(scatter, st1d, std::uint64_t, std::uint64_t)
+
+#undef ZPZI
+
+#define ZPZR(access, name, T, U, X)                                                                                  \
+  aarch64_decode_rc sve_##name##_zpzr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zm,        \
+                                      aarch64_i_rsp_reg base) {                                                      \
+    return access<T, U>(state, zt, pg,                                                                               \
+                        [=](std::size_t i) { return value_of(state, base) + extended<U, X>(state->z[zm.num], i); }); \
+  }
+#define ZPZR_EXTENDED(access, name, T, U)       \
+  ZPZR(access, name##_sxtw, T, U, std::int32_t) \
+  ZPZR(access, name##_uxtw, T, U, std::uint32_t)
+
+ZPZR(gather, ld1b_d, std::uint8_t, std::uint64_t, std::uint64_t)
+ZPZR(gather, ld1sb_d, std::int8_t, std::uint64_t, std::uint64_t)
+ZPZR(gather, ld1h_d, std::uint16_t, std::uint64_t, std::uint64_t)
+ZPZR(gather, ld1sh_d, std::int16_t, std::uint64_t, std::uint64_t)
+ZPZR(gather, ld1w_d, std::uint32_t, std::uint64_t, std::uint64_t)
+ZPZR(gather, ld1sw_d, std::int32_t, std::uint64_t, std::uint64_t)
+ZPZR(gather, ld1d, std::uint64_t, std::uint64_t, std::uint64_t)
+ZPZR_EXTENDED(gather, ld1b_s, std::uint8_t, std::uint32_t)
+ZPZR_EXTENDED(gather, ld1sb_s, std::int8_t, std::uint32_t)
+ZPZR_EXTENDED(gather, ld1h_s, std::uint16_t, std::uint32_t)
+ZPZR_EXTENDED(gather, ld1sh_s, std::int16_t, std::uint32_t)
+ZPZR_EXTENDED(gather, ld1w, std::uint32_t, std::uint32_t)
+ZPZR_EXTENDED(gather, ld1b_d, std::uint8_t, std::uint64_t)
+ZPZR_EXTENDED(gather, ld1sb_d, std::int8_t, std::uint64_t)
+ZPZR_EXTENDED(gather, ld1h_d, std::uint16_t, std::uint64_t)
+ZPZR_EXTENDED(gather, ld1sh_d, std::int16_t, std::uint64_t)
+ZPZR_EXTENDED(gather, ld1w_d, std::uint32_t, std::uint64_t)
+ZPZR_EXTENDED(gather, ld1sw_d, std::int32_t, std::uint64_t)
+ZPZR_EXTENDED(gather, ld1d, std::uint64_t, std::uint64_t)
+
+ZPZR(scatter, st1b_d, std::uint8_t, std::uint64_t, std::uint64_t)
+ZPZR(scatter, st1h_d, std::uint16_t, std::uint64_t, std::uint64_t)
+ZPZR(scatter, st1w_d, std::uint32_t, std::uint64_t, std::uint64_t)
+ZPZR(scatter, st1d, std::uint64_t, std::uint64_t, std::uint64_t)
+ZPZR_EXTENDED(scatter, st1b_s, std::uint8_t, std::uint32_t)
+ZPZR_EXTENDED(scatter, st1h_s, std::uint16_t, std::uint32_t)
+ZPZR_EXTENDED(scatter, st1w, std::uint32_t, std::uint32_t)
+ZPZR_EXTENDED(scatter, st1b_d, std::uint8_t, std::uint64_t)
+ZPZR_EXTENDED(scatter, st1h_d, std::uint16_t, std::uint64_t)
+ZPZR_EXTENDED(scatter, st1w_d, std::uint32_t, std::uint64_t)
+ZPZR_EXTENDED(scatter, st1d, std::uint64_t, std::uint64_t)
+
+#undef ZPZR_EXTENDED
+#undef ZPZR
+
+#define ZPRZ(access, name, T, U, X)                                                                \
+  aarch64_decode_rc sve_##name##_scaled_zprz(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, \
+                                             aarch64_i_rsp_reg base, aarch64_z_reg zm) {           \
+    return access<T, U>(state, zt, pg, [=](std::size_t i) {                                        \
+      return value_of(state, base) + extended<U, X>(state->z[zm.num], i) * sizeof(T);              \
+    });                                                                                            \
+  }
+#define ZPRZ_EXTENDED(access, name, T, U)       \
+  ZPRZ(access, name##_sxtw, T, U, std::int32_t) \
+  ZPRZ(access, name##_uxtw, T, U, std::uint32_t)
+
+ZPRZ(gather, ld1h_d, std::uint16_t, std::uint64_t, std::uint64_t)
+ZPRZ(gather, ld1sh_d, std::int16_t, std::uint64_t, std::uint64_t)
+ZPRZ(gather, ld1w_d, std::uint32_t, std::uint64_t, std::uint64_t)
+ZPRZ(gather, ld1sw_d, std::int32_t, std::uint64_t, std::uint64_t)
+ZPRZ(gather, ld1d, std::uint64_t, std::uint64_t, std::uint64_t)
+ZPRZ_EXTENDED(gather, ld1h_s, std::uint16_t, std::uint32_t)
+ZPRZ_EXTENDED(gather, ld1sh_s, std::int16_t, std::uint32_t)
+ZPRZ_EXTENDED(gather, ld1w, std::uint32_t, std::uint32_t)
+ZPRZ_EXTENDED(gather, ld1h_d, std::uint16_t, std::uint64_t)
+ZPRZ_EXTENDED(gather, ld1sh_d, std::int16_t, std::uint64_t)
+ZPRZ_EXTENDED(gather, ld1w_d, std::uint32_t, std::uint64_t)
+ZPRZ_EXTENDED(gather, ld1sw_d, std::int32_t, std::uint64_t)
+ZPRZ_EXTENDED(gather, ld1d, std::uint64_t, std::uint64_t)
+
+ZPRZ(scatter, st1h_d, std::uint16_t, std::uint64_t, std::uint64_t)
+ZPRZ(scatter, st1w_d, std::uint32_t, std::uint64_t, std::uint64_t)
+ZPRZ(scatter, st1d, std::uint64_t, std::uint64_t, std::uint64_t)
+ZPRZ_EXTENDED(scatter, st1h_s, std::uint16_t, std::uint32_t)
+ZPRZ_EXTENDED(scatter, st1w, std::uint32_t, std::uint32_t)
+ZPRZ_EXTENDED(scatter, st1h_d, std::uint16_t, std::uint64_t)
+ZPRZ_EXTENDED(scatter, st1w_d, std::uint32_t, std::uint64_t)
+ZPRZ_EXTENDED(scatter, st1d, std::uint64_t, std::uint64_t)
+
+#undef ZPRZ_EXTENDED
+#undef ZPRZ

@@ -1,0 +1,119 @@
+// What the memory handlers share: operand values, one element's access, and the contiguous walk over a register's
+// lanes.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+
+#include "sve/handlers/lanes.h"
+#include "sve/memory/memtrace.h"
+#include "sve/state/cpu_state.h"
+
+namespace quern {
+
+// In the names below T is the element in memory and U the register's lane. U is unsigned; a signed T sign-extends.
+
+inline std::uint64_t value_of(const cpu_state* state, aarch64_i_rsp_reg r) {
+  return r.num == 31 ? state->sp : state->x[r.num];
+}
+inline std::uint64_t value_of(const cpu_state* state, aarch64_i_reg r) { return r.num == 31 ? 0 : state->x[r.num]; }
+
+// An immediate in units of `bytes`, as a 64-bit offset.
+inline std::uint64_t scaled(std::int64_t imm, std::size_t bytes) { return static_cast<std::uint64_t>(imm) * bytes; }
+
+// Any access of application memory may fault, and what has been done until then must be in place for a signal handler
+// to see: no access may move, or merge with another, across this point.
+inline void settle() { std::atomic_signal_fence(std::memory_order_seq_cst); }
+
+// Lane i of z from the element at `address`.
+template <class T, class U>
+inline void load_lane(unsigned char* z, std::size_t i, std::uint64_t address) {
+  set_lane<U>(z, i, static_cast<U>(lane<T>(reinterpret_cast<const unsigned char*>(address), 0)));
+  settle();
+}
+
+// The element at `address` from the low bytes of lane i of z.
+template <class T, class U>
+inline void store_lane(const unsigned char* z, std::size_t i, std::uint64_t address) {
+  set_lane<T>(reinterpret_cast<unsigned char*>(address), 0, static_cast<T>(lane<U>(z, i)));
+  settle();
+}
+
+// Lanes 0 to count - 1 of z from consecutive elements at `address`; an inactive lane becomes 0.
+template <class T, class U>
+inline void load_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t address, std::size_t count) {
+  for (std::size_t i = 0; i != count; ++i) {
+    if (is_active<U>(pg, i)) {
+      load_lane<T, U>(z, i, address + i * sizeof(T));
+    } else {
+      set_lane<U>(z, i, U{0});
+    }
+  }
+}
+
+template <class U>
+inline bool all_active(const unsigned char* pg) {
+  constexpr std::uint64_t lowest_bits = ~std::uint64_t{0} / static_cast<U>(~U{0});  // bit 0 of each lane
+  std::uint64_t common = lowest_bits;
+  for (std::size_t i = 0; i != lane_count<std::uint64_t>; ++i) common &= lane<std::uint64_t>(pg, i);
+  return common == lowest_bits;
+}
+
+// Whether `bytes` bytes at `address` are readable all or not at all, whatever the host's page size: no host has smaller
+// pages. A copy of such a block has no middle to fault in.
+inline bool in_one_page(std::uint64_t address, std::size_t bytes) {
+  constexpr std::uint64_t smallest_page = 4096;
+  return (address & (smallest_page - 1)) + bytes <= smallest_page;
+}
+
+// All lanes of z from the elements at `address`, as a block. Lane 0 goes first, so that a fault is lane 0's.
+template <class T, class U>
+inline void load_block(unsigned char* z, std::uint64_t address) {
+  load_lane<T, U>(z, 0, address);
+  const void* from = reinterpret_cast<const void*>(address);
+  if constexpr (sizeof(T) == sizeof(U)) {
+    std::memcpy(z, from, VL_BYTES);
+  } else {
+    unsigned char elements[lane_count<U> * sizeof(T)];
+    std::memcpy(elements, from, sizeof elements);
+    for (std::size_t i = 0; i != lane_count<U>; ++i) set_lane<U>(z, i, static_cast<U>(lane<T>(elements, i)));
+  }
+}
+
+// The elements at `address` from all lanes of z, likewise.
+template <class T, class U>
+inline void store_block(const unsigned char* z, std::uint64_t address) {
+  store_lane<T, U>(z, 0, address);
+  void* to = reinterpret_cast<void*>(address);
+  if constexpr (sizeof(T) == sizeof(U)) {
+    std::memcpy(to, z, VL_BYTES);
+  } else {
+    unsigned char elements[lane_count<U> * sizeof(T)];
+    for (std::size_t i = 0; i != lane_count<U>; ++i) set_lane<T>(elements, i, static_cast<T>(lane<U>(z, i)));
+    std::memcpy(to, elements, sizeof elements);
+  }
+}
+
+// A contiguous load's access: every lane of Zt.
+template <class T, class U>
+inline void load_contiguous(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  if (all_active<U>(pg) && in_one_page(address, lane_count<U> * sizeof(T))) return load_block<T, U>(z, address);
+  load_lanes<T, U>(z, pg, address, lane_count<U>);
+}
+
+template <class T, class U>
+inline void store_contiguous(const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  if (all_active<U>(pg) && in_one_page(address, lane_count<U> * sizeof(T))) return store_block<T, U>(z, address);
+  for (std::size_t i = 0; i != lane_count<U>; ++i) {
+    if (is_active<U>(pg, i)) store_lane<T, U>(z, i, address + i * sizeof(T));
+  }
+}
+
+// Reports a contiguous access.
+template <class T, class U>
+inline void trace_contiguous(cpu_state* state, aarch64_p_reg pg, std::uint64_t address, memaccess_type_t kind) {
+  memtrace_lin<T, U>(state, reinterpret_cast<T*>(address), reinterpret_cast<char*>(state->p[pg.num]), kind);
+}
+
+}  // namespace quern

@@ -1,0 +1,39 @@
+// Spill and fill of whole vectors and predicates.
+#include "sve/handlers/whole_register.h"
+
+#include "sve/handlers/memory_access.h"
+#include "sve/state/predicate_bits.h"
+
+using namespace quern;
+
+namespace {
+
+void* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t bytes) {
+  return reinterpret_cast<void*>(value_of(state, base) + scaled(imm, bytes));
+}
+
+}  // namespace
+
+aarch64_decode_rc sve_ldr_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
+  std::memcpy(state->z[zt.num], place(state, base, imm, VL_BYTES), VL_BYTES);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_str_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
+  std::memcpy(place(state, base, imm, VL_BYTES), state->z[zt.num], VL_BYTES);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_ldr_pri(cpu_state* state, aarch64_p_reg pt, aarch64_i_rsp_reg base, int imm) {
+  unsigned char image[predicate_image_bytes];
+  std::memcpy(image, place(state, base, imm, sizeof image), sizeof image);
+  unpack_predicate(image, state->p[pt.num]);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_str_pri(cpu_state* state, aarch64_p_reg pt, aarch64_i_rsp_reg base, int imm) {
+  unsigned char image[predicate_image_bytes];
+  pack_predicate(state->p[pt.num], image);
+  std::memcpy(place(state, base, imm, sizeof image), image, sizeof image);
+  return DECODE_OK;
+}
