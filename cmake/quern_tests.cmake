@@ -11,11 +11,15 @@ foreach(target gtest gtest_main gmock gmock_main)
   target_compile_options(${target} PRIVATE -w)  # not ours to mend
 endforeach()
 
-# quern_test(NAME USES TARGETS...): every *_test.cpp of the current folder as one program, run by CTest.
+# quern_test(NAME USES TARGETS...): every *_test.cpp of the current folder as one program, run by CTest. Its trace
+# records go to the recorder of tests/support/, unless it uses quern_utils.
 function(quern_test name)
   cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
   add_executable(${name} ${sources})
+  if(NOT quern_utils IN_LIST ARG_USES)
+    list(PREPEND ARG_USES test_support)
+  endif()
   target_link_libraries(${name} PRIVATE quern_options ${ARG_USES} GTest::gmock_main)
   add_test(NAME ${name} COMMAND ${name})
 endfunction()

@@ -8,38 +8,38 @@
 // In a name, b, h, w, d is the memory element, s before it a sign-extending load, and _h, _s, _d a wider lane.
 #pragma once
 
-#include "sve/handlers/memory_forms.h"
+#include "sve/handlers/handler_types.h"
 
 // LD1: loads, immediate and register offset.
-quern::zpri_form sve_ld1b_zpri, sve_ld1b_h_zpri, sve_ld1b_s_zpri, sve_ld1b_d_zpri;
-quern::zpri_form sve_ld1h_zpri, sve_ld1h_s_zpri, sve_ld1h_d_zpri;
-quern::zpri_form sve_ld1w_zpri, sve_ld1w_d_zpri;
-quern::zpri_form sve_ld1d_zpri;
-quern::zpri_form sve_ld1sb_h_zpri, sve_ld1sb_s_zpri, sve_ld1sb_d_zpri;
-quern::zpri_form sve_ld1sh_s_zpri, sve_ld1sh_d_zpri;
-quern::zpri_form sve_ld1sw_d_zpri;
+handler_zpri sve_ld1b_zpri, sve_ld1b_h_zpri, sve_ld1b_s_zpri, sve_ld1b_d_zpri;
+handler_zpri sve_ld1h_zpri, sve_ld1h_s_zpri, sve_ld1h_d_zpri;
+handler_zpri sve_ld1w_zpri, sve_ld1w_d_zpri;
+handler_zpri sve_ld1d_zpri;
+handler_zpri sve_ld1sb_h_zpri, sve_ld1sb_s_zpri, sve_ld1sb_d_zpri;
+handler_zpri sve_ld1sh_s_zpri, sve_ld1sh_d_zpri;
+handler_zpri sve_ld1sw_d_zpri;
 
-quern::zprr_form sve_ld1b_scaled_zprr, sve_ld1b_h_scaled_zprr, sve_ld1b_s_scaled_zprr, sve_ld1b_d_scaled_zprr;
-quern::zprr_form sve_ld1h_scaled_zprr, sve_ld1h_s_scaled_zprr, sve_ld1h_d_scaled_zprr;
-quern::zprr_form sve_ld1w_scaled_zprr, sve_ld1w_d_scaled_zprr;
-quern::zprr_form sve_ld1d_scaled_zprr;
-quern::zprr_form sve_ld1sb_h_scaled_zprr, sve_ld1sb_s_scaled_zprr, sve_ld1sb_d_scaled_zprr;
-quern::zprr_form sve_ld1sh_s_scaled_zprr, sve_ld1sh_d_scaled_zprr;
-quern::zprr_form sve_ld1sw_d_scaled_zprr;
+handler_zprr sve_ld1b_scaled_zprr, sve_ld1b_h_scaled_zprr, sve_ld1b_s_scaled_zprr, sve_ld1b_d_scaled_zprr;
+handler_zprr sve_ld1h_scaled_zprr, sve_ld1h_s_scaled_zprr, sve_ld1h_d_scaled_zprr;
+handler_zprr sve_ld1w_scaled_zprr, sve_ld1w_d_scaled_zprr;
+handler_zprr sve_ld1d_scaled_zprr;
+handler_zprr sve_ld1sb_h_scaled_zprr, sve_ld1sb_s_scaled_zprr, sve_ld1sb_d_scaled_zprr;
+handler_zprr sve_ld1sh_s_scaled_zprr, sve_ld1sh_d_scaled_zprr;
+handler_zprr sve_ld1sw_d_scaled_zprr;
 
 // ST1: stores, immediate and register offset.
-quern::zpri_form sve_st1b_zpri, sve_st1b_h_zpri, sve_st1b_s_zpri, sve_st1b_d_zpri;
-quern::zpri_form sve_st1h_zpri, sve_st1h_s_zpri, sve_st1h_d_zpri;
-quern::zpri_form sve_st1w_zpri, sve_st1w_d_zpri;
-quern::zpri_form sve_st1d_zpri;
+handler_zpri sve_st1b_zpri, sve_st1b_h_zpri, sve_st1b_s_zpri, sve_st1b_d_zpri;
+handler_zpri sve_st1h_zpri, sve_st1h_s_zpri, sve_st1h_d_zpri;
+handler_zpri sve_st1w_zpri, sve_st1w_d_zpri;
+handler_zpri sve_st1d_zpri;
 
-quern::zprr_form sve_st1b_scaled_zprr, sve_st1b_h_scaled_zprr, sve_st1b_s_scaled_zprr, sve_st1b_d_scaled_zprr;
-quern::zprr_form sve_st1h_scaled_zprr, sve_st1h_s_scaled_zprr, sve_st1h_d_scaled_zprr;
-quern::zprr_form sve_st1w_scaled_zprr, sve_st1w_d_scaled_zprr;
-quern::zprr_form sve_st1d_scaled_zprr;
+handler_zprr sve_st1b_scaled_zprr, sve_st1b_h_scaled_zprr, sve_st1b_s_scaled_zprr, sve_st1b_d_scaled_zprr;
+handler_zprr sve_st1h_scaled_zprr, sve_st1h_s_scaled_zprr, sve_st1h_d_scaled_zprr;
+handler_zprr sve_st1w_scaled_zprr, sve_st1w_d_scaled_zprr;
+handler_zprr sve_st1d_scaled_zprr;
 
 // LDNT1 and STNT1.
-quern::zpri_form sve_ldnt1b_zpri, sve_ldnt1h_zpri, sve_ldnt1w_zpri, sve_ldnt1d_zpri;
-quern::zpri_form sve_stnt1b_zpri, sve_stnt1h_zpri, sve_stnt1w_zpri, sve_stnt1d_zpri;
-quern::zprr_form sve_ldnt1b_scaled_zprr, sve_ldnt1h_scaled_zprr, sve_ldnt1w_scaled_zprr, sve_ldnt1d_scaled_zprr;
-quern::zprr_form sve_stnt1b_scaled_zprr, sve_stnt1h_scaled_zprr, sve_stnt1w_scaled_zprr, sve_stnt1d_scaled_zprr;
+handler_zpri sve_ldnt1b_zpri, sve_ldnt1h_zpri, sve_ldnt1w_zpri, sve_ldnt1d_zpri;
+handler_zpri sve_stnt1b_zpri, sve_stnt1h_zpri, sve_stnt1w_zpri, sve_stnt1d_zpri;
+handler_zprr sve_ldnt1b_scaled_zprr, sve_ldnt1h_scaled_zprr, sve_ldnt1w_scaled_zprr, sve_ldnt1d_scaled_zprr;
+handler_zprr sve_stnt1b_scaled_zprr, sve_stnt1h_scaled_zprr, sve_stnt1w_scaled_zprr, sve_stnt1d_scaled_zprr;

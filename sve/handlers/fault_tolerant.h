@@ -5,24 +5,24 @@
 // In a name, b, h, w, d is the memory element, s before it a sign-extending load, and _h, _s, _d a wider lane.
 #pragma once
 
-#include "sve/handlers/memory_forms.h"
+#include "sve/handlers/handler_types.h"
 
 // LDNF1: each page is probed once a lane reaches it. An active lane in an unreadable page keeps its old value and has
 // its element's bytes of FFR cleared; lanes of later, readable pages load. An inactive lane becomes 0. The offset is
 // imm times the bytes that all lanes touch in memory.
-quern::zpri_form sve_ldnf1b_zpri, sve_ldnf1b_h_zpri, sve_ldnf1b_s_zpri, sve_ldnf1b_d_zpri;
-quern::zpri_form sve_ldnf1h_zpri, sve_ldnf1h_s_zpri, sve_ldnf1h_d_zpri;
-quern::zpri_form sve_ldnf1w_zpri, sve_ldnf1w_d_zpri;
-quern::zpri_form sve_ldnf1d_zpri;
-quern::zpri_form sve_ldnf1sb_h_zpri, sve_ldnf1sb_s_zpri, sve_ldnf1sb_d_zpri;
-quern::zpri_form sve_ldnf1sh_s_zpri, sve_ldnf1sh_d_zpri;
-quern::zpri_form sve_ldnf1sw_d_zpri;
+handler_zpri sve_ldnf1b_zpri, sve_ldnf1b_h_zpri, sve_ldnf1b_s_zpri, sve_ldnf1b_d_zpri;
+handler_zpri sve_ldnf1h_zpri, sve_ldnf1h_s_zpri, sve_ldnf1h_d_zpri;
+handler_zpri sve_ldnf1w_zpri, sve_ldnf1w_d_zpri;
+handler_zpri sve_ldnf1d_zpri;
+handler_zpri sve_ldnf1sb_h_zpri, sve_ldnf1sb_s_zpri, sve_ldnf1sb_d_zpri;
+handler_zpri sve_ldnf1sh_s_zpri, sve_ldnf1sh_d_zpri;
+handler_zpri sve_ldnf1sw_d_zpri;
 
 // LDFF1: decided once, from the distance to the end of the page. When the span reaches it and the next page can't be
 // read, only the lanes that fit in the first page are loaded, counted as if each took a whole lane of memory; FFR is
 // cleared from there to its end, and the lanes beyond keep their old values. The first page is not probed: a bad one is
 // a fault of the host. The address is base + index * the memory element's size. The halfword and the sign-extending
 // forms go to the vector library.
-quern::zprr_form sve_ldff1b_scaled_zprr, sve_ldff1b_h_scaled_zprr, sve_ldff1b_s_scaled_zprr, sve_ldff1b_d_scaled_zprr;
-quern::zprr_form sve_ldff1w_scaled_zprr, sve_ldff1w_d_scaled_zprr;
-quern::zprr_form sve_ldff1d_scaled_zprr;
+handler_zprr sve_ldff1b_scaled_zprr, sve_ldff1b_h_scaled_zprr, sve_ldff1b_s_scaled_zprr, sve_ldff1b_d_scaled_zprr;
+handler_zprr sve_ldff1w_scaled_zprr, sve_ldff1w_d_scaled_zprr;
+handler_zprr sve_ldff1d_scaled_zprr;

@@ -32,3 +32,20 @@ using handler_ppzi_signed = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, a
 // With a predicate pattern (0 to 31) and a multiplier (1 to 16).
 using handler_rii = aarch64_decode_rc(cpu_state* state, aarch64_i_reg, unsigned int pattern, unsigned int multiplier);
 using handler_zii = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, unsigned int pattern, unsigned int multiplier);
+
+// Of loads and stores: the transferred register, the governing predicate, then the parts of the address. In a base
+// register number 31 is SP, in an index register 0. Addresses wrap at 64 bits, and no alignment is asked for. A bad
+// address in an active lane is a fault of the host in mid-handler: the lanes before it are done, the lanes after it are
+// not, and nothing is traced.
+using handler_zpri = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int);
+using handler_zpri_unsigned = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
+                                                unsigned int);
+using handler_zprr = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
+                                       aarch64_i_reg);
+using handler_zpzi = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg, unsigned int);
+using handler_zpzr = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg,
+                                       aarch64_i_rsp_reg);
+using handler_zprz = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
+                                       aarch64_z_reg);
+using handler_zri = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_i_rsp_reg, int);
+using handler_pri = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_i_rsp_reg, int);

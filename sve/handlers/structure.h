@@ -6,7 +6,7 @@
 // element's size, at the address of the lane's last element.
 #pragma once
 
-#include "sve/handlers/memory_forms.h"
+#include "sve/handlers/handler_types.h"
 
 // The families: T in memory, U in the lane, N registers; the offset counts elements of T. Instances for T and U alike
 // of signed char, short, int, long, and N of 2, 3, 4.
@@ -18,17 +18,17 @@ aarch64_decode_rc sve_stN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg
                                long offset);
 
 // LD2, LD3, LD4.
-quern::zpri_form sve_ld2b_zpri, sve_ld2h_zpri, sve_ld2w_zpri, sve_ld2d_zpri;
-quern::zpri_form sve_ld3b_zpri, sve_ld3h_zpri, sve_ld3w_zpri, sve_ld3d_zpri;
-quern::zpri_form sve_ld4b_zpri, sve_ld4h_zpri, sve_ld4w_zpri, sve_ld4d_zpri;
-quern::zprr_form sve_ld2b_scaled_zprr, sve_ld2h_scaled_zprr, sve_ld2w_scaled_zprr, sve_ld2d_scaled_zprr;
-quern::zprr_form sve_ld3b_scaled_zprr, sve_ld3h_scaled_zprr, sve_ld3w_scaled_zprr, sve_ld3d_scaled_zprr;
-quern::zprr_form sve_ld4b_scaled_zprr, sve_ld4h_scaled_zprr, sve_ld4w_scaled_zprr, sve_ld4d_scaled_zprr;
+handler_zpri sve_ld2b_zpri, sve_ld2h_zpri, sve_ld2w_zpri, sve_ld2d_zpri;
+handler_zpri sve_ld3b_zpri, sve_ld3h_zpri, sve_ld3w_zpri, sve_ld3d_zpri;
+handler_zpri sve_ld4b_zpri, sve_ld4h_zpri, sve_ld4w_zpri, sve_ld4d_zpri;
+handler_zprr sve_ld2b_scaled_zprr, sve_ld2h_scaled_zprr, sve_ld2w_scaled_zprr, sve_ld2d_scaled_zprr;
+handler_zprr sve_ld3b_scaled_zprr, sve_ld3h_scaled_zprr, sve_ld3w_scaled_zprr, sve_ld3d_scaled_zprr;
+handler_zprr sve_ld4b_scaled_zprr, sve_ld4h_scaled_zprr, sve_ld4w_scaled_zprr, sve_ld4d_scaled_zprr;
 
 // ST2, ST3, ST4.
-quern::zpri_form sve_st2b_zpri, sve_st2h_zpri, sve_st2w_zpri, sve_st2d_zpri;
-quern::zpri_form sve_st3b_zpri, sve_st3h_zpri, sve_st3w_zpri, sve_st3d_zpri;
-quern::zpri_form sve_st4b_zpri, sve_st4h_zpri, sve_st4w_zpri, sve_st4d_zpri;
-quern::zprr_form sve_st2b_scaled_zprr, sve_st2h_scaled_zprr, sve_st2w_scaled_zprr, sve_st2d_scaled_zprr;
-quern::zprr_form sve_st3b_scaled_zprr, sve_st3h_scaled_zprr, sve_st3w_scaled_zprr, sve_st3d_scaled_zprr;
-quern::zprr_form sve_st4b_scaled_zprr, sve_st4h_scaled_zprr, sve_st4w_scaled_zprr, sve_st4d_scaled_zprr;
+handler_zpri sve_st2b_zpri, sve_st2h_zpri, sve_st2w_zpri, sve_st2d_zpri;
+handler_zpri sve_st3b_zpri, sve_st3h_zpri, sve_st3w_zpri, sve_st3d_zpri;
+handler_zpri sve_st4b_zpri, sve_st4h_zpri, sve_st4w_zpri, sve_st4d_zpri;
+handler_zprr sve_st2b_scaled_zprr, sve_st2h_scaled_zprr, sve_st2w_scaled_zprr, sve_st2d_scaled_zprr;
+handler_zprr sve_st3b_scaled_zprr, sve_st3h_scaled_zprr, sve_st3w_scaled_zprr, sve_st3d_scaled_zprr;
+handler_zprr sve_st4b_scaled_zprr, sve_st4h_scaled_zprr, sve_st4w_scaled_zprr, sve_st4d_scaled_zprr;

@@ -2,10 +2,10 @@
 // not traced.
 #pragma once
 
-#include "sve/handlers/memory_forms.h"
+#include "sve/handlers/handler_types.h"
 
 // A vector: VL_BYTES bytes at base + imm * VL_BYTES.
-quern::zri_form sve_ldr_zri, sve_str_zri;
+handler_zri sve_ldr_zri, sve_str_zri;
 
 // A predicate: its image of one bit for each vector byte, at base + imm * VL_BYTES / 8. A fill writes bytes of 0 or 1.
-quern::pri_form sve_ldr_pri, sve_str_pri;
+handler_pri sve_ldr_pri, sve_str_pri;
