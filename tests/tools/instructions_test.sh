@@ -1,0 +1,72 @@
+#!/usr/bin/env bash
+# instructions_test.sh QUERN...: what `quern decode` and `quern list` print, and how they end. QUERN... is the command,
+# with an emulator before it if need be.
+set -euo pipefail
+failures=0
+
+# expect STATUS OUTPUT ARGUMENTS...: what the command prints, on both streams, and its status. Reads standard input.
+expect() {
+  local status=0 wanted_status=$1 wanted=$2 output
+  shift 2
+  output=$("${quern[@]}" "$@" 2>&1) || status=$?
+  [ "$status" = "$wanted_status" ] && [ "$output" = "$wanted" ] && return
+  printf 'FAILED: quern %s\n-- status %s, wanted %s; printed:\n%s\n-- wanted:\n%s\n' \
+    "$*" "$status" "$wanted_status" "$output" "$wanted"
+  failures=$((failures + 1))
+}
+quern=("$@")
+
+add='04220020
+  thunk    VecU8AddVVX
+  map      decode_map__31_21__15_10
+  key      0x840
+  route    direct
+  handler  sve_add_zzz
+  Zd       z0.b
+  Zn       z1.b
+  Zm       z2.b'
+nop='d503201f
+  not an emulated instruction'
+
+no_word() {
+  echo "quern: '$1' is not an instruction word: give 1 to 8 hexadecimal digits, as in 04220020 or 0x04220020"
+}
+
+expect 0 "$add" decode 04220020
+expect 0 "$add" decode 0x4220020
+expect 1 "$nop"$'\n'"$add" decode D503201F 04220020
+expect 1 "$add"$'\n'"$nop"$'\n'"$add" decode 04220020 - 04220020 <<<' 0xd503201f '
+expect 0 "$add"$'\n'"$add" decode - <<<$'04220020\n04220020'
+expect 0 '' decode - </dev/null
+expect 2 "$(no_word mul)" decode 04220020 mul
+expect 2 "$(no_word 0x)" decode 0x
+expect 2 "$(no_word 104220020)" decode 104220020
+expect 2 "$(no_word 0x-1)" decode 0x-1
+expect 2 "$(no_word '04 ')" decode '04 '
+expect 2 "$(no_word '')" decode ''
+expect 2 "$(no_word zz)" decode - <<<'04220020 zz'
+expect 2 'quern: WORD is required (see quern decode --help)' decode
+expect 2 'quern: --route: fast not in {direct,library,none} (see quern list --help)' list --route fast
+expect 2 'quern: --format: xml not in {text,csv,jsonl,markdown} (see quern list --help)' list --format xml
+
+# wants_line LINE ARGUMENTS...: whether the command prints that line among others.
+wants_line() {
+  local line=$1
+  shift
+  "${quern[@]}" "$@" | grep -Fxq -- "$line" && return
+  printf 'FAILED: quern %s has no line\n%s\n' "$*" "$line"
+  failures=$((failures + 1))
+}
+
+pattern='00000100001 mmmmm 000000 nnnnn ddddd'
+wants_line "VecU8AddVVX,decode_map__31_21__15_10,0x840,$pattern,direct,no,sve_add_zzz,\"Zd.b, Zn.b, Zm.b\"" \
+  list --format csv
+wants_line "| \`VecU8AddVVX\` | 0x840 | \`$pattern\` | direct | \`sve_add_zzz\` | Zd.b, Zn.b, Zm.b |" \
+  list --format markdown
+wants_line "VecU8AddVVX            decode_map__31_21__15_10           0x840       $pattern     direct   sve_add_zzz          \
+       Zd.b, Zn.b, Zm.b" list
+wants_line '{"thunk":"VecU8AddVVX","map":"decode_map__31_21__15_10","key":2112,"mask":4292934656,"value":69206016,'\
+'"pattern":"'"$pattern"'","route":"direct","fpsr":false,"handler":"sve_add_zzz","operands":['\
+'{"name":"Zd","form":"Zd.b","mask":31},{"name":"Zn","form":"Zn.b","mask":992},'\
+'{"name":"Zm","form":"Zm.b","mask":2031616}]}' list --format jsonl --route direct
+[ "$failures" = 0 ]
