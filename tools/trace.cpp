@@ -1,10 +1,43 @@
-// quern trace info, quern trace dump: what a trace file holds.
+// quern trace: the commands that read trace files.
+#include <memory>
+
 #include "tools/commands.h"
+#include "tools/trace_commands.h"
+#include "utils/trace_reader.h"
 
 namespace quern {
+namespace {
+
+// Runs what a command does, with a reader's complaint as the program's.
+template <class Action>
+void read_trace(const std::string& path, Action action) {
+  try {
+    trace_reader reader(path);
+    action(reader);
+  } catch (const trace_error& error) {
+    throw user_error{error.message};
+  }
+}
+
+}  // namespace
 
 void add_trace_command(CLI::App& app, int&) {
-  app.add_subcommand("trace", "Read a trace file")->callback([] { throw user_error{"trace: not built yet"}; });
+  CLI::App* const trace = app.add_subcommand("trace", "Read a trace file");
+  trace->require_subcommand(1);
+  const auto path = std::make_shared<std::string>();
+  const auto format = std::make_shared<dump_format>(dump_format::text);
+
+  CLI::App* const info = trace->add_subcommand("info", "Sum up a trace");
+  info->add_option("FILE", *path, "The trace file")->required();
+  info->callback([path] { read_trace(*path, print_trace_info); });
+
+  CLI::App* const dump = trace->add_subcommand("dump", "Print the records of a trace in their order");
+  dump->add_option("FILE", *path, "The trace file")->required();
+  dump->add_option("--format", *format, "text, csv or jsonl (text)")
+      ->transform(CLI::Transformer(std::map<std::string, dump_format>{
+          {"text", dump_format::text}, {"csv", dump_format::csv}, {"jsonl", dump_format::jsonl}}))
+      ->type_name("FORMAT");
+  dump->callback([path, format] { read_trace(*path, [&](trace_reader& reader) { dump_trace(reader, *format); }); });
 }
 
 }  // namespace quern

@@ -1,0 +1,96 @@
+// quern trace dump: the records of a trace, for people and for programs.
+#include <fmt/core.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "tools/commands.h"
+#include "tools/trace_commands.h"
+
+namespace quern {
+namespace {
+
+const char* name_of(trace_kind kind) {
+  switch (kind) {
+    case trace_kind::load: return "load";
+    case trace_kind::store: return "store";
+    case trace_kind::start_marker: return "start";
+    case trace_kind::stop_marker: return "stop";
+    case trace_kind::unknown: break;
+  }
+  return "unknown";
+}
+
+bool is_marker(const trace_record& record) {
+  return record.kind == trace_kind::start_marker || record.kind == trace_kind::stop_marker;
+}
+
+std::string text_line(const trace_record& record) {
+  if (is_marker(record)) return fmt::format("{:>10} {:>8} {}\n", record.count, record.thread, name_of(record.kind));
+  return fmt::format("{:>10} {:>8} {:<7} {:>5} {:>6} {:#018x} {:#018x}\n", record.count, record.thread,
+                     name_of(record.kind), record.group, record.size, record.addr, record.pc);
+}
+
+std::string csv_line(const trace_record& record) {
+  if (is_marker(record)) return fmt::format("{},{},{},,,,\n", record.count, record.thread, name_of(record.kind));
+  return fmt::format("{},{},{},{},{},{:#x},{:#x}\n", record.count, record.thread, name_of(record.kind), record.group,
+                     record.size, record.addr, record.pc);
+}
+
+// Addresses are text, since many readers of JSON keep 53 bits of a number.
+std::string json_line(const trace_record& record) {
+  nlohmann::ordered_json object{{"count", record.count}, {"thread", record.thread}, {"kind", name_of(record.kind)}};
+  if (!is_marker(record)) {
+    object["group"] = record.group;
+    object["size"] = record.size;
+    object["addr"] = fmt::format("{:#x}", record.addr);
+    object["pc"] = fmt::format("{:#x}", record.pc);
+  }
+  return object.dump() + "\n";
+}
+
+struct format_entry {
+  std::string_view heading;
+  std::string (*line)(const trace_record&);
+};
+
+format_entry entry_of(dump_format format) {
+  switch (format) {
+    case dump_format::csv: return {"count,thread,kind,group,size,addr,pc\n", csv_line};
+    case dump_format::jsonl: return {"", json_line};
+    case dump_format::text: break;
+  }
+  return {"     count   thread kind    group   size address            pc\n", text_line};
+}
+
+// False once nobody reads any more, which is no error: `quern trace dump FILE | head`.
+bool print(std::string_view text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size()) return true;
+  if (errno == EPIPE) return false;
+  throw user_error{fmt::format("can't write the records: {}", std::strerror(errno))};
+}
+
+void flush() {
+  if (std::fflush(stdout) == 0 || errno == EPIPE) return;
+  throw user_error{fmt::format("can't write the records: {}", std::strerror(errno))};
+}
+
+}  // namespace
+
+void dump_trace(trace_reader& reader, dump_format format) {
+  std::signal(SIGPIPE, SIG_IGN);
+  const format_entry entry = entry_of(format);
+  bool wanted = print(entry.heading);
+  while (wanted) {
+    const std::optional<trace_record> record = reader.next();
+    if (!record) break;
+    wanted = print(entry.line(*record));
+  }
+  flush();
+  if (reader.is_cut()) fmt::print(stderr, "quern: the trace is cut: the file was longer once\n");
+}
+
+}  // namespace quern

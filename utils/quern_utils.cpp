@@ -1,0 +1,114 @@
+// libquern_utils: takes the trace records of a process. A record costs no system call and no lock, and is in the page
+// cache when trace_mem returns, so that it outlives the process however that ends.
+#include "utils/quern_utils.h"
+
+#include <pthread.h>
+
+#include <atomic>
+
+#include "sve/memory/trace.h"
+#include "utils/trace_file.h"
+#include "utils/undisturbed.h"
+
+namespace quern {
+namespace {
+
+constinit std::atomic<std::uint64_t> next_count{0};
+
+// The calling thread's chunk. Signal handlers of the application may trace while the thread is itself in trace_mem, so
+// slots are given out by the chunk's atomic counter, and a chunk is only unmapped when no outer call may hold a slot of
+// it; one that such a handler filled stays mapped.
+struct thread_trace {
+  trace_chunk* chunk;
+  unsigned calls;  // of trace_mem that the thread is in
+};
+constinit thread_local thread_trace mine{nullptr, 0};
+
+stored_record* reserve_slot(trace_chunk* chunk) {
+  if (chunk == nullptr) return nullptr;
+  const std::atomic_ref count(chunk->header.count);
+  if (count.load(std::memory_order_relaxed) >= trace_chunk_records) return nullptr;
+  const std::uint32_t slot = count.fetch_add(1, std::memory_order_relaxed);
+  return slot < trace_chunk_records ? &chunk->records[slot] : nullptr;
+}
+
+// Gives the mapping back when a thread ends; the chunk stays in the file.
+struct thread_end {
+  pthread_key_t key;
+  bool in_place;
+
+  void set_up() {
+    in_place = pthread_key_create(&key, [](void*) { drop_chunk(); }) == 0;
+  }
+  // Keys of libc's first block are stored without the heap, which is out of bounds in a signal handler. A later key
+  // costs each thread that ends a mapping.
+  void watch_this_thread() const {
+    constexpr pthread_key_t first_block = 32;
+    if (in_place && key < first_block) pthread_setspecific(key, &mine);
+  }
+  static void drop_chunk() {
+    const undisturbed guard;
+    if (mine.chunk != nullptr) unmap_chunk(mine.chunk);
+    mine.chunk = nullptr;
+  }
+};
+constinit thread_end at_thread_end{0, false};
+
+stored_record* reserve_slot_in_new_chunk() {
+  if (trace_stopped()) return nullptr;
+  const undisturbed guard;
+  if (stored_record* const slot = reserve_slot(mine.chunk)) return slot;  // a signal handler has been here
+  trace_chunk* const full = mine.chunk;
+  mine.chunk = map_chunk();
+  if (full != nullptr && mine.calls == 1) unmap_chunk(full);
+  at_thread_end.watch_this_thread();
+  return reserve_slot(mine.chunk);
+}
+
+void store(stored_record& slot, const sve_mem_ref_t& record) {
+  slot.count = record.count;
+  slot.tid = record.tid;
+  slot.group = record.group;
+  slot.kind = record.kind;
+  slot.size = record.size;
+  slot.addr = record.addr;
+  slot.pc = record.pc;
+  std::atomic_ref(slot.complete).store(1, std::memory_order_release);
+}
+
+}  // namespace
+}  // namespace quern
+
+using namespace quern;
+
+bool sve_init(std::uint64_t, const char* application) {
+  static bool set_up = false;
+  if (!set_up) {
+    pthread_atfork(nullptr, nullptr, quern_trace_forked);
+    at_thread_end.set_up();
+    set_up = true;
+  }
+  return set_up_trace(application);
+}
+
+void sve_exit() { finish_trace(); }
+
+std::uint64_t incr_count() { return next_count.fetch_add(1, std::memory_order_relaxed); }
+
+void trace_mem(const sve_mem_ref_t& record) {
+  ++mine.calls;
+  std::atomic_signal_fence(std::memory_order_seq_cst);
+  stored_record* slot = reserve_slot(mine.chunk);
+  if (slot == nullptr) slot = reserve_slot_in_new_chunk();
+  if (slot != nullptr) store(*slot, record);
+  std::atomic_signal_fence(std::memory_order_seq_cst);
+  --mine.calls;
+}
+
+void quern_trace_forked() {
+  const undisturbed guard;
+  if (!leave_parents_trace()) return;
+  if (mine.chunk != nullptr && mine.calls == 0) unmap_chunk(mine.chunk);
+  mine.chunk = nullptr;
+  next_count = 0;
+}

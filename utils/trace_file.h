@@ -1,0 +1,28 @@
+// The process's trace file: made at the first record, grown by a chunk at a time, each mapped by the thread that fills
+// it. Async-signal-safe throughout.
+#pragma once
+
+#include "utils/trace_format.h"
+
+namespace quern {
+
+// Notes where the trace goes and for whom. False, with a line on standard error, when QUERN_TRACE names what can't be
+// written; no file is left behind.
+bool set_up_trace(const char* application);
+
+// A chunk of the file for the calling thread alone, or null when there is no trace any more; the first time that is so,
+// a line on standard error says why. To be called undisturbed.
+trace_chunk* map_chunk();
+void unmap_chunk(trace_chunk* chunk);
+
+// Notes in the file that the program ended in good order.
+void finish_trace();
+
+// Whether an error ended the trace.
+bool trace_stopped();
+
+// Forgets the parent's file in a forked child; its own is made at its first record. False, and nothing happens,
+// elsewhere.
+bool leave_parents_trace();
+
+}  // namespace quern

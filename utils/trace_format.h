@@ -1,0 +1,79 @@
+// The trace file, as its writer and its reader share it: a header, then chunks of one size, each filled by one thread.
+// docs/trace-format.md tells the same to other programs. The writer maps these into memory, and goes through
+// std::atomic_ref at the fields that change under way.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace quern {
+
+inline constexpr std::uint64_t trace_magic = 0x4352544E52455551;  // "QUERNTRC"
+inline constexpr std::uint64_t chunk_magic = 0x4B4E48434E524551;  // "QERNCHNK"
+inline constexpr std::uint32_t trace_version = 1;
+inline constexpr std::uint32_t trace_byte_order = 0x01020304;
+
+// At offset 0. All numbers are in the byte order of the machine that wrote them, which `byte_order` shows.
+struct trace_file_header {
+  std::uint64_t magic;
+  std::uint32_t version;
+  std::uint32_t byte_order;
+  std::uint32_t header_size;        // bytes before chunk 0: the writer's page size
+  std::uint32_t chunk_size;         // bytes a chunk, its header included
+  std::uint32_t chunk_header_size;  // bytes before a chunk's first record
+  std::uint32_t record_size;
+  std::uint32_t vector_bytes;
+  std::uint32_t page_size;
+  std::uint64_t start_time;  // nanoseconds since 1970, UTC
+  std::uint64_t process;
+  std::uint64_t parent;      // process number of the parent
+  std::uint64_t chunks;      // the file is at least that many chunks long, unless it was cut
+  std::uint32_t finished;    // 1 once the program has ended in good order
+  std::uint32_t stop_error;  // the errno that ended the trace before the program, or 0
+  std::uint8_t reserved[48];
+  char application[384];  // ended by a 0
+};
+
+static_assert(sizeof(trace_file_header) == 512 && offsetof(trace_file_header, start_time) == 40 &&
+              offsetof(trace_file_header, chunks) == 64 && offsetof(trace_file_header, application) == 128);
+
+// A record as stored: the fields of sve_mem_ref_t, with the one that has no meaning there used as the mark that tells a
+// whole record from one that its thread was still writing. The mark is stored last.
+struct stored_record {
+  std::uint64_t count;
+  std::uint32_t tid;
+  std::uint32_t group;
+  std::uint32_t kind;
+  std::uint32_t complete;  // 1, or 0 while the record is not whole
+  std::uint64_t size;
+  std::uint64_t addr;
+  std::uint64_t pc;
+};
+
+static_assert(sizeof(stored_record) == 48 && offsetof(stored_record, complete) == 20);
+
+inline constexpr std::uint32_t trace_chunk_size = 64 << 10;
+
+// Chunk n is at header_size + n * chunk_size.
+struct trace_chunk_header {
+  std::uint64_t magic;  // 0 while the chunk is not in use
+  std::uint64_t number;
+  std::uint64_t pthread;  // pthread_self() of the thread; its low half is the `tid` of the thread's records
+  std::uint32_t thread;   // the kernel's number of the thread
+  std::uint32_t count;    // slots given out from the front; may exceed those that there are
+  std::uint8_t reserved[32];
+};
+
+static_assert(sizeof(trace_chunk_header) == 64);
+
+inline constexpr std::uint32_t trace_chunk_records =
+    (trace_chunk_size - sizeof(trace_chunk_header)) / sizeof(stored_record);
+
+struct trace_chunk {
+  trace_chunk_header header;
+  stored_record records[trace_chunk_records];
+};
+
+static_assert(sizeof(trace_chunk) == trace_chunk_size);
+
+}  // namespace quern

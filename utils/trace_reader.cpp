@@ -1,0 +1,199 @@
+// Reading of trace files. The first walk notes each chunk's lowest count; then the chunks that overlap are merged, so
+// that a file larger than memory can be read in order.
+#include "utils/trace_reader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "sve/memory/trace.h"
+
+namespace quern {
+namespace {
+
+constexpr std::uint32_t least_chunk_size = 4096;
+constexpr std::uint32_t most_chunk_size = 1 << 26, most_header_size = 1 << 24;
+
+trace_kind kind_of(const stored_record& stored) {
+  if (stored.tid == tid_start_marker) return trace_kind::start_marker;
+  if (stored.tid == tid_stop_marker) return trace_kind::stop_marker;
+  if (stored.kind == MEM_LOAD) return trace_kind::load;
+  return stored.kind == MEM_STORE ? trace_kind::store : trace_kind::unknown;
+}
+
+trace_record record_of(const stored_record& stored, std::uint32_t thread) {
+  return {.count = stored.count,
+          .size = stored.size,
+          .addr = stored.addr,
+          .pc = stored.pc,
+          .group = stored.group,
+          .thread = thread,
+          .kind = kind_of(stored)};
+}
+
+// Why a header can't be followed, or empty.
+std::string complaint(const trace_file_header& header) {
+  if (header.byte_order != trace_byte_order) return "was written on a machine of the other byte order";
+  if (header.version != trace_version)
+    return "has format version " + std::to_string(header.version) + "; this quern reads version " +
+           std::to_string(trace_version);
+  if (header.record_size != sizeof(stored_record) || header.chunk_header_size != sizeof(trace_chunk_header) ||
+      header.chunk_size < least_chunk_size || header.chunk_size > most_chunk_size ||
+      header.header_size < sizeof header || header.header_size > most_header_size)
+    return "is damaged: its header gives sizes that can't be";
+  return {};
+}
+
+void widen(trace_summary& summary, const trace_record& record) {
+  if (record.size == 0) return;
+  const std::uint64_t room = ~record.addr;
+  const std::uint64_t last = record.addr + std::min(record.size - 1, room);
+  summary.first_address = std::min(summary.first_address.value_or(record.addr), record.addr);
+  summary.last_address = std::max(summary.last_address.value_or(last), last);
+}
+
+void add(trace_summary& summary, const trace_record& record) {
+  ++summary.records;
+  summary.threads.insert(record.thread);
+  switch (record.kind) {
+    case trace_kind::start_marker: ++summary.starts; return;
+    case trace_kind::stop_marker: ++summary.stops; return;
+    case trace_kind::unknown: ++summary.unknown; return;
+    case trace_kind::load:
+      ++summary.loads;
+      summary.loaded_bytes += record.size;
+      break;
+    case trace_kind::store:
+      ++summary.stores;
+      summary.stored_bytes += record.size;
+      break;
+  }
+  widen(summary, record);
+}
+
+bool next_is_later(const std::vector<trace_record>& a, const std::vector<trace_record>& b) {
+  return a.back().count > b.back().count;
+}
+
+}  // namespace
+
+trace_reader::open_file::open_file(const std::string& name)
+    : path(name), descriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
+  if (descriptor < 0) throw trace_error{"can't open " + path + ": " + std::strerror(errno)};
+}
+
+trace_reader::open_file::~open_file() { close(descriptor); }
+
+std::size_t trace_reader::open_file::read_at(std::uint64_t offset, void* to, std::size_t wanted) const {
+  std::size_t done = 0;
+  while (done != wanted) {
+    const ssize_t got =
+        pread(descriptor, static_cast<char*>(to) + done, wanted - done, static_cast<off_t>(offset + done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) throw trace_error{"can't read " + path + ": " + std::strerror(errno)};
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+trace_reader::trace_reader(const std::string& path) : file_(path) {
+  read_header();
+  if (header_.magic != 0) walk_chunks();
+}
+
+void trace_reader::read_header() {
+  struct stat status {};
+  if (fstat(file_.descriptor, &status) != 0)
+    throw trace_error{"can't read " + file_.path + ": " + std::strerror(errno)};
+  if (S_ISDIR(status.st_mode)) throw trace_error{file_.path + " is a folder, not a trace file"};
+  if (!S_ISREG(status.st_mode)) throw trace_error{file_.path + " is not a regular file"};
+  const std::size_t size = file_.read_at(0, &header_, sizeof header_);
+  if (size == 0) throw trace_error{file_.path + " is empty, no trace file"};
+  if (std::memcmp(&header_, &trace_magic, std::min(size, sizeof trace_magic)) != 0)
+    throw trace_error{file_.path + " is not a trace file"};
+  // The file may be growing. Its length is asked after its header was read, which says how long it was at least.
+  if (fstat(file_.descriptor, &status) != 0)
+    throw trace_error{"can't read " + file_.path + ": " + std::strerror(errno)};
+  file_.size = static_cast<std::uint64_t>(status.st_size);
+  if (size < sizeof header_) {
+    cut_ = true;
+    header_ = {};
+    return;
+  }
+  header_.application[sizeof header_.application - 1] = 0;
+  if (const std::string why = complaint(header_); !why.empty()) throw trace_error{file_.path + " " + why};
+}
+
+void trace_reader::walk_chunks() {
+  const std::uint64_t room = file_.size - std::min<std::uint64_t>(file_.size, header_.header_size);
+  cut_ = room / header_.chunk_size < header_.chunks || file_.size < header_.header_size;
+  std::uint64_t highest = 0;
+  for (std::uint64_t number = 0; number * header_.chunk_size < room; ++number) {
+    const chunk_records chunk = read_chunk(number);
+    summary_.incomplete += chunk.incomplete;
+    summary_.damaged_chunks += chunk.damaged;
+    if (chunk.records.empty()) continue;
+    for (const trace_record& record : chunk.records) add(summary_, record);
+    places_.push_back({chunk.records.back().count, number});
+    highest = std::max(highest, chunk.records.front().count);
+  }
+  std::stable_sort(places_.begin(), places_.end(),
+                   [](const chunk_place& a, const chunk_place& b) { return a.lowest_count < b.lowest_count; });
+  if (summary_.records != 0 && highest >= summary_.records) summary_.missing = highest - summary_.records + 1;
+}
+
+trace_reader::chunk_records trace_reader::read_chunk(std::uint64_t number) const {
+  std::vector<char> bytes(header_.chunk_size);
+  const std::size_t size = file_.read_at(header_.header_size + number * header_.chunk_size, bytes.data(), bytes.size());
+  chunk_records chunk;
+  trace_chunk_header header{};
+  if (size < sizeof header) return chunk;
+  std::memcpy(&header, bytes.data(), sizeof header);
+  chunk.damaged = header.magic != 0 && header.magic != chunk_magic;
+  if (header.magic != chunk_magic) return chunk;
+  const std::size_t slots = std::min<std::size_t>(header.count, (size - sizeof header) / sizeof(stored_record));
+  chunk.records.reserve(slots);
+  for (std::size_t slot = 0; slot != slots; ++slot) {
+    stored_record stored;
+    std::memcpy(&stored, bytes.data() + sizeof header + slot * sizeof stored, sizeof stored);
+    if (stored.complete == 1)
+      chunk.records.push_back(record_of(stored, header.thread));
+    else
+      ++chunk.incomplete;
+  }
+  std::reverse(chunk.records.begin(), chunk.records.end());
+  std::stable_sort(chunk.records.begin(), chunk.records.end(),
+                   [](const trace_record& a, const trace_record& b) { return a.count > b.count; });
+  return chunk;
+}
+
+// Opens every chunk that may hold the next record.
+void trace_reader::open_chunks_below_next() {
+  while (next_place_ != places_.size() &&
+         (merging_.empty() || places_[next_place_].lowest_count <= merging_.front().back().count)) {
+    chunk_records chunk = read_chunk(places_[next_place_++].number);
+    if (chunk.records.empty()) continue;  // the file has changed since
+    merging_.push_back(std::move(chunk.records));
+    std::push_heap(merging_.begin(), merging_.end(), next_is_later);
+  }
+}
+
+std::optional<trace_record> trace_reader::next() {
+  open_chunks_below_next();
+  if (merging_.empty()) return std::nullopt;
+  std::pop_heap(merging_.begin(), merging_.end(), next_is_later);
+  const trace_record record = merging_.back().back();
+  merging_.back().pop_back();
+  if (merging_.back().empty())
+    merging_.pop_back();
+  else
+    std::push_heap(merging_.begin(), merging_.end(), next_is_later);
+  return record;
+}
+
+}  // namespace quern

@@ -1,0 +1,94 @@
+// Reads trace files: whole ones, those of processes that were killed or still run, and those cut off anywhere. Nothing
+// in a file is trusted.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "utils/trace_format.h"
+
+namespace quern {
+
+// Thrown when a file is no trace that can be read: one line that says why.
+struct trace_error {
+  std::string message;
+};
+
+enum class trace_kind : std::uint8_t { store, load, start_marker, stop_marker, unknown };
+
+struct trace_record {
+  std::uint64_t count;
+  std::uint64_t size;
+  std::uint64_t addr;
+  std::uint64_t pc;
+  std::uint32_t group;
+  std::uint32_t thread;  // the kernel's number of the thread, also in markers
+  trace_kind kind;
+};
+
+struct trace_summary {
+  std::uint64_t records = 0;
+  std::uint64_t loads = 0, stores = 0, starts = 0, stops = 0, unknown = 0;
+  std::uint64_t loaded_bytes = 0, stored_bytes = 0;
+  std::optional<std::uint64_t> first_address, last_address;  // of the bytes that were loaded or stored
+  std::uint64_t incomplete = 0;                              // records that a thread had begun and not ended
+  std::uint64_t missing = 0;         // counts below the highest for which the file has no record
+  std::uint64_t damaged_chunks = 0;  // that hold something, but no chunk's header
+  std::set<std::uint32_t> threads;
+};
+
+class trace_reader {
+ public:
+  // Reads the header and walks once through all chunks. Throws trace_error.
+  explicit trace_reader(const std::string& path);
+
+  const trace_file_header& header() const { return header_; }  // all 0 in a file that is cut inside of it
+  const trace_summary& summary() const { return summary_; }
+  std::uint64_t file_size() const { return file_.size; }
+  bool is_cut() const { return cut_; }
+
+  // The next record in the order of `count`, or nothing when there is none left. Throws trace_error when the file can't
+  // be read any more.
+  std::optional<trace_record> next();
+
+ private:
+  struct open_file {
+    explicit open_file(const std::string& path);
+    ~open_file();
+    open_file(const open_file&) = delete;
+    open_file& operator=(const open_file&) = delete;
+    std::size_t read_at(std::uint64_t offset, void* to, std::size_t wanted) const;  // answers how much there was
+
+    std::string path;
+    int descriptor;
+    std::uint64_t size = 0;
+  };
+  // A chunk that holds records.
+  struct chunk_place {
+    std::uint64_t lowest_count, number;
+  };
+  // A chunk's whole records by falling count, the next to be given out at the back.
+  struct chunk_records {
+    std::vector<trace_record> records;
+    std::uint64_t incomplete = 0;
+    bool damaged = false;
+  };
+
+  void read_header();
+  void walk_chunks();
+  chunk_records read_chunk(std::uint64_t number) const;
+  void open_chunks_below_next();
+
+  open_file file_;
+  bool cut_ = false;
+  trace_file_header header_{};
+  trace_summary summary_;
+  std::vector<chunk_place> places_;  // by lowest count
+  std::size_t next_place_ = 0;
+  std::vector<std::vector<trace_record>> merging_;  // a heap by the next count
+};
+
+}  // namespace quern
