@@ -16,6 +16,7 @@ class fixed_text {
     const std::size_t taken = text.size() < Capacity - size_ ? text.size() : Capacity - size_;
     std::memcpy(text_ + size_, text.data(), taken);
     size_ += taken;
+    text_[size_] = 0;
     complete_ = complete_ && taken == text.size();
     return *this;
   }
@@ -28,14 +29,12 @@ class fixed_text {
   }
   void clear() {
     size_ = 0;
+    text_[0] = 0;
     complete_ = true;
   }
   bool complete() const { return complete_; }
   std::string_view view() const { return {text_, size_}; }
-  const char* c_str() {
-    text_[size_] = 0;
-    return text_;
-  }
+  const char* c_str() const { return text_; }
 
  private:
   char text_[Capacity + 1]{};

@@ -1,0 +1,293 @@
+// Where a trace goes: the names, what is refused, what is left behind, and who gets a file of their own.
+#include <sys/resource.h>
+
+#include <fstream>
+#include <thread>
+
+#include "tests/utils/traced_process.h"
+#include "utils/quern_utils.h"
+
+namespace quern::test {
+namespace {
+
+struct place : trace_test {
+  // Traces `number` records in a process of its own under that QUERN_TRACE (null: unset).
+  static child_end trace_to(const char* value, std::uint64_t number = 1) {
+    return run([=] {
+      if (value != nullptr) setenv("QUERN_TRACE", value, 1);
+      if (!sve_init(0, "program")) return 3;
+      store_records(number);
+      return 0;
+    });
+  }
+  std::uint64_t records_in(const fs::path& name) const {
+    return trace_reader((folder / name).string()).summary().records;
+  }
+};
+
+std::string numbered(const char* before, pid_t process, const char* behind) {
+  return before + std::to_string(process) + behind;
+}
+
+TEST_F(place, the_default_is_named_for_the_process_in_the_current_folder) {
+  const child_end end = trace_to(nullptr);
+  EXPECT_EQ(fs::path(only_file()).filename(), numbered("quern.", end.process, ".trace"));
+}
+
+TEST_F(place, an_empty_QUERN_TRACE_means_the_default) {
+  const child_end end = trace_to("");
+  EXPECT_EQ(fs::path(only_file()).filename(), numbered("quern.", end.process, ".trace"));
+}
+
+TEST_F(place, percent_p_is_the_process_number_wherever_it_stands) {
+  const child_end end = trace_to("a%p.b%p%");
+  EXPECT_EQ(fs::path(only_file()).filename(), numbered("a", end.process, ".b") + std::to_string(end.process) + "%");
+}
+
+TEST_F(place, percent_p_in_the_current_folders_name_is_left_alone) {
+  fs::create_directory(folder / "in%p");
+  fs::current_path(folder / "in%p");
+  EXPECT_TRUE(trace_to("t").ended_well());
+  EXPECT_EQ(records_in("in%p/t"), 1u);
+}
+
+TEST_F(place, it_is_settled_at_the_start_whatever_folder_the_program_goes_to) {
+  fs::create_directory(folder / "elsewhere");
+  const child_end end = run([] {
+    if (!sve_init(0, "")) return 1;
+    fs::current_path("elsewhere");
+    store_records(2000);
+    return 0;
+  });
+  EXPECT_EQ(end.errors, "");
+  EXPECT_EQ(records_in(numbered("quern.", end.process, ".trace")), 2000u);
+}
+
+TEST_F(place, no_record_no_file) {
+  EXPECT_TRUE(trace_to(nullptr, 0).ended_well());
+  EXPECT_TRUE(trace_to("chosen", 0).ended_well());
+  EXPECT_TRUE(files().empty());
+}
+
+TEST_F(place, what_cannot_be_written_is_refused_at_the_start) {
+  std::ofstream("file") << "text";
+  fs::create_directory("folder");
+  const std::string long_name(300, 'n'), long_path = "/" + std::string(5000, 'p');
+  for (const char* value : {"absent/trace", "file/trace", "folder", ".", "/", "/proc/trace", "/dev/full", "/dev/null",
+                            long_name.c_str(), long_path.c_str()}) {
+    const child_end end = trace_to(value, 0);
+    EXPECT_TRUE(WIFEXITED(end.status) && WEXITSTATUS(end.status) == 3) << value;
+    EXPECT_EQ(end.lines(), 1) << value << ": " << end.errors;
+    EXPECT_NE(end.errors.find("QUERN_TRACE"), std::string::npos) << value;
+  }
+  EXPECT_EQ(files().size(), 2u);
+}
+
+TEST_F(place, an_earlier_file_is_never_overwritten) {
+  std::ofstream("trace") << "precious";
+  const child_end end = trace_to("trace");
+  EXPECT_TRUE(end.ended_well());
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  EXPECT_EQ(fs::file_size("trace"), 8u);
+  EXPECT_EQ(records_in(numbered("trace.", end.process, "")), 1u);
+  EXPECT_NE(end.errors.find(numbered("trace.", end.process, "")), std::string::npos);
+}
+
+// A program that runs another in its place keeps its process number.
+TEST_F(place, a_taken_name_with_the_process_number_gets_a_number_behind_it) {
+  const child_end end = run([] {
+    const std::string name = "quern." + std::to_string(getpid()) + ".trace";
+    std::ofstream(name) << "first";
+    std::ofstream(name + ".1") << "second";
+    if (!sve_init(0, "")) return 1;
+    store_records(1);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.errors;
+  EXPECT_EQ(files().size(), 3u);
+  EXPECT_EQ(records_in(numbered("quern.", end.process, ".trace.2")), 1u);
+}
+
+// A process that traces, forks a child that traces, and traces on. Parent and child are told apart by the number of
+// their records.
+child_end trace_across_fork(const char* value) {
+  return run([=] {
+    if (value != nullptr) setenv("QUERN_TRACE", value, 1);
+    if (!sve_init(0, "")) return 1;
+    store_records(2000);
+    const pid_t process = fork();
+    if (process == 0) {
+      std::thread(store_records, 1500).join();
+      store_records(100);
+      sve_exit();
+      _exit(0);
+    }
+    store_records(500);
+    int status = 0;
+    waitpid(process, &status, 0);
+    return status;
+  });
+}
+
+// The folder holds the parent's trace under its name and the child's under the name made of the child's number.
+void expect_own_files(const fs::path& parents, const char* before, const char* behind) {
+  trace_reader parent(parents.string());
+  expect_all_counts(parent, 2500);
+  EXPECT_EQ(parent.header().finished, 0u);
+  EXPECT_EQ(parent.summary().threads.size(), 1u);
+  for (const auto& entry : fs::directory_iterator(".")) {
+    if (entry.path().filename() == parents) continue;
+    trace_reader child(entry.path().string());
+    EXPECT_EQ(entry.path().filename(), numbered(before, static_cast<pid_t>(child.header().process), behind));
+    EXPECT_EQ(child.header().parent, parent.header().process);
+    EXPECT_EQ(child.header().finished, 1u);
+    expect_all_counts(child, 1600);
+  }
+}
+
+TEST_F(place, a_forked_child_writes_a_file_of_its_own) {
+  const child_end end = trace_across_fork(nullptr);
+  ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
+  EXPECT_EQ(end.errors, "");
+  EXPECT_EQ(files().size(), 2u);
+  expect_own_files(numbered("quern.", end.process, ".trace"), "quern.", ".trace");
+}
+
+TEST_F(place, a_forked_child_adds_its_number_to_a_name_without_one) {
+  const child_end end = trace_across_fork("trace");
+  ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
+  EXPECT_EQ(end.errors, "");
+  EXPECT_EQ(files().size(), 2u);
+  expect_own_files("trace", "trace.", "");
+}
+
+TEST_F(place, a_forked_child_takes_no_name_that_its_parent_has_yet_to_take) {
+  const child_end end = run([] {
+    setenv("QUERN_TRACE", "trace", 1);
+    if (!sve_init(0, "")) return 1;
+    const pid_t process = fork();
+    if (process == 0) {
+      store_records(1);
+      _exit(0);
+    }
+    waitpid(process, nullptr, 0);
+    store_records(2);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.errors;
+  EXPECT_EQ(files().size(), 2u);
+  EXPECT_EQ(records_in("trace"), 2u);
+}
+
+TEST_F(place, saying_that_it_was_forked_does_nothing_elsewhere) {
+  const child_end end = run([] {
+    if (!sve_init(0, "")) return 1;
+    store_records(3);
+    quern_trace_forked();
+    store_records(3);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.errors;
+  trace_reader reader(only_file());
+  expect_all_counts(reader, 6);
+}
+
+// What fails only when there is something to write: one line, and the program runs on.
+
+TEST_F(place, a_default_that_cannot_be_written_costs_one_line) {
+  fs::create_directory(folder / "gone");
+  fs::current_path(folder / "gone");
+  fs::remove(folder / "gone");
+  const child_end end = trace_to(nullptr, 5000);
+  EXPECT_TRUE(end.ended_well()) << end.status;
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  EXPECT_NE(end.errors.find("can't make the trace file"), std::string::npos) << end.errors;
+  fs::current_path(folder);
+}
+
+TEST_F(place, a_folder_that_goes_away_costs_one_line_and_the_records_so_far_are_kept) {
+  fs::create_directory(folder / "before");
+  const child_end end = run([&] {
+    setenv("QUERN_TRACE", "before/trace", 1);
+    if (!sve_init(0, "")) return 1;
+    store_records(100);
+    fs::rename("before", "after");
+    std::vector<std::thread> threads;
+    for (int i = 0; i != 4; ++i) threads.emplace_back(store_records, 3000);
+    for (std::thread& thread : threads) thread.join();
+    store_records(10'000);
+    return 0;
+  });
+  EXPECT_TRUE(end.ended_well()) << end.status;
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  trace_reader reader("after/trace");
+  EXPECT_EQ(reader.header().stop_error, static_cast<std::uint32_t>(ENOENT));
+  EXPECT_FALSE(reader.is_cut());
+  EXPECT_EQ(reader.summary().records, trace_chunk_records);  // the chunk that was mapped is filled
+  for (std::uint64_t count = 0; count != 100; ++count) EXPECT_EQ(reader.next()->count, count);
+}
+
+TEST_F(place, a_file_that_another_took_the_place_of_is_left_alone) {
+  const child_end end = run([] {
+    setenv("QUERN_TRACE", "trace", 1);
+    if (!sve_init(0, "")) return 1;
+    store_records(1);
+    fs::rename("trace", "moved");
+    std::ofstream("trace") << "another's";
+    store_records(5000);
+    return 0;
+  });
+  EXPECT_TRUE(end.ended_well()) << end.status;
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  EXPECT_EQ(fs::file_size("trace"), 9u);
+  EXPECT_EQ(records_in("moved"), trace_chunk_records);
+}
+
+TEST_F(place, no_room_costs_one_line_and_no_signal) {
+  const auto chunks = std::uint64_t{3};
+  const child_end end = run([=] {
+    const std::uint64_t room = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE)) + chunks * trace_chunk_size + 1000;
+    const rlimit limit{room, room};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    if (!sve_init(0, "")) return 1;
+    store_records(20'000);
+    return 0;
+  });
+  EXPECT_TRUE(end.ended_well()) << end.status;
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  trace_reader reader(only_file());
+  EXPECT_EQ(reader.header().stop_error, static_cast<std::uint32_t>(EFBIG));
+  EXPECT_FALSE(reader.is_cut());
+  expect_all_counts(reader, chunks * trace_chunk_records);
+}
+
+TEST_F(place, no_room_for_the_header_leaves_no_file) {
+  const child_end end = run([] {
+    const rlimit limit{100, 100};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    if (!sve_init(0, "")) return 1;
+    store_records(3);
+    return 0;
+  });
+  EXPECT_TRUE(end.ended_well()) << end.status;
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  EXPECT_TRUE(files().empty());
+}
+
+// The application may close every descriptor and open its own under the same numbers.
+TEST_F(place, no_descriptor_is_kept_that_the_program_could_close_or_reuse) {
+  const child_end end = run([] {
+    const int lowest = dup(0);
+    close(lowest);
+    if (!sve_init(0, "")) return 1;
+    store_records(1);
+    const int now = dup(0);
+    store_records(5000);
+    return now == lowest ? 0 : 2;
+  });
+  EXPECT_TRUE(end.ended_well()) << end.status;
+  EXPECT_EQ(records_in(fs::path(only_file()).filename()), 5001u);
+}
+
+}  // namespace
+}  // namespace quern::test

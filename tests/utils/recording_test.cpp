@@ -1,0 +1,203 @@
+// Records reach the file whole and once, from any number of threads, from signal handlers, and up to the moment at
+// which the process is killed.
+#include <sys/time.h>
+
+#include <fstream>
+#include <map>
+#include <thread>
+
+#include "tests/utils/traced_process.h"
+
+namespace quern::test {
+namespace {
+
+struct recording : trace_test {};
+
+TEST_F(recording, eight_threads_lose_and_mix_nothing) {
+  constexpr int threads = 8;
+  constexpr std::uint64_t each = 10'000;
+  const child_end end = run([&] {
+    if (!sve_init(0, "eight threads")) return 1;
+    std::vector<std::thread> running;
+    for (int i = 0; i != threads; ++i) running.emplace_back(store_records, each);
+    for (std::thread& thread : running) thread.join();
+    sve_exit();
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.errors;
+  EXPECT_EQ(end.errors, "");
+  trace_reader reader(only_file());
+  EXPECT_EQ(reader.summary().threads.size(), std::size_t{threads});
+  EXPECT_EQ(reader.summary().incomplete, 0u);
+  EXPECT_FALSE(reader.is_cut());
+  expect_all_counts(reader, threads * each);
+}
+
+// Each thread's records carry a number that it counts itself; they are read back in its order.
+TEST_F(recording, a_threads_records_stay_in_its_order) {
+  const auto count_up = [] {
+    for (std::uint64_t i = 0; i != 5000; ++i) {
+      sve_mem_ref_t record{};
+      record.count = incr_count();
+      record.size = i;
+      trace_mem(record);
+    }
+  };
+  const child_end end = run([&] {
+    if (!sve_init(0, "")) return 1;
+    std::thread first(count_up), second(count_up);
+    first.join();
+    second.join();
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.errors;
+  trace_reader reader(only_file());
+  std::map<std::uint32_t, std::uint64_t> next;
+  while (const auto record = reader.next()) ASSERT_EQ(record->size, next[record->thread]++);
+  ASSERT_EQ(next.size(), 2u);
+  for (const auto& [thread, records] : next) EXPECT_EQ(records, 5000u) << thread;
+}
+
+TEST_F(recording, threads_that_end_leave_their_records_and_no_mapping) {
+  constexpr std::uint64_t threads = 20;
+  const auto mappings_of_the_file = [] {
+    std::ifstream maps("/proc/self/maps");
+    int found = 0;
+    for (std::string line; std::getline(maps, line);) found += line.ends_with(".trace");
+    return found;
+  };
+  const child_end end = run([&] {
+    if (!sve_init(0, "")) return 1;
+    std::vector<int> mappings;
+    for (std::uint64_t i = 0; i != threads; ++i) {
+      std::thread(store_records, 10).join();
+      mappings.push_back(mappings_of_the_file());
+    }
+    return mappings == std::vector<int>(threads, 1) ? 0 : 2;  // the header
+  });
+  ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
+  trace_reader reader(only_file());
+  expect_all_counts(reader, threads * 10);
+}
+
+void trace_in_handler(int) { store_records(7); }
+
+TEST_F(recording, signal_handlers_trace_in_the_midst_of_tracing) {
+  const child_end end = run([] {
+    if (!sve_init(0, "")) return 1;
+    struct sigaction action {};
+    action.sa_handler = trace_in_handler;
+    action.sa_flags = SA_NODEFER;
+    sigaction(SIGALRM, &action, nullptr);
+    const itimerval often{{0, 100}, {0, 100}};
+    setitimer(ITIMER_REAL, &often, nullptr);
+    store_records(200'000);
+    const itimerval never{};
+    setitimer(ITIMER_REAL, &never, nullptr);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
+  trace_reader reader(only_file());
+  const std::uint64_t records = reader.summary().records;
+  EXPECT_GT(records, 200'000u);
+  EXPECT_EQ(reader.summary().incomplete, 0u);
+  expect_all_counts(reader, records);
+}
+
+TEST_F(recording, errno_is_kept) {
+  const child_end end = run([] {
+    if (!sve_init(0, "")) return 1;
+    errno = 77;
+    store_records(5000);
+    return errno == 77 ? 0 : 2;
+  });
+  EXPECT_TRUE(end.ended_well()) << end.status;
+}
+
+TEST_F(recording, a_killed_process_leaves_all_that_it_stored) {
+  int reports[2];
+  ASSERT_EQ(pipe(reports), 0);
+  const child process([&] {
+    if (!sve_init(0, "killed")) return 1;
+    for (std::uint64_t stored = 0;; stored += 10) {
+      if (write(reports[1], &stored, sizeof stored) != sizeof stored) return 2;
+      store_records(10);
+    }
+  });
+  close(reports[1]);
+  std::uint64_t stored = 0;
+  while (stored < 5000 && read(reports[0], &stored, sizeof stored) == sizeof stored) continue;
+  kill(process.process(), SIGKILL);
+  while (read(reports[0], &stored, sizeof stored) == sizeof stored) continue;
+  close(reports[0]);
+  const child_end end = process.wait();
+  ASSERT_TRUE(WIFSIGNALED(end.status) && WTERMSIG(end.status) == SIGKILL);
+
+  trace_reader reader(only_file());
+  EXPECT_FALSE(reader.is_cut());
+  EXPECT_EQ(reader.header().finished, 0u);
+  EXPECT_GE(reader.summary().records, stored);
+  EXPECT_GE(stored, 5000u);
+  expect_all_counts(reader, reader.summary().records);
+}
+
+TEST_F(recording, the_header_tells_whose_trace_it_is) {
+  const child_end end = run([] {
+    if (!sve_init(0, "a program")) return 1;
+    store_records(1);
+    sve_exit();
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well());
+  const trace_reader reader(only_file());
+  EXPECT_STREQ(reader.header().application, "a program");
+  EXPECT_EQ(reader.header().process, static_cast<std::uint64_t>(end.process));
+  EXPECT_EQ(reader.header().parent, static_cast<std::uint64_t>(getpid()));
+  EXPECT_EQ(reader.header().vector_bytes, QUERN_VL_BITS / 8u);
+  EXPECT_EQ(reader.header().page_size, static_cast<std::uint32_t>(sysconf(_SC_PAGESIZE)));
+  EXPECT_EQ(reader.header().finished, 1u);
+}
+
+// The bytes of a small file, field by field, as docs/trace-format.md gives them.
+TEST_F(recording, the_file_is_laid_out_as_documented) {
+  const child_end end = run([] {
+    if (!sve_init(0, "x")) return 1;
+    store_records(2);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well());
+  FILE* const file = fopen(only_file().c_str(), "rb");
+  std::vector<unsigned char> bytes(4 << 20);
+  bytes.resize(fread(bytes.data(), 1, bytes.size(), file));
+  fclose(file);
+  const auto number = [&](std::size_t offset, int size) {
+    std::uint64_t value = 0;
+    while (size-- != 0) value = value << 8 | bytes.at(offset + static_cast<std::size_t>(size));
+    return value;
+  };
+  EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 8), "QUERNTRC");
+  EXPECT_EQ(number(8, 4), 1u);            // version
+  EXPECT_EQ(number(12, 4), 0x01020304u);  // byte order
+  const std::uint64_t header_size = number(16, 4), chunk_size = number(20, 4), chunk_header = number(24, 4);
+  EXPECT_EQ(chunk_size, 65536u);
+  EXPECT_EQ(chunk_header, 64u);
+  EXPECT_EQ(number(28, 4), 48u);  // record size
+  EXPECT_EQ(number(64, 8), 1u);   // chunks
+  EXPECT_EQ(bytes.at(128), 'x');
+  EXPECT_EQ(bytes.size(), header_size + chunk_size);
+  EXPECT_EQ(
+      std::string(bytes.begin() + static_cast<long>(header_size), bytes.begin() + static_cast<long>(header_size) + 8),
+      "QERNCHNK");
+  EXPECT_EQ(number(header_size + 28, 4), 2u);  // slots given out
+  const std::uint64_t second = header_size + chunk_header + 48;
+  EXPECT_EQ(number(second, 8), 1u);              // count
+  EXPECT_EQ(number(second + 16, 4), 1u);         // kind
+  EXPECT_EQ(number(second + 20, 4), 1u);         // complete
+  EXPECT_EQ(number(second + 24, 8), 4u);         // size
+  EXPECT_EQ(number(second + 32, 8), 0x10005u);   // addr
+  EXPECT_EQ(number(second + 40, 8), 0x400007u);  // pc
+  EXPECT_EQ(number(second + 48 + 20, 4), 0u);    // no third record
+}
+
+}  // namespace
+}  // namespace quern::test
