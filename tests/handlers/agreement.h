@@ -96,57 +96,13 @@ struct sample {
   cpu_state state;
 };
 
-// Makes the elements of a predicate active by rule(i); all bits that carry no meaning are random.
-template <class Rule>
-void set_predicate(random_source& random, unsigned char* p, std::uint32_t size, Rule rule) {
-  for (int i = 0; i != VL_BYTES; ++i) p[i] = static_cast<unsigned char>(random.next());
-  for (std::size_t i = 0; i != count_of(size); ++i)
-    p[i << size] = static_cast<unsigned char>((p[i << size] & 0xFE) | (rule(i) ? 1 : 0));
-}
-
-// States of each size whose predicates 1 and 2 are all false, all true, alternating and random; the others, and all
-// vectors, are random with corner values among them. The same on every platform and in every run.
-inline const std::vector<sample>& samples() {
-  static const std::vector<sample> all = [] {
-    using rule = bool (*)(std::size_t, random_source&);
-    const std::array<std::pair<const char*, rule>, 4> rules{{
-        {"all false", [](std::size_t, random_source&) { return false; }},
-        {"all true", [](std::size_t, random_source&) { return true; }},
-        {"alternating", [](std::size_t i, random_source&) { return i % 2 == 1; }},
-        {"random", [](std::size_t, random_source& random) { return random.one_in(2); }},
-    }};
-    random_source random(20);
-    std::vector<sample> list;
-    for (std::uint32_t size = size_b; size <= size_d; ++size)
-      for (const auto& [name, active] : rules)
-        for (int repeat = 0; repeat != 3; ++repeat) {
-          sample& s = list.emplace_back(name, size);
-          fill_registers(random, size, false, s.state);
-          for (const int p : {1, 2})
-            set_predicate(random, s.state.p[p], size, [&](std::size_t i) { return active(i, random); });
-        }
-    return list;
-  }();
-  return all;
-}
+// States of each size whose predicates 1 and 2 are all false, all true, alternating and random, with rubbish in all
+// bits that carry no meaning; the other predicates, and all vectors, are random with corner values among them. The same
+// on every platform and in every run.
+const std::vector<sample>& samples();
 
 // The first difference between two register files; empty when there is none.
-inline std::string difference(const cpu_state& actual, const cpu_state& expected) {
-  std::string text;
-  const auto compare = [&](const std::string& name, const auto& a, const auto& e) {
-    for (std::size_t i = 0; text.empty() && i != std::size(a); ++i)
-      if (a[i] != e[i])
-        text = name + "[" + std::to_string(i) + "] is " + std::to_string(a[i]) + ", not " + std::to_string(e[i]);
-  };
-  using scalars = std::array<std::uint64_t, 5>;
-  compare("sp nzcv fpsr fpcr instr_word ", scalars{actual.sp, actual.nzcv, actual.fpsr, actual.fpcr, actual.instr_word},
-          scalars{expected.sp, expected.nzcv, expected.fpsr, expected.fpcr, expected.instr_word});
-  compare("x", actual.x, expected.x);
-  for (std::size_t i = 0; i != 16; ++i) compare("p" + std::to_string(i), actual.p[i], expected.p[i]);
-  for (std::size_t i = 0; i != 32; ++i) compare("z" + std::to_string(i), actual.z[i], expected.z[i]);
-  compare("ffr", actual.ffr, expected.ffr);
-  return text;
-}
+std::string difference(const cpu_state& actual, const cpu_state& expected);
 
 // Expects of every sample and choice of registers that handler(state, size, registers) answers DECODE_OK and changes
 // what definition(state, size, registers) changes, and nothing else.

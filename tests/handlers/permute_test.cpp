@@ -44,7 +44,7 @@ TEST(Permute, TableLookupOfEveryIndexAndTheFirstOneBeyond) {
 }
 
 TEST(Permute, ExtractTakesBytesFromBothRegisters) {
-  for (unsigned imm = 0; imm != 256; imm += imm < 20 ? 1 : 47)
+  for (unsigned imm = 0; imm < 256; imm += imm < 20 ? 1 : 47)
     expect_agreement(
         "ext",
         [&](cpu_state* s, std::uint32_t, registers r) {

@@ -19,7 +19,7 @@ void define_logic(cpu_state& s, registers r, byte_operation op, bool zeroing) {
 TEST(PredicateLogic, AgreesWithItsByteOperationUnderEitherQualifier) {
   struct {
     const char* name;
-    handler_pppp& handler;
+    handler_pppp* handler;
     byte_operation op;
   } const cases[] = {
       {"and", sve_and_pppp, [](int n, int m) { return n & m; }},
