@@ -1,6 +1,9 @@
 // ZIP, UZP and TRN of vectors and predicates.
 #include "sve/handlers/interleave.h"
 
+#include <limits>
+#include <type_traits>
+
 #include "sve/handlers/lanes.h"
 
 using namespace quern;
@@ -34,13 +37,25 @@ void unzip(bytes d, source a, source b, element_size size, bool odd) {
   });
 }
 
-// d = every other lane of a and b in turn, from lane `odd` on.
+__extension__ using quadword = unsigned __int128;
+
+// The unsigned integer that holds two lanes of T.
+template <class T>
+using lane_pair =
+    std::conditional_t<sizeof(T) == 8, quadword,
+                       std::conditional_t<sizeof(T) == 4, std::uint64_t,
+                                          std::conditional_t<sizeof(T) == 2, std::uint32_t, std::uint16_t>>>;
+
+// d = every other lane of a and b in turn, from lane `odd` on: of each pair of lanes one, shifted into its place.
 void transpose(bytes d, source a, source b, element_size size, bool odd) {
   by_size(size, [=]<class T>(T) {
-    for (std::size_t i = 0; i != lane_count<T>; i += 2) {
-      set_lane<T>(d, i, lane<T>(a, i + odd));
-      set_lane<T>(d, i + 1, lane<T>(b, i + odd));
-    }
+    using pair = lane_pair<T>;
+    constexpr int bits = 8 * sizeof(T);
+    constexpr pair low = std::numeric_limits<T>::max();
+    if (odd)
+      each_lane<pair>([](pair n, pair m) { return (n >> bits) | (m & ~low); }, d, a, b);
+    else
+      each_lane<pair>([](pair n, pair m) { return (n & low) | (m << bits); }, d, a, b);
   });
 }
 

@@ -11,10 +11,21 @@ namespace {
 
 enum class half : std::size_t { low = 0, high = VL_BYTES / 2 };
 
+// The elements of eight bytes in reverse order, by exchanging halves: unlike single lanes, that is fast everywhere.
+template <class T>
+std::uint64_t reverse_in_word(std::uint64_t word) {
+  if constexpr (sizeof(T) <= 4) word = word << 32 | word >> 32;
+  if constexpr (sizeof(T) <= 2) word = (word & 0x0000FFFF0000FFFF) << 16 | (word >> 16 & 0x0000FFFF0000FFFF);
+  if constexpr (sizeof(T) == 1) word = (word & 0x00FF00FF00FF00FF) << 8 | (word >> 8 & 0x00FF00FF00FF00FF);
+  return word;
+}
+
 void reverse_elements(unsigned char* d, const unsigned char* n, std::uint32_t size) {
   by_size(size, [=]<class T>(T) {
+    constexpr std::size_t words = lane_count<std::uint64_t>;
     vector_result r;
-    for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(r.bytes, i, lane<T>(n, lane_count<T> - 1 - i));
+    for (std::size_t j = 0; j != words; ++j)
+      set_lane(r.bytes, j, reverse_in_word<T>(lane<std::uint64_t>(n, words - 1 - j)));
     r.copy_to(d);
   });
 }
