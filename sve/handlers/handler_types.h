@@ -15,6 +15,7 @@ using handler_p = aarch64_decode_rc(cpu_state* state, aarch64_p_reg);
 using handler_pp = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg);
 using handler_ppp = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg);
 using handler_pppp = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg);
+using handler_ppz = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_z_reg);
 using handler_ppzz = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_z_reg, aarch64_z_reg);
 
 using handler_prr = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_i_reg, aarch64_i_reg);
@@ -28,6 +29,7 @@ using handler_zzi = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_z
 using handler_zpi = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, unsigned int);
 using handler_ppzi = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_z_reg, unsigned int);
 using handler_ppzi_signed = aarch64_decode_rc(cpu_state* state, aarch64_p_reg, aarch64_p_reg, aarch64_z_reg, int);
+using handler_zpi_float = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aarch64_p_reg, aarch64_sve_fp_arith_imm);
 
 // With a predicate pattern (0 to 31) and a multiplier (1 to 16).
 using handler_rii = aarch64_decode_rc(cpu_state* state, aarch64_i_reg, unsigned int pattern, unsigned int multiplier);

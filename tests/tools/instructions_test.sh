@@ -49,11 +49,12 @@ expect 2 'quern: WORD is required (see quern decode --help)' decode
 expect 2 'quern: --route: fast not in {direct,library,none} (see quern list --help)' list --route fast
 expect 2 'quern: --format: xml not in {text,csv,jsonl,markdown} (see quern list --help)' list --format xml
 
-# wants_line LINE ARGUMENTS...: whether the command prints that line among others.
+# wants_line LINE ARGUMENTS...: whether the command prints that line among others. All are read: a pipe closed early
+# would end the command.
 wants_line() {
   local line=$1
   shift
-  "${quern[@]}" "$@" | grep -Fxq -- "$line" && return
+  "${quern[@]}" "$@" | grep -Fx -- "$line" >/dev/null && return
   printf 'FAILED: quern %s has no line\n%s\n' "$*" "$line"
   failures=$((failures + 1))
 }

@@ -24,3 +24,8 @@ namespace quern {
 QUERN_DECODE_MAPS(DECLARE)
 #undef DECLARE
 }  // namespace quern
+
+// Defines the table of the map KEY, which has COUNT rows: those of the forms that follow.
+#define QUERN_DECODE_TABLE(key, count, ...)                                             \
+  static constexpr auto table__##key = decode_rows<count>(key_bits{#key}, __VA_ARGS__); \
+  constinit const std::span<const decode_row> rows__##key = table__##key;
