@@ -8,9 +8,8 @@ using namespace quern;
 
 namespace {
 
-// Sign-extended to 64 bits.
-std::uint64_t vector_lengths(int imm) { return static_cast<std::uint64_t>(std::int64_t{imm * VL_BYTES}); }
-std::uint64_t predicate_lengths(int imm) { return static_cast<std::uint64_t>(std::int64_t{imm * VL_BYTES / 8}); }
+std::uint64_t vector_lengths(int imm) { return as_register(imm * VL_BYTES); }
+std::uint64_t predicate_lengths(int imm) { return as_register(imm * VL_BYTES / 8); }
 
 }  // namespace
 

@@ -24,8 +24,6 @@ aarch64_decode_rc fill_active(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg 
   return DECODE_OK;
 }
 
-std::uint64_t extended(int immediate) { return static_cast<std::uint64_t>(std::int64_t{immediate}); }
-
 template <class T>
 void fill_with_lane(unsigned char* d, const unsigned char* n, std::size_t index) {
   const T value = index < lane_count<T> ? lane<T>(n, index) : T{};
@@ -42,7 +40,7 @@ aarch64_decode_rc sve_sel_zpzz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg
 }
 
 aarch64_decode_rc sve_cpy_zpi(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, int imm) {
-  if (pg.size != p_zeroing) return fill_active(state, zd, pg, extended(imm));
+  if (pg.size != p_zeroing) return fill_active(state, zd, pg, as_register(imm));
   by_size(zd.size, [&]<class T>(T) { zero_lanes<T>([=] { return imm; }, state->z[zd.num], state->p[pg.num]); });
   return DECODE_OK;
 }
@@ -55,7 +53,7 @@ aarch64_decode_rc sve_cpy_zpv(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg 
   return fill_active(state, zd, pg, lane<std::uint64_t>(state->z[vn], 0));
 }
 
-aarch64_decode_rc sve_dup_zi(cpu_state* state, aarch64_z_reg zd, int imm) { return fill(state, zd, extended(imm)); }
+aarch64_decode_rc sve_dup_zi(cpu_state* state, aarch64_z_reg zd, int imm) { return fill(state, zd, as_register(imm)); }
 
 aarch64_decode_rc sve_dup_zr(cpu_state* state, aarch64_z_reg zd, aarch64_i_rsp_reg rn) {
   return fill(state, zd, read_x(state, rn));

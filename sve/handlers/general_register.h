@@ -25,4 +25,7 @@ inline void write_x(cpu_state* state, aarch64_i_rsp_reg reg, std::uint64_t value
   (reg.num == 31 ? state->sp : state->x[reg.num]) = value;
 }
 
+// A signed immediate as a register holds it.
+inline std::uint64_t as_register(int immediate) { return static_cast<std::uint64_t>(std::int64_t{immediate}); }
+
 }  // namespace quern

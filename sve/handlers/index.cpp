@@ -19,20 +19,18 @@ aarch64_decode_rc write_index(cpu_state* state, aarch64_z_reg zd, std::uint64_t 
   return DECODE_OK;
 }
 
-std::uint64_t extended(int immediate) { return static_cast<std::uint64_t>(std::int64_t{immediate}); }
-
 }  // namespace
 
 aarch64_decode_rc sve_index_zii(cpu_state* state, aarch64_z_reg zd, int start, int step) {
-  return write_index(state, zd, extended(start), extended(step));
+  return write_index(state, zd, as_register(start), as_register(step));
 }
 
 aarch64_decode_rc sve_index_zir(cpu_state* state, aarch64_z_reg zd, int start, aarch64_i_reg rm) {
-  return write_index(state, zd, extended(start), read_x(state, rm));
+  return write_index(state, zd, as_register(start), read_x(state, rm));
 }
 
 aarch64_decode_rc sve_index_zri(cpu_state* state, aarch64_z_reg zd, aarch64_i_reg rn, int step) {
-  return write_index(state, zd, read_x(state, rn), extended(step));
+  return write_index(state, zd, read_x(state, rn), as_register(step));
 }
 
 aarch64_decode_rc sve_index_zrr(cpu_state* state, aarch64_z_reg zd, aarch64_i_reg rn, aarch64_i_reg rm) {

@@ -12,7 +12,7 @@ aarch64_decode_rc sve_movprfx_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_
   const unsigned char *const predicate = state->p[pg.num], *const n = state->z[zn.num];
   by_size(zd.size, [&]<class T>(T) {
     if (pg.size == p_zeroing) {
-      each_lane<T>([](T active, T source) { return source & -(active & T{1}); }, d, predicate, n);
+      zero_lanes<T>(std::identity{}, d, predicate, n);
     } else {
       merge_lanes<T>(std::identity{}, d, predicate, n);
     }

@@ -31,7 +31,8 @@ bool last_active_byte_nonzero(const unsigned char* pg, const unsigned char* byte
   return last != no_element && bytes[last] != 0;
 }
 
-aarch64_decode_rc sve_brk(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn, break_byte at_break) {
+aarch64_decode_rc break_run(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn,
+                            break_byte at_break) {
   unsigned char *const d = state->p[pd.num], *const governing = state->p[pg.num];
   vector_result run;
   set_first_elements<byte>(run.bytes, run_length(governing, state->p[pn.num], at_break));
@@ -67,11 +68,11 @@ aarch64_decode_rc sve_brkpb(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg
 }  // namespace
 
 aarch64_decode_rc sve_brka_ppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn) {
-  return sve_brk(state, pd, pg, pn, break_byte::set);
+  return break_run(state, pd, pg, pn, break_byte::set);
 }
 
 aarch64_decode_rc sve_brkb_ppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn) {
-  return sve_brk(state, pd, pg, pn, break_byte::clear);
+  return break_run(state, pd, pg, pn, break_byte::clear);
 }
 
 aarch64_decode_rc sve_brkn_ppp(cpu_state* state, aarch64_p_reg pdm, aarch64_p_reg pg, aarch64_p_reg pn) {

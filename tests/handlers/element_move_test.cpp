@@ -87,7 +87,7 @@ TEST(ElementMove, DuplicateWritesAllLanes) {
 }
 
 TEST(ElementMove, DuplicateOfALaneIsZeroBeyondTheVector) {
-  for (const unsigned index : {0u, 1u, 3u, 14u, 31u, 63u})
+  for (const unsigned index : {0u, 1u, 2u, 4u, 8u, 15u, 16u, 31u, 32u, 63u, 64u, 128u, 256u})
     expect_agreement(
         "dup_zzi",
         [&](cpu_state* s, std::uint32_t size, registers r) {
@@ -100,7 +100,7 @@ TEST(ElementMove, DuplicateOfALaneIsZeroBeyondTheVector) {
 }
 
 TEST(ElementMove, DuplicateOfAQuadwordRepeatsSixteenBytes) {
-  for (const unsigned index : {0u, 1u, 3u, 14u, 15u, 16u})
+  for (const unsigned index : {0u, 1u, 2u, 3u, 4u, 8u, 15u, 16u})
     expect_agreement(
         "dup_zzi",
         [&](cpu_state* s, std::uint32_t, registers r) {
