@@ -46,8 +46,8 @@ aarch64_decode_rc scatter(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, 
 
 }  // namespace
 
-// For each name: ACCESS is gather or scatter, T the element in memory, U the lane, X the type of the vector operand's
-// value: its width counts the bits that are read, its signedness extends them.
+// An address form defines the handler of a name, whose access is a gather or a scatter of elements T in lanes U. X is
+// the type of a vector operand's lane: its width tells the bits that are read, its signedness extends them.
 
 #define ZPZI(access, name, T, U)                                                                                      \
   aarch64_decode_rc sve_##name##_zpzi(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zn,         \
@@ -55,107 +55,74 @@ aarch64_decode_rc scatter(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, 
     return access<T, U>(state, zt, pg,                                                                                \
                         [=](std::size_t i) { return extended<U, U>(state->z[zn.num], i) + scaled(imm, sizeof(T)); }); \
   }
-
-ZPZI(gather, ld1b_s, std::uint8_t, std::uint32_t)
-ZPZI(gather, ld1sb_s, std::int8_t, std::uint32_t)
-ZPZI(gather, ld1h_s, std::uint16_t, std::uint32_t)
-ZPZI(gather, ld1sh_s, std::int16_t, std::uint32_t)
-ZPZI(gather, ld1w, std::uint32_t, std::uint32_t)
-ZPZI(gather, ld1b_d, std::uint8_t, std::uint64_t)
-ZPZI(gather, ld1sb_d, std::int8_t, std::uint64_t)
-ZPZI(gather, ld1h_d, std::uint16_t, std::uint64_t)
-ZPZI(gather, ld1sh_d, std::int16_t, std::uint64_t)
-ZPZI(gather, ld1w_d, std::uint32_t, std::uint64_t)
-ZPZI(gather, ld1sw_d, std::int32_t, std::uint64_t)
-ZPZI(gather, ld1d, std::uint64_t, std::uint64_t)
-ZPZI(scatter, st1b_s, std::uint8_t, std::uint32_t)
-ZPZI(scatter, st1h_s, std::uint16_t, std::uint32_t)
-ZPZI(scatter, st1w, std::uint32_t, std::uint32_t)
-ZPZI(scatter, st1b_d, std::uint8_t, std::uint64_t)
-ZPZI(scatter, st1h_d, std::uint16_t, std::uint64_t)
-ZPZI(scatter, st1w_d, std::uint32_t, std::uint64_t)
-ZPZI(scatter, st1d, std::uint64_t, std::uint64_t)
-
-#undef ZPZI
-
-#define ZPZR(access, name, T, U, X)                                                                                  \
+#define ZPZR_OF(access, name, T, U, X)                                                                               \
   aarch64_decode_rc sve_##name##_zpzr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zm,        \
                                       aarch64_i_rsp_reg base) {                                                      \
     return access<T, U>(state, zt, pg,                                                                               \
                         [=](std::size_t i) { return value_of(state, base) + extended<U, X>(state->z[zm.num], i); }); \
   }
-#define ZPZR_EXTENDED(access, name, T, U)       \
-  ZPZR(access, name##_sxtw, T, U, std::int32_t) \
-  ZPZR(access, name##_uxtw, T, U, std::uint32_t)
-
-ZPZR(gather, ld1b_d, std::uint8_t, std::uint64_t, std::uint64_t)
-ZPZR(gather, ld1sb_d, std::int8_t, std::uint64_t, std::uint64_t)
-ZPZR(gather, ld1h_d, std::uint16_t, std::uint64_t, std::uint64_t)
-ZPZR(gather, ld1sh_d, std::int16_t, std::uint64_t, std::uint64_t)
-ZPZR(gather, ld1w_d, std::uint32_t, std::uint64_t, std::uint64_t)
-ZPZR(gather, ld1sw_d, std::int32_t, std::uint64_t, std::uint64_t)
-ZPZR(gather, ld1d, std::uint64_t, std::uint64_t, std::uint64_t)
-ZPZR_EXTENDED(gather, ld1b_s, std::uint8_t, std::uint32_t)
-ZPZR_EXTENDED(gather, ld1sb_s, std::int8_t, std::uint32_t)
-ZPZR_EXTENDED(gather, ld1h_s, std::uint16_t, std::uint32_t)
-ZPZR_EXTENDED(gather, ld1sh_s, std::int16_t, std::uint32_t)
-ZPZR_EXTENDED(gather, ld1w, std::uint32_t, std::uint32_t)
-ZPZR_EXTENDED(gather, ld1b_d, std::uint8_t, std::uint64_t)
-ZPZR_EXTENDED(gather, ld1sb_d, std::int8_t, std::uint64_t)
-ZPZR_EXTENDED(gather, ld1h_d, std::uint16_t, std::uint64_t)
-ZPZR_EXTENDED(gather, ld1sh_d, std::int16_t, std::uint64_t)
-ZPZR_EXTENDED(gather, ld1w_d, std::uint32_t, std::uint64_t)
-ZPZR_EXTENDED(gather, ld1sw_d, std::int32_t, std::uint64_t)
-ZPZR_EXTENDED(gather, ld1d, std::uint64_t, std::uint64_t)
-
-ZPZR(scatter, st1b_d, std::uint8_t, std::uint64_t, std::uint64_t)
-ZPZR(scatter, st1h_d, std::uint16_t, std::uint64_t, std::uint64_t)
-ZPZR(scatter, st1w_d, std::uint32_t, std::uint64_t, std::uint64_t)
-ZPZR(scatter, st1d, std::uint64_t, std::uint64_t, std::uint64_t)
-ZPZR_EXTENDED(scatter, st1b_s, std::uint8_t, std::uint32_t)
-ZPZR_EXTENDED(scatter, st1h_s, std::uint16_t, std::uint32_t)
-ZPZR_EXTENDED(scatter, st1w, std::uint32_t, std::uint32_t)
-ZPZR_EXTENDED(scatter, st1b_d, std::uint8_t, std::uint64_t)
-ZPZR_EXTENDED(scatter, st1h_d, std::uint16_t, std::uint64_t)
-ZPZR_EXTENDED(scatter, st1w_d, std::uint32_t, std::uint64_t)
-ZPZR_EXTENDED(scatter, st1d, std::uint64_t, std::uint64_t)
-
-#undef ZPZR_EXTENDED
-#undef ZPZR
-
-#define ZPRZ(access, name, T, U, X)                                                                \
+#define ZPRZ_OF(access, name, T, U, X)                                                             \
   aarch64_decode_rc sve_##name##_scaled_zprz(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, \
                                              aarch64_i_rsp_reg base, aarch64_z_reg zm) {           \
     return access<T, U>(state, zt, pg, [=](std::size_t i) {                                        \
       return value_of(state, base) + extended<U, X>(state->z[zm.num], i) * sizeof(T);              \
     });                                                                                            \
   }
-#define ZPRZ_EXTENDED(access, name, T, U)       \
-  ZPRZ(access, name##_sxtw, T, U, std::int32_t) \
-  ZPRZ(access, name##_uxtw, T, U, std::uint32_t)
 
-ZPRZ(gather, ld1h_d, std::uint16_t, std::uint64_t, std::uint64_t)
-ZPRZ(gather, ld1sh_d, std::int16_t, std::uint64_t, std::uint64_t)
-ZPRZ(gather, ld1w_d, std::uint32_t, std::uint64_t, std::uint64_t)
-ZPRZ(gather, ld1sw_d, std::int32_t, std::uint64_t, std::uint64_t)
-ZPRZ(gather, ld1d, std::uint64_t, std::uint64_t, std::uint64_t)
-ZPRZ_EXTENDED(gather, ld1h_s, std::uint16_t, std::uint32_t)
-ZPRZ_EXTENDED(gather, ld1sh_s, std::int16_t, std::uint32_t)
-ZPRZ_EXTENDED(gather, ld1w, std::uint32_t, std::uint32_t)
-ZPRZ_EXTENDED(gather, ld1h_d, std::uint16_t, std::uint64_t)
-ZPRZ_EXTENDED(gather, ld1sh_d, std::int16_t, std::uint64_t)
-ZPRZ_EXTENDED(gather, ld1w_d, std::uint32_t, std::uint64_t)
-ZPRZ_EXTENDED(gather, ld1sw_d, std::int32_t, std::uint64_t)
-ZPRZ_EXTENDED(gather, ld1d, std::uint64_t, std::uint64_t)
+#define ZPZR(access, name, T, U) ZPZR_OF(access, name, T, U, std::uint64_t)
+#define SXTW_ZPZR(access, name, T, U) ZPZR_OF(access, name##_sxtw, T, U, std::int32_t)
+#define UXTW_ZPZR(access, name, T, U) ZPZR_OF(access, name##_uxtw, T, U, std::uint32_t)
+#define ZPRZ(access, name, T, U) ZPRZ_OF(access, name, T, U, std::uint64_t)
+#define SXTW_ZPRZ(access, name, T, U) ZPRZ_OF(access, name##_sxtw, T, U, std::int32_t)
+#define UXTW_ZPRZ(access, name, T, U) ZPRZ_OF(access, name##_uxtw, T, U, std::uint32_t)
 
-ZPRZ(scatter, st1h_d, std::uint16_t, std::uint64_t, std::uint64_t)
-ZPRZ(scatter, st1w_d, std::uint32_t, std::uint64_t, std::uint64_t)
-ZPRZ(scatter, st1d, std::uint64_t, std::uint64_t, std::uint64_t)
-ZPRZ_EXTENDED(scatter, st1h_s, std::uint16_t, std::uint32_t)
-ZPRZ_EXTENDED(scatter, st1w, std::uint32_t, std::uint32_t)
-ZPRZ_EXTENDED(scatter, st1h_d, std::uint16_t, std::uint64_t)
-ZPRZ_EXTENDED(scatter, st1w_d, std::uint32_t, std::uint64_t)
-ZPRZ_EXTENDED(scatter, st1d, std::uint64_t, std::uint64_t)
+// The names, by element and lane. Bytes have no scaled forms.
+#define BYTES_IN_WORDS(form)                                                                          \
+  form(gather, ld1b_s, std::uint8_t, std::uint32_t) form(gather, ld1sb_s, std::int8_t, std::uint32_t) \
+      form(scatter, st1b_s, std::uint8_t, std::uint32_t)
+#define OTHERS_IN_WORDS(form)                                                                              \
+  form(gather, ld1h_s, std::uint16_t, std::uint32_t) form(gather, ld1sh_s, std::int16_t, std::uint32_t)    \
+      form(gather, ld1w, std::uint32_t, std::uint32_t) form(scatter, st1h_s, std::uint16_t, std::uint32_t) \
+          form(scatter, st1w, std::uint32_t, std::uint32_t)
+#define BYTES_IN_DOUBLEWORDS(form)                                                                    \
+  form(gather, ld1b_d, std::uint8_t, std::uint64_t) form(gather, ld1sb_d, std::int8_t, std::uint64_t) \
+      form(scatter, st1b_d, std::uint8_t, std::uint64_t)
+#define OTHERS_IN_DOUBLEWORDS(form)                                                                            \
+  form(gather, ld1h_d, std::uint16_t, std::uint64_t) form(gather, ld1sh_d, std::int16_t, std::uint64_t)        \
+      form(gather, ld1w_d, std::uint32_t, std::uint64_t) form(gather, ld1sw_d, std::int32_t, std::uint64_t)    \
+          form(gather, ld1d, std::uint64_t, std::uint64_t) form(scatter, st1h_d, std::uint16_t, std::uint64_t) \
+              form(scatter, st1w_d, std::uint32_t, std::uint64_t) form(scatter, st1d, std::uint64_t, std::uint64_t)
 
-#undef ZPRZ_EXTENDED
+BYTES_IN_WORDS(ZPZI)
+BYTES_IN_WORDS(SXTW_ZPZR)
+BYTES_IN_WORDS(UXTW_ZPZR)
+OTHERS_IN_WORDS(ZPZI)
+OTHERS_IN_WORDS(SXTW_ZPZR)
+OTHERS_IN_WORDS(UXTW_ZPZR)
+OTHERS_IN_WORDS(SXTW_ZPRZ)
+OTHERS_IN_WORDS(UXTW_ZPRZ)
+BYTES_IN_DOUBLEWORDS(ZPZI)
+BYTES_IN_DOUBLEWORDS(ZPZR)
+BYTES_IN_DOUBLEWORDS(SXTW_ZPZR)
+BYTES_IN_DOUBLEWORDS(UXTW_ZPZR)
+OTHERS_IN_DOUBLEWORDS(ZPZI)
+OTHERS_IN_DOUBLEWORDS(ZPZR)
+OTHERS_IN_DOUBLEWORDS(SXTW_ZPZR)
+OTHERS_IN_DOUBLEWORDS(UXTW_ZPZR)
+OTHERS_IN_DOUBLEWORDS(ZPRZ)
+OTHERS_IN_DOUBLEWORDS(SXTW_ZPRZ)
+OTHERS_IN_DOUBLEWORDS(UXTW_ZPRZ)
+
+#undef OTHERS_IN_DOUBLEWORDS
+#undef BYTES_IN_DOUBLEWORDS
+#undef OTHERS_IN_WORDS
+#undef BYTES_IN_WORDS
+#undef UXTW_ZPRZ
+#undef SXTW_ZPRZ
 #undef ZPRZ
+#undef UXTW_ZPZR
+#undef SXTW_ZPZR
+#undef ZPZR
+#undef ZPRZ_OF
+#undef ZPZR_OF
+#undef ZPZI

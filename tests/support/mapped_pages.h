@@ -15,9 +15,11 @@ enum class page { open, closed };
 
 class mapped_pages {
  public:
-  mapped_pages(std::initializer_list<page> pages) : bytes_(pages.size() * size()) {
-    void* const at = mmap(nullptr, bytes_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (at == MAP_FAILED) throw std::runtime_error("no pages to test with");
+  // At `address` when it is not 0, where nothing may be mapped yet.
+  explicit mapped_pages(std::initializer_list<page> pages, std::uint64_t address = 0) : bytes_(pages.size() * size()) {
+    void* const wanted = reinterpret_cast<void*>(address);
+    void* const at = mmap(wanted, bytes_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (at == MAP_FAILED || (wanted != nullptr && at != wanted)) throw std::runtime_error("no pages to test with");
     base_ = static_cast<unsigned char*>(at);
     std::size_t i = 0;
     for (const page p : pages) set(i++, p);
