@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "sve/handlers/integer_families.h"
+#include "sve/handlers/trace_marker.h"
 
 using namespace quern;
 
@@ -26,6 +27,11 @@ aarch64_decode_rc add_immediate(cpu_state* state, aarch64_z_reg zdn, std::uint64
 }
 
 }  // namespace
+
+aarch64_decode_rc sve_add_zi(cpu_state* state, aarch64_z_reg zdn, unsigned int immediate) {
+  if (zdn.dsize == size_b) mark_trace_region(immediate);
+  return add_immediate(state, zdn, immediate);
+}
 
 aarch64_decode_rc sve_sub_zi(cpu_state* state, aarch64_z_reg zdn, unsigned int immediate) {
   return add_immediate(state, zdn, -std::uint64_t{immediate});

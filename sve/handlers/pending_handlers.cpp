@@ -1,7 +1,6 @@
 // Handlers that are declared but not there yet: each answers as an instruction without a routine does. Whoever writes
 // one deletes its line here.
 #include "sve/handlers/host_float.h"
-#include "sve/handlers/integer_arithmetic.h"
 #include "sve/handlers/unimplemented.h"
 
 using z = aarch64_z_reg;
@@ -11,8 +10,6 @@ using p = aarch64_p_reg;
   aarch64_decode_rc name(cpu_state* state, __VA_ARGS__) {                                            \
     return quern::report_unimplemented(state, static_cast<std::uint32_t>(state->instr_word), #name); \
   }
-
-PENDING(sve_add_zi, z, unsigned int)
 
 PENDING(sve_fadd_zpz, z, p, z)
 PENDING(sve_fsub_zpz, z, p, z)
