@@ -71,6 +71,7 @@ inline constexpr operand prfop{"prfop", 'o', operand_kind::imm_prefetch, bit_ran
 // Immediates of arithmetic, moves and comparisons.
 inline constexpr operand imm5_s{"imm5", 'i', operand_kind::imm_signed, bit_range(20, 16)};
 inline constexpr operand imm5_low_s{"imm5", 'j', operand_kind::imm_signed, bit_range(9, 5)};
+inline constexpr operand imm5b_s{"imm5b", 'i', operand_kind::imm_signed, bit_range(20, 16)};  // INDEX has both
 inline constexpr operand imm7{"imm7", 'i', operand_kind::imm_unsigned, bit_range(20, 14)};
 inline constexpr operand imm6_s{"imm6", 'i', operand_kind::imm_signed, bit_range(10, 5)};
 inline constexpr operand imm8{"imm8", 'i', operand_kind::imm_unsigned, bit_range(12, 5)};

@@ -89,7 +89,7 @@ constexpr auto addresses =
 
 constexpr auto permutes = group(
     row<S8, S16, S32, S64>("IndexII", "00000100 zz 1 iiiii 010000 jjjjj ddddd",
-                           direct<sve_index_zii, Zd, imm5_low_s, imm5_s>),
+                           direct<sve_index_zii, Zd, imm5_low_s, imm5b_s>),
     row<S8, S16, S32, S64>("IndexSI", "00000100 zz 1 iiiii 010001 nnnnn ddddd", direct<sve_index_zri, Zd, Rn, imm5_s>),
     row<S8, S16, S32, S64>("IndexIS", "00000100 zz 1 mmmmm 010010 jjjjj ddddd",
                            direct<sve_index_zir, Zd, imm5_low_s, Rm>),
