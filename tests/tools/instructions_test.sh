@@ -25,6 +25,41 @@ add='04220020
   Zd       z0.b
   Zn       z1.b
   Zm       z2.b'
+setffr='252c9000
+  thunk    VecPClearFFSR
+  map      decode_map__31_0
+  key      0x252c9000
+  route    direct
+  handler  sve_setffr'
+fdiv='65cd8c41
+  thunk    VecD64DivVVM
+  map      decode_map__31_13
+  key      0x32e6c
+  route    direct, moves FPSR
+  handler  sve_fdiv_zpz
+  Zdn      z1.d
+  Pg       p3/m
+  Zm       z2.d'
+ldff1h='c4f16adf
+  thunk    VecU64LoadFF2XSVZ
+  map      decode_map__31_21__15_13
+  key      0x313b
+  route    library
+  handler  VecU64LoadFF2XSVZ
+  Zt       {z31.d}
+  Pg       p2/z
+  Rn|SP    x22
+  Zm       z17.d, sxtw #1'
+prfb='85c30be1
+  thunk    VecU8Prefetch1SI
+  map      decode_map__31_22__15_13__4_4
+  key      0x2170
+  route    none
+  handler  none: it does nothing
+  prfop    pldl1strm
+  Pg       p2
+  Rn|SP    sp
+  imm6     #3, mul vl'
 nop='d503201f
   not an emulated instruction'
 
@@ -34,6 +69,7 @@ no_word() {
 
 expect 0 "$add" decode 04220020
 expect 0 "$add" decode 0x4220020
+expect 0 "$setffr"$'\n'"$fdiv"$'\n'"$ldff1h"$'\n'"$prfb" decode 252C9000 0X65cd8c41 c4f16adf 85c30be1
 expect 1 "$nop"$'\n'"$add" decode D503201F 04220020
 expect 1 "$add"$'\n'"$nop"$'\n'"$add" decode 04220020 - 04220020 <<<' 0xd503201f '
 expect 0 "$add"$'\n'"$add" decode - <<<$'04220020\n04220020'
@@ -70,4 +106,21 @@ wants_line '{"thunk":"VecU8AddVVX","map":"decode_map__31_21__15_10","key":2112,"
 '"pattern":"'"$pattern"'","route":"direct","fpsr":false,"handler":"sve_add_zzz","operands":['\
 '{"name":"Zd","form":"Zd.b","mask":31},{"name":"Zn","form":"Zn.b","mask":992},'\
 '{"name":"Zm","form":"Zm.b","mask":2031616}]}' list --format jsonl --route direct
+
+# wants_count COUNT ARGUMENTS...: how many lines the command prints.
+wants_count() {
+  local count=$1 printed
+  shift
+  printed=$("${quern[@]}" "$@" | wc -l)
+  [ "$printed" = "$count" ] && return
+  echo "FAILED: quern $* prints $printed lines, wanted $count"
+  failures=$((failures + 1))
+}
+
+wants_count 1483 list
+wants_count 1483 list --format jsonl
+wants_count 1484 list --format csv # with a heading
+wants_count 803 list --route direct
+wants_count 644 list --route library
+wants_count 36 list --route none
 [ "$failures" = 0 ]
