@@ -2,6 +2,7 @@
 #include "tests/differential/comparison.h"
 
 #include <algorithm>
+#include <bit>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
@@ -37,16 +38,34 @@ std::string vector_difference(int n, const unsigned char* processor, const unsig
   return both(lane, a, b, static_cast<int>(2 * bytes));
 }
 
-// Number 16 is FFR.
-std::string predicate_name(int n) { return n == 16 ? "ffr" : aarch64_p_reg::pname[static_cast<std::size_t>(n)]; }
+constexpr int ffr_number = 16;  // after P15
 
-bool compare_predicate(part where, const std::string& name, const unsigned char* processor,
-                       const unsigned char* emulator, std::vector<difference>& found) {
-  const unsigned char* const end = processor + VL_BYTES;
-  const auto same_bit = [](unsigned char a, unsigned char b) { return ((a ^ b) & 1) == 0; };
-  const auto [a, b] = std::mismatch(processor, end, emulator, same_bit);
-  if (a == end) return true;
-  found.push_back({where, both(name + "[" + std::to_string(a - processor) + "]", *a & 1u, *b, 2)});
+std::string predicate_name(int n) {
+  return n == ffr_number ? "ffr" : aarch64_p_reg::pname[static_cast<std::size_t>(n)];
+}
+
+constexpr std::uint64_t bit_0_of_bytes = 0x0101010101010101;
+
+// The first of VL_BYTES bytes in which one of the bits of `mask` differs, or VL_BYTES.
+int first_difference(const unsigned char* a, const unsigned char* b, std::uint64_t mask) {
+  for (int at = 0; at != VL_BYTES; at += 8) {
+    std::uint64_t eight_a, eight_b;
+    std::memcpy(&eight_a, a + at, 8);
+    std::memcpy(&eight_b, b + at, 8);
+    if (const std::uint64_t differing = (eight_a ^ eight_b) & mask; differing != 0)
+      return at + std::countr_zero(differing) / 8;
+  }
+  return VL_BYTES;
+}
+
+std::string predicate_byte(int n, int at) { return predicate_name(n) + "[" + std::to_string(at) + "]"; }
+
+bool compare_predicate(int n, const unsigned char* processor, const unsigned char* emulator,
+                       std::vector<difference>& found) {
+  const int at = first_difference(processor, emulator, bit_0_of_bytes);
+  if (at == VL_BYTES) return true;
+  found.push_back(
+      {n == ffr_number ? part::ffr : part::p, both(predicate_byte(n, at), processor[at] & 1u, emulator[at], 2)});
   return false;
 }
 
@@ -66,8 +85,8 @@ std::vector<difference> compare_states(const cpu_state& processor, const cpu_sta
     break;
   }
   for (int n = 0; n != 16; ++n)
-    if (!compare_predicate(part::p, predicate_name(n), processor.p[n], emulator.p[n], found)) break;
-  compare_predicate(part::ffr, predicate_name(16), processor.ffr, emulator.ffr, found);
+    if (!compare_predicate(n, processor.p[n], emulator.p[n], found)) break;
+  compare_predicate(ffr_number, processor.ffr, emulator.ffr, found);
   compare_value(part::other, "fpcr", processor.fpcr, emulator.fpcr, 8, found);
   compare_value(part::other, "pc", reinterpret_cast<std::uintptr_t>(processor.pc),
                 reinterpret_cast<std::uintptr_t>(emulator.pc), 16, found);
@@ -82,12 +101,13 @@ void compare_memory(const unsigned char* processor, const unsigned char* emulato
 }
 
 void check_predicate_bytes(const cpu_state& emulator, std::vector<difference>& found) {
-  for (int n = 0; n != 17; ++n) {
-    const unsigned char* const bytes = n == 16 ? emulator.ffr : emulator.p[n];
-    const auto* const bad = std::find_if(bytes, bytes + VL_BYTES, [](unsigned char byte) { return byte > 1; });
-    if (bad == bytes + VL_BYTES) continue;
-    found.push_back({n == 16 ? part::ffr : part::p, predicate_name(n) + "[" + std::to_string(bad - bytes) +
-                                                        "]: emulator " + number(*bad, 2) + ", neither 0 nor 1"});
+  static constexpr unsigned char zeros[VL_BYTES]{};
+  for (int n = 0; n <= ffr_number; ++n) {
+    const unsigned char* const bytes = n == ffr_number ? emulator.ffr : emulator.p[n];
+    const int at = first_difference(bytes, zeros, ~bit_0_of_bytes);
+    if (at == VL_BYTES) continue;
+    found.push_back({n == ffr_number ? part::ffr : part::p,
+                     predicate_byte(n, at) + ": emulator " + number(bytes[at], 2) + ", neither 0 nor 1"});
     return;
   }
 }

@@ -10,12 +10,16 @@
 namespace quern {
 
 struct deviation {
-  std::string_view handler;             // of the rows that it concerns
-  part where;                           // what differs
-  bool (*applies)(const test_case& c);  // in which cases it may
+  std::string_view handler;  // of the rows that it concerns, or the start of their names and an asterisk
+  part where;                // what differs
+  bool (*applies)(const decode_row& row, const test_case& c);  // in which cases it may
+  bool everywhere;                                             // whether it shows on every processor with SVE
   const char* reason;
 };
 
 std::span<const deviation> known_deviations();
+
+// Whether the deviation is one of the row's.
+bool concerns(const deviation& d, const decode_row& row);
 
 }  // namespace quern

@@ -5,9 +5,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <memory>
 
 #include "tests/differential/comparison.h"
 #include "tests/differential/deviations.h"
@@ -17,11 +20,23 @@
 #include "tests/states/test_case.h"
 
 namespace quern {
+
+// What GoogleTest shows of a failed test's parameter.
+void PrintTo(const case_row& r, std::ostream* out) { *out << r.row->handler; }
+void PrintTo(const reserved_words& words, std::ostream* out) { *out << words.name; }
+
 namespace {
+
+constexpr std::uint64_t default_cases = 200;
 
 std::uint64_t number_from_environment(const char* name, std::uint64_t otherwise) {
   const char* const text = std::getenv(name);
-  return text == nullptr ? otherwise : std::strtoull(text, nullptr, 0);
+  if (text == nullptr) return otherwise;
+  char* end = nullptr;
+  const std::uint64_t value = std::strtoull(text, &end, 0);
+  if (end != text && *end == '\0') return value;
+  std::fprintf(stderr, "%s is '%s'; it must be a number, for example 12 or 0x1F.\n", name, text);
+  std::exit(EXIT_FAILURE);
 }
 
 const std::vector<case_row>& rows() {
@@ -59,12 +74,18 @@ std::vector<difference> differences(const decode_row& row, const test_case& c, c
   return found;
 }
 
+std::string lines(const std::vector<difference>& found) {
+  std::string text;
+  for (const difference& f : found) text += "  " + f.text + "\n";
+  return text;
+}
+
 class AgainstProcessor : public testing::TestWithParam<case_row> {
  protected:
   // Drops what a known deviation allows, and notes that it came.
   void drop_known(const decode_row& row, const test_case& c, std::vector<difference>& found) {
     for (const deviation& d : known_deviations()) {
-      if (d.handler != row.handler || !d.applies(c)) continue;
+      if (!concerns(d, row) || !d.applies(row, c)) continue;
       seen_[&d] += std::erase_if(found, [&](const difference& f) { return f.where == d.where; });
     }
   }
@@ -79,24 +100,34 @@ TEST_P(AgainstProcessor, LeavesTheSame) {
   const auto o = std::make_unique<outcomes>();
   const decode_row& row = *GetParam().row;
   const std::uint64_t first = number_from_environment("QUERN_DIFFERENTIAL_SEED", 1);
-  const std::uint64_t count = number_from_environment("QUERN_DIFFERENTIAL_CASES", 200);
+  const std::uint64_t count = number_from_environment("QUERN_DIFFERENTIAL_CASES", default_cases);
   for (std::uint64_t seed = first; seed != first + count; ++seed) {
     make_case(GetParam(), seed, *c);
     run_both(row, *c, *o);
     std::vector<difference> found = differences(row, *c, *o);
     drop_known(row, *c, found);
-    if (found.empty()) continue;
-    std::string text;
-    for (const difference& f : found) text += "  " + f.text + "\n";
-    FAIL() << describe(row, c->word) << "\n" << text << "again by QUERN_DIFFERENTIAL_SEED=" << seed;
+    if (!found.empty())
+      FAIL() << describe(row, c->word) << "\n" << lines(found) << "again by QUERN_DIFFERENTIAL_SEED=" << seed;
   }
+  if (count < default_cases) return;
   for (const deviation& d : known_deviations())
-    EXPECT_TRUE(d.handler != row.handler || seen(d) != 0) << "a listed deviation no longer occurs: " << d.reason;
+    EXPECT_TRUE(!d.everywhere || !concerns(d, row) || seen(d) != 0)
+        << "a listed deviation no longer occurs: " << d.reason;
 }
 
 std::string row_name(const testing::TestParamInfo<case_row>& info) { return info.param.row->name.c_str(); }
 
 INSTANTIATE_TEST_SUITE_P(Rows, AgainstProcessor, testing::ValuesIn(rows()), row_name);
+
+// No row is left out because its handler claims not to be there. Those of the floating-point unit may still be missing.
+TEST(Rows, OfDirectHandlersAreAllTested) {
+  for (const decode_map& map : decode_maps()) {
+    for (const decode_row& row : map.rows) {
+      const auto is_row = [&](const case_row& r) { return r.row == &row; };
+      EXPECT_TRUE(row.way != route::direct || std::any_of(rows().begin(), rows().end(), is_row)) << row.name.view();
+    }
+  }
+}
 
 class ReservedWords : public testing::TestWithParam<reserved_words> {};
 
@@ -114,7 +145,7 @@ TEST_P(ReservedWords, AreRefusedByTheProcessor) {
       if (i > 200) break;
     }
   }
-  if (tried == 0) GTEST_SKIP() << "no row has such words yet";
+  EXPECT_NE(tried, 0u);
 }
 
 std::string kind_name(const testing::TestParamInfo<reserved_words>& info) { return info.param.name; }
@@ -125,7 +156,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, ReservedWords,
 TEST(Deviations, AreOfRowsThatExist) {
   for (const deviation& d : known_deviations()) {
     const bool exists =
-        std::any_of(rows().begin(), rows().end(), [&](const case_row& r) { return r.row->handler == d.handler; });
+        std::any_of(rows().begin(), rows().end(), [&](const case_row& r) { return concerns(d, *r.row); });
     EXPECT_TRUE(exists) << d.handler;
   }
 }

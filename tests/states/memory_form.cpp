@@ -66,4 +66,9 @@ const operand* find_operand(const decode_row& row, operand_kind kind) {
   return op == row.operands.end() ? nullptr : &*op;
 }
 
+const operand& memory_predicate(const decode_row& row) {
+  const operand* const zeroing = find_operand(row, operand_kind::pg_zeroing);
+  return zeroing != nullptr ? *zeroing : *find_operand(row, operand_kind::pg);
+}
+
 }  // namespace quern

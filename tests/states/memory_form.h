@@ -33,4 +33,7 @@ std::optional<memory_form> memory_form_of(const decode_row& row);
 // The row's first operand of that kind, or null.
 const operand* find_operand(const decode_row& row, operand_kind kind);
 
+// The governing predicate of a memory row that has one.
+const operand& memory_predicate(const decode_row& row);
+
 }  // namespace quern

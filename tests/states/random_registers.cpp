@@ -37,11 +37,15 @@ std::uint64_t small_signed(random_source& random, unsigned) {
   return static_cast<std::uint64_t>(random.between(-3, 3));
 }
 
+// Lanes from a palette of sixteen values: cheap, and equal lanes are frequent.
 void fill_lanes(random_source& random, unsigned char* z, std::uint32_t size, lane_source source) {
   const std::size_t bytes = std::size_t{1} << size;
-  for (std::size_t at = 0; at != VL_BYTES; at += bytes) {
-    const std::uint64_t value = source(random, static_cast<unsigned>(8 * bytes));
-    std::memcpy(z + at, &value, bytes);
+  std::array<std::uint64_t, 16> palette;
+  for (auto& value : palette) value = source(random, static_cast<unsigned>(8 * bytes));
+  std::uint64_t picks = 0;
+  for (std::size_t lane = 0; lane != VL_BYTES / bytes; ++lane, picks >>= 4) {
+    if (lane % 16 == 0) picks = random.next();
+    std::memcpy(z + lane * bytes, &palette[picks & 15], bytes);
   }
 }
 
@@ -85,9 +89,10 @@ void set_first_bytes(unsigned char* p, std::size_t bytes) {
   std::memset(p, 1, bytes);
 }
 
-// Each byte 1 with a chance of one in n.
-void fill_sparsely(random_source& random, unsigned char* p, std::uint64_t n) {
-  for (int i = 0; i != VL_BYTES; ++i) p[i] = random.one_in(n);
+// All bytes `rest`, but for about one in 32.
+void fill_nearly(random_source& random, unsigned char* p, unsigned char rest) {
+  std::memset(p, rest, VL_BYTES);
+  for (int i = 0; i < VL_BYTES; i += 32) p[random.below(VL_BYTES)] = rest ^ 1;
 }
 
 void fill_evenly(random_source& random, unsigned char* p) {
@@ -107,11 +112,8 @@ void fill_predicate(random_source& random, std::uint32_t row_size, unsigned char
     case 0: set_first_bytes(p, 0); break;
     case 1: set_first_bytes(p, VL_BYTES); break;
     case 2: set_first_bytes(p, random.below(VL_BYTES + 1)); break;
-    case 3: fill_sparsely(random, p, 32); break;
-    case 4:
-      fill_sparsely(random, p, 32);
-      for (int i = 0; i != VL_BYTES; ++i) p[i] ^= 1;
-      break;
+    case 3: fill_nearly(random, p, 0); break;
+    case 4: fill_nearly(random, p, 1); break;
     default: fill_evenly(random, p); break;
   }
   if (random.one_in(2)) keep_first_bytes(p, std::min(row_size, size_d));

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -20,13 +21,14 @@ std::uint64_t case_seed(const decode_row& row, std::uint64_t seed) {
   return random_source(hash_text(row.name.view()) ^ seed).next();
 }
 
-// Puts one vector field of the word into another.
-std::uint32_t alias_vectors(const decode_row& row, random_source& random, std::uint32_t word) {
-  const operand& to = row.operands[random.below(row.operands.size())];
-  const operand& from = row.operands[random.below(row.operands.size())];
-  if (std::popcount(to.mask) != 5 || std::popcount(from.mask) != 5) return word;
-  const std::uint32_t number = extract(from.mask, word);
-  return (word & ~to.mask) | number << std::countr_zero(to.mask);
+bool is_one_run(std::uint32_t mask) { return std::popcount(mask) == std::countr_one(mask >> std::countr_zero(mask)); }
+
+// Puts one field of the word into another of the same width, so that registers coincide.
+std::uint32_t alias_fields(const decode_row& row, random_source& random, std::uint32_t word) {
+  const std::uint32_t to = row.operands[random.below(row.operands.size())].mask;
+  const std::uint32_t from = row.operands[random.below(row.operands.size())].mask;
+  if (!is_one_run(to) || !is_one_run(from) || std::popcount(to) != std::popcount(from)) return word;
+  return (word & ~to) | extract(from, word) << std::countr_zero(to);
 }
 
 // With base and offset in one register the address can't be chosen.
@@ -49,15 +51,16 @@ struct placement {
   test_case& c;
 
   std::uint32_t number(const operand* op) const { return extract(op->mask, c.word); }
-  const operand* base() const { return find_operand(row, operand_kind::rsp); }
 
-  // The first byte of an access that stays in the arena; 16 bytes are left below for align_base().
+  // The first byte of an access that stays in the arena; 16 bytes are left below for set_base().
   std::uint64_t target() const { return arena_address(random.between(16, arena_bytes - form.span)); }
 
   // Sets the base so that base + offset is about `address`. As a base the stack pointer must be a multiple of 16.
   void set_base(std::uint64_t address, std::uint64_t offset) const {
-    const std::uint32_t n = number(base());
-    (n == 31 ? c.state.sp : c.state.x[n]) = n == 31 ? (address - offset) & ~std::uint64_t{15} : address - offset;
+    const std::uint32_t n = number(find_operand(row, operand_kind::rsp));
+    std::uint64_t& base = n == 31 ? c.state.sp : c.state.x[n];
+    base = n == 31 ? (address - offset) & ~std::uint64_t{15} : address - offset;
+    c.access = base + offset;
   }
 
   std::uint64_t immediate(operand_kind kind) const {
@@ -81,9 +84,7 @@ struct placement {
 
   template <class SetLane>
   void each_active_lane(SetLane set_lane) const {
-    const operand* pg = find_operand(row, operand_kind::pg_zeroing);
-    if (pg == nullptr) pg = find_operand(row, operand_kind::pg);
-    const unsigned char* const active = c.state.p[number(pg)];
+    const unsigned char* const active = c.state.p[number(&memory_predicate(row))];
     for (std::int64_t at = 0; at != VL_BYTES; at += form.lane_bytes)
       if ((active[at] & 1) != 0) set_lane(at);
   }
@@ -159,7 +160,7 @@ class silenced_stderr {
 std::uint32_t make_word(const case_row& row, random_source& random) {
   for (;;) {
     std::uint32_t word = row.row->value | (static_cast<std::uint32_t>(random.next()) & ~row.map->key.mask());
-    if (row.row->operands.size() > 1 && random.one_in(4)) word = alias_vectors(*row.row, random, word);
+    if (row.row->operands.size() > 1 && random.one_in(4)) word = alias_fields(*row.row, random, word);
     if (!is_reserved(*row.row, word) && can_be_placed(*row.row, word)) return word;
   }
 }
