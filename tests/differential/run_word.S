@@ -5,6 +5,34 @@
 
         .arch   armv8-a+sve
 
+        // Moves the registers that a caller may rely on, besides X29 and X30, to or from its stack.
+        .macro  keep move
+        \move   x19, x20, [sp, #16]
+        \move   x21, x22, [sp, #32]
+        \move   x23, x24, [sp, #48]
+        \move   x25, x26, [sp, #64]
+        \move   x27, x28, [sp, #80]
+        \move   d8, d9, [sp, #96]
+        \move   d10, d11, [sp, #112]
+        \move   d12, d13, [sp, #128]
+        \move   d14, d15, [sp, #144]
+        .endm
+
+        // Moves Z0 to Z31 from X1 on, which ends where the predicates stand: P0 to P15, then FFR.
+        .macro  vectors move
+        .irp    n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,21,22,23,24,25,26,27,28,29,30,31
+        \move   z\n, [x1, #\n, mul vl]
+        .endr
+        addvl   x1, x1, #16
+        addvl   x1, x1, #16
+        .endm
+
+        .macro  predicates move
+        .irp    n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15
+        \move   p\n, [x1, #\n, mul vl]
+        .endr
+        .endm
+
         // The word and the branch back, alone in their pages, which are made writable and executable.
         .data
         .balign WORD_PAGES
@@ -26,15 +54,7 @@ image_slot:
         .type   quern_run_word, %function
 quern_run_word:
         stp     x29, x30, [sp, #-160]!
-        stp     x19, x20, [sp, #16]
-        stp     x21, x22, [sp, #32]
-        stp     x23, x24, [sp, #48]
-        stp     x25, x26, [sp, #64]
-        stp     x27, x28, [sp, #80]
-        stp     d8, d9, [sp, #96]
-        stp     d10, d11, [sp, #112]
-        stp     d12, d13, [sp, #128]
-        stp     d14, d15, [sp, #144]
+        keep    stp
         mov     x1, sp
         str     x1, [x0, #IMAGE_HOST_SP]
         mrs     x1, tpidr_el0
@@ -45,16 +65,10 @@ quern_run_word:
         ldr     x1, [x0, #IMAGE_FPSR]
         msr     fpsr, x1
         add     x1, x0, #IMAGE_Z
-        .irp    n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,21,22,23,24,25,26,27,28,29,30,31
-        ldr     z\n, [x1, #\n, mul vl]
-        .endr
-        addvl   x1, x1, #16
-        addvl   x1, x1, #16
+        vectors ldr
         ldr     p0, [x1, #16, mul vl]
         wrffr   p0.b
-        .irp    n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15
-        ldr     p\n, [x1, #\n, mul vl]
-        .endr
+        predicates ldr
         ldr     x1, [x0, #IMAGE_NZCV]
         msr     nzcv, x1
         ldr     x1, [x0, #IMAGE_SP]
@@ -82,14 +96,8 @@ after_word:
         mrs     x1, fpsr
         str     x1, [x0, #IMAGE_FPSR]
         add     x1, x0, #IMAGE_Z
-        .irp    n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,21,22,23,24,25,26,27,28,29,30,31
-        str     z\n, [x1, #\n, mul vl]
-        .endr
-        addvl   x1, x1, #16
-        addvl   x1, x1, #16
-        .irp    n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15
-        str     p\n, [x1, #\n, mul vl]
-        .endr
+        vectors str
+        predicates str
         rdffr   p0.b
         str     p0, [x1, #16, mul vl]
 
@@ -97,15 +105,7 @@ after_word:
         msr     tpidr_el0, x1
         ldr     x1, [x0, #IMAGE_HOST_SP]
         mov     sp, x1
-        ldp     x19, x20, [sp, #16]
-        ldp     x21, x22, [sp, #32]
-        ldp     x23, x24, [sp, #48]
-        ldp     x25, x26, [sp, #64]
-        ldp     x27, x28, [sp, #80]
-        ldp     d8, d9, [sp, #96]
-        ldp     d10, d11, [sp, #112]
-        ldp     d12, d13, [sp, #128]
-        ldp     d14, d15, [sp, #144]
+        keep    ldp
         ldp     x29, x30, [sp], #160
         ret
         .size   quern_run_word, . - quern_run_word
