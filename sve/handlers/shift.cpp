@@ -1,6 +1,9 @@
 // Shifts by a vector and by an immediate.
 #include "sve/handlers/shift.h"
 
+#include <bit>
+#include <utility>
+
 #include "sve/handlers/integer_families.h"
 
 using namespace quern;
@@ -53,11 +56,12 @@ constexpr T shift_below(T x, T count) {
   if constexpr (vectors_shift_by_lane || sizeof(T) == 8) {
     return static_cast<T>(Shift::below(x, low_bits<T>(count)));
   } else {
-#pragma GCC unroll 5
-    for (unsigned int bit = 0; 1u << bit != element_bits<T>; ++bit) {
+    const auto step = [&](unsigned int bit) {
       const T wanted = static_cast<T>(0 - (count >> bit & 1));
       x = select(wanted, static_cast<T>(Shift::below(x, 1u << bit)), x);
-    }
+    };
+    [&]<unsigned int... Bit>(std::integer_sequence<unsigned int, Bit...>) { (step(Bit), ...); }
+    (std::make_integer_sequence<unsigned int, std::bit_width(element_bits<T>) - 1>{});
     return x;
   }
 }
