@@ -1,7 +1,9 @@
 // Shifts by a vector and by an immediate.
 #include "sve/handlers/shift.h"
 
+#include <algorithm>
 #include <bit>
+#include <functional>
 #include <utility>
 
 #include "sve/handlers/integer_families.h"
@@ -57,7 +59,8 @@ constexpr T shift_below(T x, T count) {
     return static_cast<T>(Shift::below(x, low_bits<T>(count)));
   } else {
     const auto step = [&](unsigned int bit) {
-      const T wanted = static_cast<T>(0 - (count >> bit & 1));
+      const T bit_on_top = static_cast<T>(count << (element_bits<T> - 1 - bit));
+      const T wanted = static_cast<T>(as_signed(bit_on_top) >> (element_bits<T> - 1));
       x = select(wanted, static_cast<T>(Shift::below(x, 1u << bit)), x);
     };
     [&]<unsigned int... Bit>(std::integer_sequence<unsigned int, Bit...>) { (step(Bit), ...); }
@@ -75,26 +78,53 @@ aarch64_decode_rc shift_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg p
   });
 }
 
-// The shift of one element by an immediate.
-template <class Shift>
-constexpr auto shift_by(unsigned int count) {
-  return [=]<class T>(T x) {
-    return count < element_bits<T> ? static_cast<T>(Shift::below(x, low_bits<T>(count))) : Shift::beyond(x);
-  };
+// Every element of type T in a doubleword.
+template <class T>
+constexpr std::uint64_t repeated(T x) {
+  return ~std::uint64_t{0} / static_cast<T>(~T{0}) * x;
+}
+
+// Shifts of a whole vector by one count, d = shift(a). They go by doublewords, as vectors of x86-64 have no shift of
+// bytes; what crosses from one element into another is masked away.
+template <class T>
+void shift_all(shift_left, unsigned char* d, const unsigned char* a, unsigned int count) {
+  const unsigned int n = std::min(count, element_bits<T> - 1);
+  const std::uint64_t kept = n == count ? repeated(static_cast<T>(~T{0} << n)) : 0;
+  each_lane<std::uint64_t>([=](std::uint64_t x) { return x << n & kept; }, d, a);
+}
+
+template <class T>
+void shift_all(shift_right, unsigned char* d, const unsigned char* a, unsigned int count) {
+  const unsigned int n = std::min(count, element_bits<T> - 1);
+  const std::uint64_t kept = n == count ? repeated(static_cast<T>(static_cast<T>(~T{0}) >> n)) : 0;
+  each_lane<std::uint64_t>([=](std::uint64_t x) { return x >> n & kept; }, d, a);
+}
+
+// The sign bit, shifted, is flipped and taken off again: that extends it to the bits above.
+template <class T>
+void shift_all(shift_right_signed, unsigned char* d, const unsigned char* a, unsigned int count) {
+  const unsigned int n = std::min(count, element_bits<T> - 1);
+  shift_all<T>(shift_right{}, d, a, n);
+  const T sign = static_cast<T>(T{1} << (element_bits<T> - 1 - n));
+  each_lane<T>([=](T x) { return (x ^ sign) - sign; }, d, d);
 }
 
 // Zdn = Zdn shifted by the immediate, active lanes.
 template <class Shift>
 aarch64_decode_rc shift_zpi(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, unsigned int count) {
   unsigned char* const d = state->z[zdn.num];
-  by_size(zdn.dsize, [&]<class T>(T) { merge_lanes<T>(shift_by<Shift>(count), d, state->p[pg.num], d); });
+  by_size(zdn.dsize, [&]<class T>(T) {
+    vector_result shifted;
+    shift_all<T>(Shift{}, shifted.bytes, d, count);
+    merge_lanes<T>(std::identity{}, d, state->p[pg.num], shifted.bytes);
+  });
   return DECODE_OK;
 }
 
 // Zd = Zn shifted by the immediate, every lane.
 template <class Shift>
 aarch64_decode_rc shift_zzi(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, unsigned int count) {
-  by_size(zd.size, [&]<class T>(T) { each_lane<T>(shift_by<Shift>(count), state->z[zd.num], state->z[zn.num]); });
+  by_size(zd.size, [&]<class T>(T) { shift_all<T>(Shift{}, state->z[zd.num], state->z[zn.num], count); });
   return DECODE_OK;
 }
 

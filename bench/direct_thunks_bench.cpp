@@ -1,0 +1,123 @@
+// What a call of each direct thunk costs that neither touches memory nor computes in floating point: with all lanes
+// active and, under a predicate, with every other one. Beside it the limit: copying as many whole registers as it has
+// vector and predicate operands, or one where it has none. The rows come from the decode maps, so that a new one is
+// measured without a line here.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <bit>
+#include <chrono>
+#include <cstring>
+#include <random>
+#include <string>
+
+#include "bench/registration.h"
+#include "sve/decoder/decode_map.h"
+
+namespace quern {
+namespace {
+
+using clock = std::chrono::steady_clock;
+
+double nanoseconds(clock::duration d) { return std::chrono::duration<double, std::nano>(d).count(); }
+
+enum class active_lanes { all, half };
+
+// Operands by what they are.
+bool is_vector(operand_kind k) { return k <= operand_kind::v_both; }
+bool governs(operand_kind k) { return k >= operand_kind::pg_merging && k <= operand_kind::pg; }
+bool is_predicate(operand_kind k) { return k >= operand_kind::pg_merging && k <= operand_kind::p_whole; }
+bool is_general(operand_kind k) { return k >= operand_kind::r && k <= operand_kind::rsp; }
+
+std::uint32_t field_value(const operand& op, std::uint32_t position) {
+  if (governs(op.kind)) return 0;
+  if (is_vector(op.kind) || is_predicate(op.kind) || is_general(op.kind)) return position + 1;
+  if (op.kind == operand_kind::imm_pattern) return 31;  // ALL
+  return std::min(3u, (1u << std::popcount(op.mask)) - 1);
+}
+
+// A word of the row: registers all different, P0 governing, small immediates.
+std::uint32_t representative_word(const decode_row& row) {
+  std::uint32_t word = row.value, position = 0;
+  for (const operand& op : row.operands) {
+    std::uint32_t value = field_value(op, position++);
+    for (std::uint32_t rest = op.mask; rest != 0; rest &= rest - 1, value >>= 1) {
+      if ((value & 1) != 0) word |= rest & -rest;
+    }
+  }
+  return word;
+}
+
+cpu_state& random_registers(std::uint32_t size, active_lanes active) {
+  static cpu_state state;
+  std::mt19937_64 random{1};
+  for (auto& z : state.z)
+    std::generate(std::begin(z), std::end(z), [&] { return static_cast<unsigned char>(random()); });
+  for (auto& p : state.p)
+    std::generate(std::begin(p), std::end(p), [&] { return static_cast<unsigned char>(random() & 1); });
+  for (std::size_t i = 0; i != VL_BYTES; ++i)
+    state.p[0][i] = active == active_lanes::all || (i >> size) % 2 == 0 ? 1 : 0;
+  std::fill(std::begin(state.ffr), std::end(state.ffr), static_cast<unsigned char>(1));
+  for (std::size_t i = 0; i != std::size(state.x); ++i) state.x[i] = i * 8;
+  return state;
+}
+
+// The time of copying that many whole registers, the least of several tries.
+double copy_time(std::size_t registers) {
+  static unsigned char from[8][VL_BYTES], to[8][VL_BYTES];
+  double least = 1e9;
+  for (int attempt = 0; attempt != 20; ++attempt) {
+    constexpr int calls = 2000;
+    const auto start = clock::now();
+    for (int i = 0; i != calls; ++i) {
+      for (std::size_t r = 0; r != registers; ++r) std::memcpy(to[r], from[r], VL_BYTES);
+      benchmark::DoNotOptimize(from);
+      benchmark::DoNotOptimize(to);
+      benchmark::ClobberMemory();
+    }
+    least = std::min(least, nanoseconds(clock::now() - start) / calls);
+  }
+  return least;
+}
+
+void call_thunk(benchmark::State& benchmark_state, const decode_row& row, active_lanes active) {
+  cpu_state& state = random_registers(row.size, active);
+  const std::uint32_t word = representative_word(row);
+  const auto registers = std::ranges::count_if(
+      row.operands, [](const operand& op) { return is_vector(op.kind) || is_predicate(op.kind); });
+  const double limit = copy_time(std::max<std::size_t>(1, static_cast<std::size_t>(registers)));
+  if (row.thunk(&state, word) != DECODE_OK) return benchmark_state.SkipWithError("not implemented yet");
+
+  const auto start = clock::now();
+  for (auto _ : benchmark_state) {
+    row.thunk(&state, word);
+    benchmark::ClobberMemory();
+  }
+  const double call = nanoseconds(clock::now() - start) / static_cast<double>(benchmark_state.iterations());
+  benchmark_state.counters["copy_ns"] = limit;
+  benchmark_state.counters["ratio"] = call / limit;
+}
+
+bool touches_memory(std::string_view handler) { return handler.starts_with("sve_ld") || handler.starts_with("sve_st"); }
+
+}  // namespace
+
+void register_direct_thunks() {
+  for (const decode_map& map : decode_maps()) {
+    for (const decode_row& row : map.rows) {
+      if (row.way != route::direct || touches_memory(row.handler)) continue;
+      const auto name = [&](const char* lanes) {
+        return row.name.view().data() + std::string(" ") + std::string(row.handler) + lanes;
+      };
+      const auto add = [&](const char* lanes, active_lanes active) {
+        benchmark::RegisterBenchmark(name(lanes).c_str(),
+                                     [&row, active](benchmark::State& s) { call_thunk(s, row, active); });
+      };
+      add("", active_lanes::all);
+      if (std::ranges::any_of(row.operands, [](const operand& op) { return governs(op.kind); }))
+        add("/half", active_lanes::half);
+    }
+  }
+}
+
+}  // namespace quern

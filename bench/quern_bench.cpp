@@ -1,0 +1,12 @@
+// The benchmarks' program.
+#include <benchmark/benchmark.h>
+
+#include "bench/registration.h"
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  quern::register_direct_thunks();
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+}
