@@ -17,6 +17,9 @@ struct user_error {
 // Exit status of a command line that makes no sense.
 inline constexpr int status_usage = 2;
 
+// Exit status of `run` when quern itself is what fails; any other is the program's, or a shell's for a missing program.
+inline constexpr int status_cannot_run = 125;
+
 void add_run_command(CLI::App& app, int& status);
 void add_trace_command(CLI::App& app, int& status);
 void add_decode_command(CLI::App& app, int& status);

@@ -1,7 +1,10 @@
 // quern: runs programs under emulation, reads their traces, and tells about the emulated instructions.
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <exception>
+#include <string>
+#include <vector>
 
 #include "sve/state/vector_length.h"
 #include "tools/commands.h"
@@ -18,17 +21,37 @@ std::string usage_message(const CLI::App* app, const CLI::Error& error) {
   return fmt::format("quern: {} (see {} --help)\n", error.what(), command);
 }
 
+// The command line without the "--" between run's options and the program, so that CLI11 leaves the program's arguments
+// as they are: behind a "--" it reads lists into them ("[a,b]").
+std::vector<std::string> arguments_of(const CLI::App& app, int argc, char** argv) {
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (arguments.empty() || arguments.front() != "run") return arguments;
+  const CLI::App* const run = app.get_subcommand("run");
+  for (std::size_t i = 1; i < arguments.size() && arguments[i].starts_with('-'); ++i) {
+    if (arguments[i] == "--") {
+      arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(i));
+      break;
+    }
+    const CLI::Option* const option = run->get_option_no_throw(arguments[i]);
+    if (option != nullptr && option->get_items_expected_max() > 0) ++i;  // its value
+  }
+  return arguments;
+}
+
 int run_command_line(int argc, char** argv) {
   int status = 0;
   CLI::App app{"Runs AArch64 programs that use SVE on processors without it, and traces their memory.", "quern"};
   app.set_version_flag("--version", fmt::format("quern {} ({}-bit vectors)", QUERN_VERSION, VL_BITS));
   app.failure_message(usage_message);
+  app.require_subcommand(0, 1);  // a program that `run` is given may bear the name of another command
   quern::add_run_command(app, status);
   quern::add_trace_command(app, status);
   quern::add_decode_command(app, status);
   quern::add_list_command(app, status);
   try {
-    app.parse(argc, argv);
+    std::vector<std::string> arguments = arguments_of(app, argc, argv);
+    std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
+    app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : quern::status_usage;  // 0: --help, --version
   }

@@ -25,7 +25,7 @@ void add_trace_command(CLI::App& app, int&) {
   CLI::App* const trace = app.add_subcommand("trace", "Read a trace file");
   trace->require_subcommand(1);
   const auto path = std::make_shared<std::string>();
-  const auto format = std::make_shared<dump_format>(dump_format::text);
+  const auto format = std::make_shared<std::string>("text");
 
   CLI::App* const info = trace->add_subcommand("info", "Sum up a trace");
   info->add_option("FILE", *path, "The trace file")->required();
@@ -34,10 +34,14 @@ void add_trace_command(CLI::App& app, int&) {
   CLI::App* const dump = trace->add_subcommand("dump", "Print the records of a trace in their order");
   dump->add_option("FILE", *path, "The trace file")->required();
   dump->add_option("--format", *format, "text, csv or jsonl (text)")
-      ->transform(CLI::Transformer(std::map<std::string, dump_format>{
-          {"text", dump_format::text}, {"csv", dump_format::csv}, {"jsonl", dump_format::jsonl}}))
+      ->check(CLI::IsMember({"text", "csv", "jsonl"}))
       ->type_name("FORMAT");
-  dump->callback([path, format] { read_trace(*path, [&](trace_reader& reader) { dump_trace(reader, *format); }); });
+  dump->callback([path, format] {
+    const dump_format chosen = *format == "csv"     ? dump_format::csv
+                               : *format == "jsonl" ? dump_format::jsonl
+                                                    : dump_format::text;
+    read_trace(*path, [&](trace_reader& reader) { dump_trace(reader, chosen); });
+  });
 }
 
 }  // namespace quern

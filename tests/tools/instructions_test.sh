@@ -1,20 +1,7 @@
 #!/usr/bin/env bash
 # instructions_test.sh QUERN...: what `quern decode` and `quern list` print, and how they end. QUERN... is the command,
 # with an emulator before it if need be.
-set -euo pipefail
-failures=0
-
-# expect STATUS OUTPUT ARGUMENTS...: what the command prints, on both streams, and its status. Reads standard input.
-expect() {
-  local status=0 wanted_status=$1 wanted=$2 output
-  shift 2
-  output=$("${quern[@]}" "$@" 2>&1) || status=$?
-  [ "$status" = "$wanted_status" ] && [ "$output" = "$wanted" ] && return
-  printf 'FAILED: quern %s\n-- status %s, wanted %s; printed:\n%s\n-- wanted:\n%s\n' \
-    "$*" "$status" "$wanted_status" "$output" "$wanted"
-  failures=$((failures + 1))
-}
-quern=("$@")
+. "$(dirname "$0")/expect.sh" "$@"
 
 add='04220020
   thunk    VecU8AddVVX
@@ -91,8 +78,7 @@ wants_line() {
   local line=$1
   shift
   "${quern[@]}" "$@" | grep -Fx -- "$line" >/dev/null && return
-  printf 'FAILED: quern %s has no line\n%s\n' "$*" "$line"
-  failures=$((failures + 1))
+  fail "$(printf 'quern %s has no line\n%s' "$*" "$line")"
 }
 
 pattern='00000100001 mmmmm 000000 nnnnn ddddd'

@@ -1,0 +1,100 @@
+#!/usr/bin/env bash
+# trace_test.sh MAKE_TRACE... -- QUERN...: what `quern trace info` and `quern trace dump` print, and how they end. Either
+# command has an emulator before it if need be.
+maker=()
+while [ "$1" != -- ]; do maker+=("$1") && shift; done
+shift
+. "$(dirname "$0")/expect.sh" "$@"
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder"
+export TZ=UTC
+
+# make NAME EXTRA: a trace with EXTRA more records than its first seven; sets `thread` to its one thread's number.
+make() { thread=$(QUERN_TRACE=$1 "${maker[@]}" "$2"); }
+
+make small 0
+t=$(printf %8s "$thread")
+expect 0 "     count   thread kind    group   size address            pc
+         0 $t start
+         1 $t load        0    256 0x0000000000002000 0x0000000000400000
+         2 $t load        3      4 0x0000000000001000 0x0000000000400004
+         3 $t store       6     16 0x00000000000020f8 0x0000000000400008
+         4 $t stop
+         5 $t unknown     0      1 0x0000000000009000 0x000000000040000c
+         6 $t load        0      8 0xfffffffffffffff0 0x0000000000400010" trace dump small
+expect 0 "count,thread,kind,group,size,addr,pc
+0,$thread,start,,,,
+1,$thread,load,0,256,0x2000,0x400000
+2,$thread,load,3,4,0x1000,0x400004
+3,$thread,store,6,16,0x20f8,0x400008
+4,$thread,stop,,,,
+5,$thread,unknown,0,1,0x9000,0x40000c
+6,$thread,load,0,8,0xfffffffffffffff0,0x400010" trace dump --format csv small
+expect 0 '{"count":0,"thread":'$thread',"kind":"start"}
+{"count":1,"thread":'$thread',"kind":"load","group":0,"size":256,"addr":"0x2000","pc":"0x400000"}
+{"count":2,"thread":'$thread',"kind":"load","group":3,"size":4,"addr":"0x1000","pc":"0x400004"}
+{"count":3,"thread":'$thread',"kind":"store","group":6,"size":16,"addr":"0x20f8","pc":"0x400008"}
+{"count":4,"thread":'$thread',"kind":"stop"}
+{"count":5,"thread":'$thread',"kind":"unknown","group":0,"size":1,"addr":"0x9000","pc":"0x40000c"}
+{"count":6,"thread":'$thread',"kind":"load","group":0,"size":8,"addr":"0xfffffffffffffff0","pc":"0x400010"}' \
+  trace dump small --format jsonl
+
+bits=$("${quern[@]}" --version | sed 's/.*(\([0-9]*\)-bit.*/\1/')
+# info_of FILE_LINE END_LINE: the summary of the small trace, without the lines that differ from run to run.
+info_of() {
+  printf '%s\n' "program        make_trace" "ended          $2" "vector length  $bits bits" "file           $1" \
+    "records        7" "  loads        3, of 268 bytes" "  stores       1, of 16 bytes" "  markers      1 start, 1 stop" \
+    "addresses      0x1000 to 0xfffffffffffffff7, a range of 18446744073709547512 bytes" "threads        1" \
+    "unknown        1 records of no known kind"
+}
+info() { "${quern[@]}" trace info "$1" | grep -v '^process\|^started'; }
+size=$(stat -c %s small)
+[ "$(info small)" = "$(info_of "$size bytes" 'in good order')" ] || fail "info: $(info small)"
+now=$(date +%Y-%m-%d)
+"${quern[@]}" trace info small | grep -q "^started  *\($now\|$(date +%Y-%m-%d)\) ..:..:.. UTC\$" || fail "info: start time"
+"${quern[@]}" trace info small | grep -Eq "^process +$thread \(parent [0-9]+\)\$" || fail "info: process"
+
+# A trace that was cut, in its unused end and within its records.
+cp small cut && truncate -s -1 cut
+[ "$(info cut)" = "$(info_of "$((size - 1)) bytes, cut: it was longer once" 'in good order')" ] || fail "cut: $(info cut)"
+truncate -s "$(($(getconf PAGESIZE) + 64 + 48 + 47))" cut
+expect 0 "     count   thread kind    group   size address            pc
+         0 $t start
+quern: the trace is cut: the file was longer once" trace dump cut
+truncate -s 100 cut
+expect 0 "file           100 bytes, cut: it was longer once
+records        0
+  loads        0, of 0 bytes
+  stores       0, of 0 bytes
+  markers      0 start, 0 stop
+addresses      none
+threads        0" trace info cut
+
+# A reader of the dump that has seen enough ends it quietly.
+make large 20000
+for format in text csv jsonl; do
+  status=0
+  "${quern[@]}" trace dump --format $format large 2>errors | head -1 >/dev/null || status=$?
+  [ $status = 0 ] && [ ! -s errors ] || fail "dump | head: status $status, $(cat errors)"
+  [ "$("${quern[@]}" trace dump --format $format large | tail -1 | grep -c 20006)" = 1 ] || fail "dump: the last record"
+done
+status=0
+"${quern[@]}" trace dump large >/dev/full 2>errors || status=$?
+[ $status = 1 ] && [ "$(cat errors)" = "quern: can't write the records: No space left on device" ] ||
+  fail "dump >/dev/full: status $status, $(cat errors)"
+
+touch empty
+echo 'some text that is no trace' >text
+for command in info dump; do
+  expect 1 "quern: can't open absent: No such file or directory" trace $command absent
+  expect 1 "quern: . is a folder, not a trace file" trace $command .
+  expect 1 "quern: empty is empty, no trace file" trace $command empty
+  expect 1 "quern: text is not a trace file" trace $command text
+  expect 2 "quern: FILE is required (see quern trace $command --help)" trace $command
+done
+printf '\2' | dd of=small bs=1 seek=8 conv=notrunc status=none
+expect 1 "quern: small has format version 2; this quern reads version 1" trace info small
+expect 2 "quern: --format: xml not in {text,csv,jsonl} (see quern trace dump --help)" trace dump --format xml large
+expect 2 "quern: A subcommand is required (see quern trace --help)" trace
+[ "$failures" = 0 ]

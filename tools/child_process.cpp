@@ -1,0 +1,93 @@
+// Starting a program and waiting for it.
+#include "tools/child_process.h"
+
+#include <fmt/core.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "tools/commands.h"
+
+namespace quern {
+namespace {
+
+constexpr int forwarded_signals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2};
+
+volatile pid_t running = 0;
+
+// The terminal sends its signals to the program as well; those that were sent to quern alone are handed on.
+void forward(int signal, siginfo_t* info, void*) {
+  if (info->si_code <= 0 && running > 0) kill(running, signal);
+}
+
+// Holds the forwarded signals back until the program's number is known.
+class signals_held {
+ public:
+  signals_held() {
+    sigset_t held;
+    sigemptyset(&held);
+    for (const int signal : forwarded_signals) sigaddset(&held, signal);
+    sigprocmask(SIG_BLOCK, &held, &before_);
+  }
+  ~signals_held() { release(); }
+  signals_held(const signals_held&) = delete;
+  signals_held& operator=(const signals_held&) = delete;
+  void release() const { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_{};
+};
+
+// A signal that quern was started with as ignored (nohup) stays so for the program.
+void forward_signals() {
+  for (const int signal : forwarded_signals) {
+    struct sigaction action {};
+    sigaction(signal, nullptr, &action);
+    if (action.sa_handler == SIG_IGN) continue;
+    action.sa_sigaction = forward;
+    action.sa_flags = SA_SIGINFO | SA_RESTART;
+    sigaction(signal, &action, nullptr);
+  }
+}
+
+[[noreturn]] void become(const std::filesystem::path& file, const std::vector<std::string>& arguments) {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);  // nothing runs on that nobody waits for
+  std::vector<char*> pointers;
+  for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
+  pointers.push_back(nullptr);
+  execv(file.c_str(), pointers.data());
+  fmt::print(stderr, "quern: can't start {}: {}\n", file.string(), std::strerror(errno));
+  _exit(126);
+}
+
+}  // namespace
+
+int run_to_end(const std::filesystem::path& file, const std::vector<std::string>& arguments, const std::string& name) {
+  std::fflush(nullptr);
+  pid_t child = 0;
+  {
+    const signals_held held;
+    child = fork();
+    if (child == 0) {
+      held.release();
+      become(file, arguments);
+    }
+    if (child < 0) throw user_error{fmt::format("can't start {}: {}", name, std::strerror(errno)), status_cannot_run};
+    running = child;
+    forward_signals();
+  }
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
+  running = 0;
+  if (!WIFSIGNALED(status)) return WEXITSTATUS(status);
+  const int signal = WTERMSIG(status);
+  fmt::print(stderr, "quern: {} was ended by signal {} ({})\n", name, signal, strsignal(signal));
+  return 128 + signal;
+}
+
+}  // namespace quern
