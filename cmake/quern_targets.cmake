@@ -16,6 +16,7 @@ add_library(quern_options INTERFACE)
 target_compile_features(quern_options INTERFACE cxx_std_20)
 target_compile_options(quern_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow $<$<COMPILE_LANGUAGE:CXX>:-Wconversion> -Werror
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-pragmas>  # it fuzzes; GCC's pragmas are for the product's speed
   # A handler's thread-local state is read on every access; hosts are loaded at program start, so the cheapest model holds.
   -ftls-model=initial-exec)
 target_compile_definitions(quern_options INTERFACE QUERN_VL_BITS=${VL_BITS} _GNU_SOURCE)
