@@ -8,6 +8,7 @@
 
 #include "sve/decoder/operand.h"
 #include "sve/handlers/host_fpsr.h"
+#include "sve/state/cpu_context.h"
 #include "sve/state/cpu_state.h"
 
 namespace quern {
@@ -69,6 +70,19 @@ struct library_shape {
   static constexpr sve_handler thunk = unimplemented_thunk;
 };
 
+// The function answers a scalar for the register Rd, from immediates alone.
+template <auto Function, operand Rd, operand... Immediates>
+struct library_scalar_shape : library_shape<Rd, Immediates...> {
+  template <std::uint32_t Size>
+  static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {
+    CpuContext ctx = make_context(*state);
+    const std::uint64_t result = Function(bind<Immediates, Size>(word)..., &ctx);
+    if (const aarch64_i_reg rd = bind<Rd, Size>(word); rd.num != 31) state->x[rd.num] = result;
+    store_context(ctx, *state);
+    return DECODE_OK;
+  }
+};
+
 template <operand... Operands>
 struct empty_shape {
   static constexpr route way = route::none;
@@ -92,6 +106,10 @@ inline constexpr direct_fp_shape<Handler, Operands...> direct_fp{};
 // Goes to the vector library's function of the thunk's name.
 template <operand... Operands>
 inline constexpr library_shape<Operands...> library{};
+
+// Goes to the vector library for a scalar.
+template <auto Function, operand Rd, operand... Immediates>
+inline constexpr library_scalar_shape<Function, Rd, Immediates...> library_scalar{};
 
 // Does nothing (prefetches).
 template <operand... Operands>

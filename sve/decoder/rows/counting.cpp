@@ -1,5 +1,6 @@
 // Tables of loop control and counting: WHILE, CTERM, counts by predicate and by vector length, and arithmetic with the
 // vector length.
+#include "sve/veclib/counting.h"
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
 #include "sve/handlers/address.h"
@@ -75,8 +76,14 @@ constexpr auto by_pattern = direct<Handler, Register, pattern, mul_plus_one>;
 template <operand Register>
 constexpr auto library_by_pattern = library<Register, pattern, mul_field>;
 
+template <auto Function>
+constexpr auto count = library_scalar<Function, Xd, pattern, mul_field>;
+
 constexpr auto counts =
-    group(row<U8, U16, U32, U64>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", library_by_pattern<Xd>),
+    group(row<U8>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", count<VecU8CountVLSI>),
+          row<U16>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", count<VecU16CountVLSI>),
+          row<U32>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", count<VecU32CountVLSI>),
+          row<U64>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", count<VecU64CountVLSI>),
           row<U8>("IncrVLSI", "00000100 zz 11 iiii 111000 ppppp ddddd", by_pattern<sve_incb_rii, Xdn>),
           row<U16>("IncrVLSI", "00000100 zz 11 iiii 111000 ppppp ddddd", by_pattern<sve_inch_rii, Xdn>),
           row<U32>("IncrVLSI", "00000100 zz 11 iiii 111000 ppppp ddddd", by_pattern<sve_incw_rii, Xdn>),
