@@ -1,0 +1,116 @@
+// Signals, from the kernel to the emulator or to the application.
+#include "sve/trap/host/dispatch.h"
+
+#include <ucontext.h>
+
+#include "sve/memory/guest_memory.h"
+#include "sve/trap/host/call_on_stack.h"
+#include "sve/trap/host/emulate.h"
+#include "sve/trap/host/handler_level.h"
+#include "sve/trap/host/kernel.h"
+#include "sve/trap/host/probe.h"
+#include "sve/trap/host/signal_frame.h"
+#include "sve/trap/host/thread_signals.h"
+
+namespace quern {
+namespace {
+
+// Sent by kill, sigqueue or raise, not raised by an instruction.
+bool is_sent(const siginfo_t& info) { return info.si_code <= 0; }
+
+// The stack that a SIGILL handler with SA_ONSTACK is to be called on; null to stay where we are. (The kernel sees to
+// the other signals; it must not for SIGILL.)
+void* other_stack(const signal_action& action, int signal, const ucontext_t& frame) {
+  const stack_t& stack = frame.uc_stack;
+  if (signal != SIGILL || !(action.flags & SA_ONSTACK) || (stack.ss_flags & SS_DISABLE) || stack.ss_size == 0) {
+    return nullptr;
+  }
+  const auto base = reinterpret_cast<std::uintptr_t>(stack.ss_sp);
+  const std::uintptr_t sp = frame.uc_mcontext.sp;
+  if (sp > base && sp - base <= stack.ss_size) return nullptr;
+  return reinterpret_cast<void*>((base + stack.ss_size) & ~std::uintptr_t{15});
+}
+
+// Runs the application's handler as the kernel would: with the mask that the action asks for, which the frame shows and
+// gives back at the end.
+void run_handler(const signal_action& action, int signal, siginfo_t* info, ucontext_t& frame) {
+  const handler_level level(thread_state());
+  const signal_set interrupted = from_sigset(frame.uc_sigmask) | held_signals();
+  // Set in the kernel only while the C library hands the mask on to a new program; the handler may run emulated code.
+  const signal_set blocked_in_kernel = from_sigset(frame.uc_sigmask) & trap_signals;
+  signal_set during = interrupted | action.mask;
+  if (!(action.flags & SA_NODEFER)) during |= set_of(signal);
+  hold_signals(during);
+  if (is_trap(signal) || blocked_in_kernel) kernel::set_mask(during & ~trap_signals);
+  to_sigset(interrupted, frame.uc_sigmask);
+
+  const auto handler = reinterpret_cast<signal_function*>(action.handler);
+  if (void* const stack = other_stack(action, signal, frame)) {
+    quern_call_on_stack(signal, info, &frame, handler, stack);
+  } else {
+    handler(signal, info, &frame);
+  }
+
+  const signal_set resumed = from_sigset(frame.uc_sigmask);
+  to_sigset((resumed & ~trap_signals) | blocked_in_kernel, frame.uc_sigmask);
+  hold_signals(resumed);
+}
+
+// Ends the process as the signal does by default. A fault is raised once more when its instruction runs again.
+void die(int signal, siginfo_t* info, ucontext_t& frame) {
+  if (signal != SIGILL) SVESigHandler(signal, info, &frame);
+  const signal_action standard{reinterpret_cast<void*>(SIG_DFL), 0, 0};
+  kernel::set_action(signal, &standard, nullptr);
+  if (is_sent(*info)) kernel::queue_to_self(signal, *info);
+}
+
+// A sent trap signal that may not be handled now; true when that is so and it is kept for later.
+bool postpone(int signal, const siginfo_t& info, ucontext_t& frame) {
+  if (contains(held_signals(), signal)) {
+    keep_waiting(signal, info);
+    return true;
+  }
+  if (!emulated_frame()) return false;
+  // Blocked for the rest of the instruction; its own frame has the mask by which the signal then arrives.
+  to_sigset(from_sigset(frame.uc_sigmask) | set_of(signal), frame.uc_sigmask);
+  kernel::set_mask(kernel::mask() | set_of(signal));
+  kernel::queue_to_self(signal, info);
+  return true;
+}
+
+// A trap signal that is not the emulator's business.
+void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
+  if (is_sent(*info) && postpone(signal, *info, frame)) return;
+  signal_action action = application_action(signal);
+  if (is_ignore(action) && is_sent(*info)) return;
+  // A fault that is ignored or blocked ends the process all the same.
+  if (!has_handler(action) || contains(held_signals(), signal)) return die(signal, info, frame);
+  if (ucontext_t* const emulated = emulated_frame()) {
+    // The handler is to see the application at the emulated instruction, and to resume there: this frame takes the
+    // place of the other, which is left behind on the stack with all that the emulator had begun.
+    copy_frame(*emulated, frame);
+    abandon_emulation();
+  }
+  if (action.flags & static_cast<int>(SA_RESETHAND)) set_application_action(signal, {});
+  run_handler(action, signal, info, frame);
+}
+
+void pass_on(int signal, siginfo_t* info, ucontext_t& frame) {
+  const signal_action action = application_action(signal);
+  // The kernel has done its part of SA_RESETHAND. Without a handler here, another thread has just taken it away.
+  if (has_handler(action)) run_handler(action, signal, info, frame);
+}
+
+}  // namespace
+
+void quern_on_signal(int signal, siginfo_t* info, void* context) {
+  auto& frame = *static_cast<ucontext_t*>(context);
+  if (!is_trap(signal)) return pass_on(signal, info, frame);
+  if (!is_sent(*info)) {
+    if (signal == SIGILL && emulate(frame)) return;
+    if (signal != SIGILL && recover_probe(signal, frame)) return;
+  }
+  pass_on_trap(signal, info, frame);
+}
+
+}  // namespace quern

@@ -1,0 +1,58 @@
+// The road from a trapped word to its handler.
+#include "sve/trap/host/emulate.h"
+
+#include <atomic>
+#include <cstring>
+
+#include "sve/decoder/sve_utils.h"
+#include "sve/trap/failure_line.h"
+#include "sve/trap/handler_cache.h"
+#include "sve/trap/host/handler_level.h"
+#include "sve/trap/host/kernel.h"
+#include "sve/trap/host/signal_frame.h"
+
+namespace quern {
+namespace {
+
+constinit thread_local cpu_state registers{};
+constinit thread_local handler_cache cache{};
+
+// Atomic since a fault's signal handler reads it on the same thread.
+constinit thread_local std::atomic<ucontext_t*> under_emulation{nullptr};
+
+void set_under_emulation(ucontext_t* frame) {
+  under_emulation.store(frame, std::memory_order_relaxed);
+  std::atomic_signal_fence(std::memory_order_seq_cst);
+}
+
+std::uint32_t word_at(const unsigned char* pc) {
+  std::uint32_t word;
+  std::memcpy(&word, pc, sizeof word);
+  return word;
+}
+
+}  // namespace
+
+cpu_state& thread_state() { return registers; }
+
+ucontext_t* emulated_frame() { return under_emulation.load(std::memory_order_relaxed); }
+
+void abandon_emulation() { set_under_emulation(nullptr); }
+
+bool emulate(ucontext_t& frame) {
+  const unsigned char* const pc = frame_pc(frame);
+  const std::uint32_t word = word_at(pc);
+  const sve_handler handler = cache.find(word, get_sve_handler);
+  if (!handler) return false;
+  if (handler_level* const level = handler_level::innermost()) level->keep_vectors();
+  load_state(frame, registers);
+  set_under_emulation(&frame);
+  const aarch64_decode_rc result = handler(&registers, word);
+  set_under_emulation(nullptr);
+  // The application goes on behind an instruction that could not be emulated, as if it did nothing.
+  if (result != DECODE_OK) kernel::print_error(failure_line(word_at(pc), pc).text);
+  store_state(registers, frame);
+  return true;
+}
+
+}  // namespace quern

@@ -1,0 +1,24 @@
+// One emulated instruction, from a signal frame and back to it.
+#pragma once
+
+#include <ucontext.h>
+
+#include "sve/state/cpu_state.h"
+
+namespace quern {
+
+// The calling thread's register file. Zero at thread start.
+cpu_state& thread_state();
+
+// Runs the instruction at the frame's PC and moves the frame on behind it. False, with the frame untouched, when that
+// word is not an emulated one.
+bool emulate(ucontext_t& frame);
+
+// The frame of the instruction that this thread is emulating just now; null when a signal found the application's own
+// code.
+ucontext_t* emulated_frame();
+
+// Gives up the instruction under emulation: its frame is as it was before, and a signal handler has taken it over.
+void abandon_emulation();
+
+}  // namespace quern

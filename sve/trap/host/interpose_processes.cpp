@@ -1,0 +1,126 @@
+// New threads and programs inherit the mask that the application believes to have.
+#include <errno.h>
+
+#include <cstdarg>
+#include <cstdlib>
+
+#include "sve/trap/host/export.h"
+#include "sve/trap/host/next.h"
+#include "sve/trap/host/start.h"
+#include "sve/trap/host/thread_signals.h"
+
+namespace quern {
+namespace {
+
+// What a new thread is to run. Allocated as the C library allocates for a thread anyway.
+template <typename Result>
+struct thread_start {
+  Result (*routine)(void*);
+  void* argument;
+};
+
+// The kernel gave the thread its creator's mask in full: the trap signals in it are to be held instead.
+template <typename Result>
+Result run_thread(void* start) {
+  const thread_start<Result> copy = *static_cast<thread_start<Result>*>(start);
+  std::free(start);
+  adopt_kernel_mask();
+  return copy.routine(copy.argument);
+}
+
+template <typename Result, typename Create>
+int create_thread(Result (*routine)(void*), void* argument, int out_of_memory, Create create) {
+  auto* const start = static_cast<thread_start<Result>*>(std::malloc(sizeof(thread_start<Result>)));
+  if (!start) return out_of_memory;
+  *start = {routine, argument};
+  const inherited_mask mask;
+  const int result = create(run_thread<Result>, start);
+  if (result != 0) std::free(start);
+  return result;
+}
+
+// The arguments of an execl: up to and with the null pointer.
+template <typename Exec>
+int exec_list(const char* first, va_list rest, Exec exec) {
+  va_list counted;
+  va_copy(counted, rest);
+  std::size_t count = 1;
+  for (const char* argument = first; argument; ++count) argument = va_arg(counted, const char*);
+  va_end(counted);
+  // On the stack, as exec may be called between vfork and the new program, where the heap is not to be touched.
+  auto* const arguments = static_cast<char**>(__builtin_alloca(count * sizeof(char*)));
+  arguments[0] = const_cast<char*>(first);
+  for (std::size_t i = 1; i < count; ++i) arguments[i] = va_arg(rest, char*);
+  return exec(arguments, rest);
+}
+
+}  // namespace
+}  // namespace quern
+
+using namespace quern;
+
+// A thread's attributes may hold a mask of their own.
+QUERN_EXPORT int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*routine)(void*),
+                                void* argument) noexcept(false) {
+  if (!held_signals() && !attributes) return next().pthread_create(thread, attributes, routine, argument);
+  return create_thread(routine, argument, EAGAIN, [&](void* (*run)(void*), void* start) {
+    return next().pthread_create(thread, attributes, run, start);
+  });
+}
+
+QUERN_EXPORT int thrd_create(thrd_t* thread, thrd_start_t routine, void* argument) {
+  if (!held_signals()) return next().thrd_create(thread, routine, argument);
+  return create_thread(routine, argument, int{thrd_nomem},
+                       [&](int (*run)(void*), void* start) { return next().thrd_create(thread, run, start); });
+}
+
+// Each of these hands the mask on to a new program.
+#define HAND_ON(result, name, parameters, arguments) \
+  QUERN_EXPORT result name parameters {              \
+    const inherited_mask mask;                       \
+    return next().name arguments;                    \
+  }
+HAND_ON(int, execve, (const char* path, char* const* argv, char* const* envp) noexcept, (path, argv, envp))
+HAND_ON(int, execv, (const char* path, char* const* argv) noexcept, (path, argv))
+HAND_ON(int, execvp, (const char* file, char* const* argv) noexcept, (file, argv))
+HAND_ON(int, execvpe, (const char* file, char* const* argv, char* const* envp) noexcept, (file, argv, envp))
+HAND_ON(int, fexecve, (int fd, char* const* argv, char* const* envp) noexcept, (fd, argv, envp))
+HAND_ON(int, execveat, (int fd, const char* path, char* const* argv, char* const* envp, int flags) noexcept,
+        (fd, path, argv, envp, flags))
+HAND_ON(int, posix_spawn,
+        (pid_t * pid, const char* path, const posix_spawn_file_actions_t* actions, const posix_spawnattr_t* attributes,
+         char* const* argv, char* const* envp),
+        (pid, path, actions, attributes, argv, envp))
+HAND_ON(int, posix_spawnp,
+        (pid_t * pid, const char* file, const posix_spawn_file_actions_t* actions, const posix_spawnattr_t* attributes,
+         char* const* argv, char* const* envp),
+        (pid, file, actions, attributes, argv, envp))
+HAND_ON(int, system, (const char* command), (command))
+HAND_ON(FILE*, popen, (const char* command, const char* mode), (command, mode))
+#undef HAND_ON
+
+QUERN_EXPORT int execl(const char* path, const char* first, ...) noexcept {
+  va_list rest;
+  va_start(rest, first);
+  const int result = exec_list(first, rest, [&](char** argv, va_list&) { return execv(path, argv); });
+  va_end(rest);
+  return result;
+}
+
+QUERN_EXPORT int execlp(const char* file, const char* first, ...) noexcept {
+  va_list rest;
+  va_start(rest, first);
+  const int result = exec_list(first, rest, [&](char** argv, va_list&) { return execvp(file, argv); });
+  va_end(rest);
+  return result;
+}
+
+// The environment stands behind the arguments' null pointer.
+QUERN_EXPORT int execle(const char* path, const char* first, ...) noexcept {
+  va_list rest;
+  va_start(rest, first);
+  const int result =
+      exec_list(first, rest, [&](char** argv, va_list& last) { return execve(path, argv, va_arg(last, char**)); });
+  va_end(rest);
+  return result;
+}

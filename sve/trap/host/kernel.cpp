@@ -1,0 +1,77 @@
+// System calls by the SVC instruction, so that not even errno is touched.
+#include "sve/trap/host/kernel.h"
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cstring>
+
+namespace quern::kernel {
+namespace {
+
+constexpr int own_failure_status = 125;
+
+// The kernel's record; the restorer is unused on AArch64.
+struct kernel_sigaction {
+  void* handler;
+  unsigned long flags;
+  void* restorer;
+  signal_set mask;
+};
+
+template <typename T>
+long argument(T* pointer) {
+  return reinterpret_cast<long>(pointer);
+}
+
+long call(long number, long a = 0, long b = 0, long c = 0, long d = 0) {
+  register long x8 asm("x8") = number;
+  register long x0 asm("x0") = a;
+  register long x1 asm("x1") = b;
+  register long x2 asm("x2") = c;
+  register long x3 asm("x3") = d;
+  asm volatile("svc #0" : "+r"(x0) : "r"(x8), "r"(x1), "r"(x2), "r"(x3) : "memory", "cc");
+  return x0;
+}
+
+}  // namespace
+
+long set_action(int signal, const signal_action* action, signal_action* old) {
+  kernel_sigaction wanted{}, previous{};
+  if (action) wanted = {action->handler, static_cast<unsigned>(action->flags), nullptr, action->mask};
+  const long result =
+      call(SYS_rt_sigaction, signal, action ? argument(&wanted) : 0, argument(&previous), sizeof(signal_set));
+  if (result == 0 && old) *old = {previous.handler, static_cast<int>(previous.flags), previous.mask};
+  return result;
+}
+
+long change_mask(int how, const signal_set* set, signal_set* old) {
+  return call(SYS_rt_sigprocmask, how, argument(set), argument(old), sizeof(signal_set));
+}
+
+signal_set mask() {
+  signal_set result = 0;
+  change_mask(SIG_BLOCK, nullptr, &result);
+  return result;
+}
+
+void set_mask(signal_set set) { change_mask(SIG_SETMASK, &set, nullptr); }
+
+signal_set pending() {
+  signal_set result = 0;
+  call(SYS_rt_sigpending, argument(&result), sizeof result);
+  return result;
+}
+
+void queue_to_self(int signal, const siginfo_t& info) {
+  call(SYS_rt_tgsigqueueinfo, call(SYS_getpid), call(SYS_gettid), signal, argument(&info));
+}
+
+void print_error(const char* line) { call(SYS_write, STDERR_FILENO, argument(line), long(std::strlen(line))); }
+
+void fail(const char* line) {
+  print_error(line);
+  for (;;) call(SYS_exit_group, own_failure_status);
+}
+
+}  // namespace quern::kernel

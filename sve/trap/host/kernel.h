@@ -1,0 +1,33 @@
+// The kernel's own signal calls: what the C library's do, without the library's names, which this host takes over, and
+// without errno. Each answers 0 or more, or a negated error number. All are async-signal-safe.
+#pragma once
+
+#include "sve/trap/signal_actions.h"
+
+namespace quern::kernel {
+
+// rt_sigaction. `action` or `old` may be null.
+long set_action(int signal, const signal_action* action, signal_action* old);
+
+// rt_sigprocmask of the calling thread. `set` or `old` may be null.
+long change_mask(int how, const signal_set* set, signal_set* old);
+
+// The calling thread's mask.
+signal_set mask();
+
+// Sets the calling thread's mask.
+void set_mask(signal_set set);
+
+// rt_sigpending: what is pending for the calling thread or its process.
+signal_set pending();
+
+// rt_tgsigqueueinfo: sends `signal` to the calling thread, with the sender, code and value of `info`.
+void queue_to_self(int signal, const siginfo_t& info);
+
+// Writes one line of text, which ends in a newline, to standard error.
+void print_error(const char* line);
+
+// Prints a line and ends the process at once with the status that tells of a failure of quern itself.
+[[noreturn]] void fail(const char* line);
+
+}  // namespace quern::kernel

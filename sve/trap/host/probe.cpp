@@ -1,0 +1,38 @@
+// The probe is one load at a known address, with its answer in x0 and bus_errors_too in w1.
+#include "sve/trap/host/probe.h"
+
+#include <csignal>
+
+asm(R"(
+  .text
+  .globl quern_probe
+  .hidden quern_probe
+  .globl quern_probe_load
+  .hidden quern_probe_load
+  .type quern_probe, %function
+quern_probe:
+  .cfi_startproc
+  mov x2, x0
+  mov w0, #1
+quern_probe_load:
+  ldrb w2, [x2]
+  ret
+  .cfi_endproc
+  .size quern_probe, .-quern_probe
+)");
+
+extern "C" const unsigned char quern_probe_load[];
+
+namespace quern {
+
+bool recover_probe(int signal, ucontext_t& frame) {
+  mcontext_t& machine = frame.uc_mcontext;
+  const bool bus_errors_too = machine.regs[1] & 1;
+  if (machine.pc != reinterpret_cast<std::uintptr_t>(quern_probe_load)) return false;
+  if (signal == SIGBUS && !bus_errors_too) return false;
+  machine.regs[0] = false;
+  machine.pc += 4;
+  return true;
+}
+
+}  // namespace quern

@@ -1,0 +1,55 @@
+// The host's constructor and destructor.
+#include "sve/trap/host/start.h"
+
+#include <errno.h>
+#include <pthread.h>
+
+#include <csignal>
+
+#include "sve/memory/guest_memory.h"
+#include "sve/memory/memory_host.h"
+#include "sve/memory/trace.h"
+#include "sve/trap/host/kernel.h"
+#include "sve/trap/host/next.h"
+#include "sve/trap/host/own_actions.h"
+#include "sve/trap/host/probe.h"
+#include "sve/trap/host/thread_signals.h"
+
+namespace quern {
+namespace {
+
+// The actions of sve/memory: its handler's place is taken by ours, and the default action, when a fault ends the
+// process, is the kernel's.
+int set_memory_action(int signal, const struct sigaction* action, struct sigaction*) {
+  if (action->sa_sigaction == SVESigHandler) return 0;
+  const signal_action standard{};
+  kernel::set_action(signal, &standard, nullptr);
+  return 0;
+}
+
+// Before the emulator's own initialiser, which installs its fault handlers: our actions and probe stand then.
+__attribute__((constructor(101))) void start() {
+  next();
+  use_memory_host({set_memory_action, quern_probe});
+  own_trap_signals();
+  adopt_kernel_mask();
+  pthread_atfork(nullptr, nullptr, forget_waiting);
+  if (!sve_init(0, program_invocation_short_name)) {
+    kernel::fail(
+        "quern: tracing can't be set up, so the program is not started: let QUERN_TRACE name a file that can be "
+        "written, or unset it\n");
+  }
+}
+
+__attribute__((destructor)) void stop() { sve_exit(); }
+
+}  // namespace
+
+void adopt_kernel_mask() {
+  const signal_set blocked = kernel::mask() & trap_signals;
+  if (!blocked) return;
+  hold_signals(blocked);
+  kernel::change_mask(SIG_UNBLOCK, &blocked, nullptr);
+}
+
+}  // namespace quern
