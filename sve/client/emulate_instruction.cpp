@@ -1,0 +1,35 @@
+// The one function that rewritten code calls.
+#include "sve/client/emulate_instruction.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "sve/client/framework.h"
+#include "sve/client/saved_registers.h"
+#include "sve/client/thread_state.h"
+
+namespace {
+
+// The word is read again, not taken from the block: it shows when the application has changed its code meanwhile.
+void report_failure(const unsigned char* pc) {
+  std::uint32_t word;
+  std::memcpy(&word, pc, sizeof word);
+  std::fprintf(stderr, "Error: failed to emulate SVE instruction 0x%08x at PC %p\n", word,
+               static_cast<const void*>(pc));
+}
+
+}  // namespace
+
+void emulate_instruction(unsigned int word, unsigned char* pc, sve_handler handler) {
+  using namespace quern;
+  void* const drcontext = dr_get_current_drcontext();
+  cpu_state* const state = thread_state(drcontext);
+  state->pc = pc;
+  state->x[26] = dr_read_saved_reg(drcontext, slot_x26);
+  state->x[27] = dr_read_saved_reg(drcontext, slot_x27);
+  state->x[28] = dr_read_saved_reg(drcontext, slot_x28);
+  if (handler(state, word) != DECODE_OK) report_failure(pc);
+  dr_write_saved_reg(drcontext, slot_x26, state->x[26]);
+  dr_write_saved_reg(drcontext, slot_x27, state->x[27]);
+  dr_write_saved_reg(drcontext, slot_x28, state->x[28]);
+}

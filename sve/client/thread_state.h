@@ -1,0 +1,21 @@
+// The register file of each application thread, kept in a field of the framework's thread-local storage.
+#pragma once
+
+#include "sve/client/framework.h"
+#include "sve/state/cpu_state.h"
+
+namespace quern {
+
+// The index of the client's one field. Set once, at start-up.
+extern int tls_idx;
+
+// Thread events. The first makes the thread's cpu_state, uninitialised; the second frees it.
+void event_thread_init(void* drcontext);
+void event_thread_exit(void* drcontext);
+
+// The register file of the thread; null only before its init event.
+inline cpu_state* thread_state(void* drcontext) {
+  return static_cast<cpu_state*>(drmgr_get_tls_field(drcontext, tls_idx));
+}
+
+}  // namespace quern

@@ -1,0 +1,10 @@
+// A double of the library that takes trace records: what the client asks of it shows among the framework's calls.
+#include "framework_double.h"
+#include "sve/memory/trace.h"
+
+bool sve_init(std::uint64_t reserved, const char* application) {
+  return quern::framework().answer("sve_init(" + std::to_string(reserved) + ", " + application + ")");
+}
+void sve_exit() { quern::framework().answer("sve_exit"); }
+std::uint64_t incr_count() { return 0; }
+void trace_mem(const sve_mem_ref_t&) {}

@@ -1,0 +1,167 @@
+// What rewritten blocks do when they run: on a model of the processor, with the client's own call-out.
+#include <gtest/gtest.h>
+
+#include "client_test.h"
+#include "machine.h"
+#include "sve/client/emulate_instruction.h"
+#include "sve/handlers/placeholders.h"
+
+namespace quern {
+namespace {
+
+using testing::ElementsAre;
+
+struct execution : client_test {
+  cpu_state& state = start_thread();
+  machine before = numbered_machine();
+  machine after = before;
+
+  ~execution() override { framework.thread_exit(framework.drcontext()); }
+
+  // The machine after a block of these words.
+  void run(std::initializer_list<std::uint32_t> words) {
+    for (const std::uint32_t word : words) append(word);
+    rewrite();
+    after.run(block);
+  }
+};
+
+// An add of Z0 alone: nothing but Z0 changes, and in the registers not even that above bit 127.
+TEST_F(execution, an_instruction_changes_its_destination_only) {
+  std::memset(state.z, 0, sizeof state.z);
+  state.z[0][VL_BYTES - 1] = 0x90;
+  run({word_add_b});
+  machine expected = before;
+  for (unsigned char& byte : expected.q[0]) byte = static_cast<unsigned char>(2 * byte);
+  EXPECT_EQ(after, expected);
+  if (VL_BYTES > 16) {
+    EXPECT_EQ(state.z[0][VL_BYTES - 1], 0x20);
+  }
+}
+
+TEST_F(execution, the_register_file_holds_the_whole_machine_during_the_call) {
+  run({word_add_b});
+  for (std::size_t n = 0; n < 31; ++n) EXPECT_EQ(state.x[n], n == 28 ? before.stolen_x28 : before.x[n]) << n;
+  EXPECT_EQ(state.sp, before.sp);
+  EXPECT_EQ(state.nzcv, before.nzcv);
+  EXPECT_EQ(state.fpsr, before.fpsr);
+  EXPECT_EQ(state.fpcr, 0xA5A5A5A5u) << "FPCR is not read from the machine";
+  for (std::size_t n = 1; n < 32; ++n) EXPECT_EQ(std::memcmp(state.z[n], before.q[n].data(), 16), 0) << n;
+}
+
+TEST_F(execution, sources_are_read_before_the_destination_changes) {
+  run({word_add_d});
+  std::uint64_t lane;
+  std::memcpy(&lane, before.q[0].data(), 8);
+  lane *= 2;
+  EXPECT_EQ(std::memcmp(&lane, after.q[0].data(), 8), 0);
+}
+
+TEST_F(execution, writes_of_x26_x27_and_x28_reach_the_application) {
+  run({word_rdvl_x26, word_rdvl_x27, word_rdvl_x28});
+  machine expected = before;
+  expected.x[26] = expected.x[27] = expected.stolen_x28 = VL_BYTES;
+  EXPECT_EQ(after, expected);
+}
+
+TEST_F(execution, x28_is_the_applications_not_the_stolen_register) {
+  run({word_addvl_x0_x28});
+  EXPECT_EQ(after.x[0], before.stolen_x28 + VL_BYTES);
+}
+
+TEST_F(execution, a_write_of_sp_moves_the_real_one) {
+  run({word_addvl_sp});
+  machine expected = before;
+  expected.sp -= VL_BYTES;
+  EXPECT_EQ(after, expected);
+}
+
+// The upper bytes are not zeroed, as the processor's would be.
+TEST_F(execution, a_native_write_of_a_vector_register_keeps_the_bytes_above_it) {
+  std::memset(state.z[3], 0x55, VL_BYTES);
+  append(word_nop);
+  append(word_add_b);
+  rewrite();
+  after.run(block, [](machine& m) { m.q[3].fill(0x77); });
+  for (std::size_t i = 0; i < VL_BYTES; ++i) EXPECT_EQ(state.z[3][i], i < 16 ? 0x77 : 0x55) << i;
+}
+
+TEST_F(execution, a_write_of_fpcr_reaches_both_the_machine_and_the_register_file) {
+  const struct {
+    reg_id_t source;
+    std::uint64_t value;
+  } cases[]{{DR_REG_X3, before.x[3]}, {DR_REG_X21, before.x[21]}, {DR_REG_X22, before.x[22]}, {DR_REG_XZR, 0}};
+  for (const auto& [source, value] : cases) {
+    framework.clear(block);
+    append_msr(DR_REG_FPCR, source);
+    rewrite();
+    after = before;
+    after.run(block);
+    machine expected = before;
+    expected.fpcr = value;
+    EXPECT_EQ(after, expected);
+    EXPECT_EQ(state.fpcr, static_cast<std::uint32_t>(value));
+  }
+}
+
+struct emulation : execution {
+  unsigned char* pc = application_word(word_add_b);
+
+  // Standard error's text of one call with this handler, whose word differs from the one in the application's code.
+  std::string emulate(sve_handler handler) {
+    framework.slots[0] = 126;
+    framework.slots[1] = 127;
+    framework.slots[2] = 128;
+    testing::internal::CaptureStderr();
+    emulate_instruction(0x12345678, pc, handler);
+    return testing::internal::GetCapturedStderr();
+  }
+};
+
+TEST_F(emulation, the_handler_sees_the_slots_the_address_and_the_word) {
+  static cpu_state seen;
+  static unsigned int seen_word;
+  EXPECT_EQ(emulate([](cpu_state* s, unsigned int word) {
+              seen = *s;
+              seen_word = word;
+              s->x[26] = 226;
+              s->x[27] = 227;
+              s->x[28] = 228;
+              return DECODE_OK;
+            }),
+            "");
+  EXPECT_EQ(seen.pc, pc);
+  EXPECT_EQ(seen_word, 0x12345678u);
+  EXPECT_THAT(std::vector(seen.x + 26, seen.x + 29), ElementsAre(126, 127, 128));
+  EXPECT_THAT(framework.slots, ElementsAre(226, 227, 228));
+  EXPECT_THAT(framework.calls, ElementsAre("dr_write_saved_reg(1)", "dr_write_saved_reg(2)", "dr_write_saved_reg(3)"));
+}
+
+// The report has the word that is in memory now, not the one of the call.
+TEST_F(emulation, a_failure_is_reported_and_the_slots_are_written_back) {
+  char report[128];
+  std::snprintf(report, sizeof report, "Error: failed to emulate SVE instruction 0x04200000 at PC %p\n",
+                static_cast<void*>(pc));
+  EXPECT_EQ(emulate([](cpu_state*, unsigned int) { return DECODE_UNIMPLEMENTED; }), report);
+  EXPECT_THAT(framework.slots, ElementsAre(126, 127, 128));
+  EXPECT_EQ(framework.calls.size(), 3u);
+}
+
+TEST_F(emulation, a_placeholder_reports_two_lines_and_changes_no_register) {
+  state.instr_word = 0xFFFFFFFF04200000;
+  cpu_state expected = state;
+  char report[256];
+  std::snprintf(report, sizeof report,
+                "Unimplemented instruction: [  %tx:\t 04200000\t sve_fabd_zpz  ]\n"
+                "Error: failed to emulate SVE instruction 0x04200000 at PC %p\n",
+                reinterpret_cast<std::ptrdiff_t>(pc), static_cast<void*>(pc));
+  EXPECT_EQ(emulate([](cpu_state* s, unsigned int) { return sve_fabd_zpz(s); }), report);
+  expected.pc = pc;
+  expected.x[26] = 126;
+  expected.x[27] = 127;
+  expected.x[28] = 128;
+  EXPECT_EQ(std::memcmp(&state, &expected, sizeof state), 0);
+}
+
+}  // namespace
+}  // namespace quern

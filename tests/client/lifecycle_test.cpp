@@ -1,0 +1,128 @@
+// The client's life: start, threads, end, and what it says when an assumption is broken.
+#include "client_test.h"
+#include "sve/memory/guest_memory.h"
+
+namespace quern {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+using lifecycle = client_test;
+
+TEST_F(lifecycle, starts_in_order) {
+  start();
+  EXPECT_THAT(
+      framework.calls,
+      ElementsAre("dr_set_client_name(Zel SVE emulation client)", "drmgr_init", "drmgr_register_thread_init_event",
+                  "drmgr_register_thread_exit_event", "dr_register_exit_event",
+                  "drmgr_register_bb_app2app_event(emulate_instruction, 0)", "drmgr_register_tls_field",
+                  "sve_init(0, an_application)", "dr_log(null, 0xFFFFFF, 1, SVE client initializing\n)"));
+  EXPECT_EQ(framework.error_stream, "");
+}
+
+TEST_F(lifecycle, ends_in_order) {
+  start();
+  framework.calls.clear();
+  framework.process_exit();
+  EXPECT_THAT(framework.calls, ElementsAre("dr_log(null, 0xFFFFFF, 1, SVE client exiting\n)", "sve_exit",
+                                           "drmgr_unregister_bb_app2app_event", "drreg_exit", "drmgr_exit"));
+}
+
+TEST_F(lifecycle, two_dashes_end_the_arguments) {
+  EXPECT_NO_THROW(start({"--"}));
+  EXPECT_NO_THROW(start({"--", "-x"}));
+  EXPECT_EQ(framework.error_stream, "");
+}
+
+TEST_F(lifecycle, any_other_argument_is_a_usage_error) {
+  for (const char* argument : {"-x", "x", "---", ""}) {
+    framework.error_stream.clear();
+    framework.calls.clear();
+    EXPECT_THROW(start({argument, "--"}), aborted);
+    EXPECT_EQ(framework.error_stream,
+              std::string{"SVE emulation client usage error: Unknown option: "} + argument + "\n");
+    EXPECT_THAT(framework.calls, ElementsAre(HasSubstr("dr_set_client_name")));
+  }
+}
+
+// Each check of the start, the last call that it lets through, and the text that it is reported with.
+TEST_F(lifecycle, a_failed_start_is_reported_and_aborts) {
+  for (const char* call : {"drmgr_init", "drmgr_register_bb_app2app_event", "drmgr_register_tls_field", "sve_init"}) {
+    SCOPED_TRACE(call);
+    framework.error_stream.clear();
+    framework.calls.clear();
+    framework.failing = {call};
+    EXPECT_THROW(start(), aborted);
+    EXPECT_THAT(framework.calls.back(), HasSubstr(call));
+    EXPECT_THAT(framework.error_stream,
+                MatchesRegex("ASSERT FAILURE: .*sve/client/sve_client\\.cpp:[0-9]+: false \\(\\)\n"));
+  }
+}
+
+TEST_F(lifecycle, a_thread_has_a_register_file_until_it_ends) {
+  start_thread();
+  EXPECT_EQ(framework.live_bytes, sizeof(cpu_state));
+  framework.thread_exit(framework.drcontext());
+  EXPECT_EQ(framework.live_bytes, 0u);
+}
+
+// The register file is as the framework's heap gave it.
+TEST_F(lifecycle, a_register_file_is_not_initialised) {
+  const cpu_state& state = start_thread();
+  EXPECT_EQ(state.fpcr, 0xA5A5A5A5u);
+  EXPECT_EQ(state.ffr[VL_BYTES - 1], 0xA5);
+  framework.thread_exit(framework.drcontext());
+}
+
+TEST_F(lifecycle, a_thread_whose_field_cannot_be_set_aborts) {
+  start();
+  framework.failing = {"drmgr_set_tls_field"};
+  EXPECT_THROW(framework.thread_init(framework.drcontext()), aborted);
+  EXPECT_THAT(framework.error_stream, MatchesRegex("ASSERT FAILURE: .*:[0-9]+: false \\(\\)\n"));
+  framework.thread_exit(framework.drcontext());
+}
+
+TEST_F(lifecycle, a_thread_that_ends_with_a_null_field_aborts) {
+  start();
+  EXPECT_THROW(framework.thread_exit(framework.drcontext()), aborted);
+  EXPECT_THAT(framework.error_stream, MatchesRegex("ASSERT FAILURE: .*:[0-9]+: data != __null \\(\\)\n"));
+}
+
+TEST_F(lifecycle, an_end_that_cannot_unregister_skips_drreg) {
+  start();
+  framework.calls.clear();
+  framework.failing = {"drmgr_unregister_bb_app2app_event"};
+  EXPECT_THROW(framework.process_exit(), aborted);
+  EXPECT_EQ(framework.calls.back(), "drmgr_unregister_bb_app2app_event");
+  EXPECT_THAT(framework.error_stream, MatchesRegex("ASSERT FAILURE: .*:[0-9]+: false \\(\\)\n"));
+}
+
+TEST_F(lifecycle, an_end_of_drreg_that_fails_aborts) {
+  start();
+  framework.failing = {"drreg_exit"};
+  EXPECT_THROW(framework.process_exit(), aborted);
+  EXPECT_EQ(framework.calls.back(), "drreg_exit");
+  EXPECT_THAT(framework.error_stream, MatchesRegex("ASSERT FAILURE: .*:[0-9]+: false \\(\\)\n"));
+}
+
+TEST_F(lifecycle, memory_is_asked_of_the_framework) {
+  start();
+  EXPECT_EQ(page_size, dr_page_size());
+  std::uint64_t value = 0x1122334455667788;
+  const auto address = reinterpret_cast<unsigned long>(&value);
+
+  bool fault = false;
+  EXPECT_EQ(ReadMemLib8(address, 0, &fault, nullptr), value);
+  EXPECT_FALSE(fault);
+  EXPECT_TRUE(addr_is_readable(reinterpret_cast<volatile char*>(&value)));
+
+  framework.failing = {"dr_safe_read"};
+  EXPECT_EQ(ReadMemLib8(address, 0, &fault, nullptr), 0u);
+  EXPECT_TRUE(fault);
+  EXPECT_FALSE(addr_is_readable(reinterpret_cast<volatile char*>(&value)));
+}
+
+}  // namespace
+}  // namespace quern

@@ -1,0 +1,120 @@
+// A model of the processor that runs a rewritten block of the framework's double.
+#include "machine.h"
+
+#include <cstring>
+
+#include "sve/client/emulate_instruction.h"
+
+namespace quern {
+namespace {
+
+unsigned char* address(const machine& m, const opnd_t& memory) {
+  return reinterpret_cast<unsigned char*>(m.x.at(memory.base - DR_REG_X0) + static_cast<std::uint64_t>(memory.value));
+}
+
+std::uint64_t& system_register(machine& m, const opnd_t& operand) {
+  return operand.base == DR_REG_NZCV ? m.nzcv : operand.base == DR_REG_FPSR ? m.fpsr : m.fpcr;
+}
+
+std::uint64_t& sp_or_general(machine& m, const opnd_t& operand) {
+  return operand.base == DR_REG_XSP ? m.sp : m.x.at(operand.base - DR_REG_X0);
+}
+
+void store(machine& m, const opnd_t& reg, unsigned char* to) {
+  if (reg.base == DR_REG_WZR)
+    std::memset(to, 0, 4);
+  else if (reg.base >= DR_REG_Q0)
+    std::memcpy(to, m.q.at(reg.base - DR_REG_Q0).data(), 16);
+  else if (reg.base >= DR_REG_W0)
+    std::memcpy(to, &m.x.at(reg.base - DR_REG_W0), 4);
+  else
+    std::memcpy(to, &m.x.at(reg.base - DR_REG_X0), 8);
+}
+
+void load(machine& m, const opnd_t& reg, const unsigned char* from) {
+  if (reg.base >= DR_REG_Q0) {
+    std::memcpy(m.q.at(reg.base - DR_REG_Q0).data(), from, 16);
+  } else if (reg.base >= DR_REG_W0) {
+    m.x.at(reg.base - DR_REG_W0) = 0;
+    std::memcpy(&m.x.at(reg.base - DR_REG_W0), from, 4);
+  } else {
+    std::memcpy(&m.x.at(reg.base - DR_REG_X0), from, 8);
+  }
+}
+
+void call_out(machine& m, const instr_t& call) {
+  const auto callee = reinterpret_cast<decltype(&emulate_instruction)>(call.callee);
+  callee(static_cast<unsigned int>(call.srcs.at(0).value), reinterpret_cast<unsigned char*>(call.srcs.at(1).value),
+         reinterpret_cast<sve_handler>(call.srcs.at(2).value));
+  const std::uint64_t x28 = m.x[28], sp = m.sp, fpcr = m.fpcr, application_x28 = m.stolen_x28;
+  std::memset(static_cast<void*>(&m), 0xEE, sizeof m);
+  m.x[28] = x28;
+  m.sp = sp;
+  m.fpcr = fpcr;
+  m.stolen_x28 = application_x28;
+}
+
+void run_framework_code(machine& m, const instr_t& instr) {
+  const auto reg = [&]() -> std::uint64_t& { return m.x.at(instr.dsts.at(0).base - DR_REG_X0); };
+  switch (instr.kind) {
+    case instr_t::save_reg: framework().slots[instr.slot] = reg(); break;
+    case instr_t::restore_reg: reg() = framework().slots[instr.slot]; break;
+    case instr_t::get_stolen: reg() = m.stolen_x28; break;
+    case instr_t::set_stolen: m.stolen_x28 = reg(); break;
+    case instr_t::read_tls: reg() = reinterpret_cast<std::uint64_t>(framework().tls_field); break;
+    case instr_t::clean_call: call_out(m, instr); break;
+    case instr_t::emulation_start:
+    case instr_t::emulation_end:
+    case instr_t::not_meta: break;
+  }
+}
+
+void run_move(machine& m, const instr_t& instr) {
+  const std::vector<opnd_t>&to = instr.dsts, &from = instr.srcs;
+  switch (instr.opcode) {
+    case OP_str: store(m, from[0], address(m, to[0])); break;
+    case OP_ldr: load(m, to[0], address(m, from[0])); break;
+    case OP_stp:
+      store(m, from[0], address(m, to[0]));
+      store(m, from[1], address(m, to[0]) + 8);
+      break;
+    case OP_ldp: {
+      const unsigned char* const pair = address(m, from[0]);
+      load(m, to[0], pair);
+      load(m, to[1], pair + 8);
+      break;
+    }
+    case OP_mrs: sp_or_general(m, to[0]) = system_register(m, from[0]); break;
+    case OP_msr: system_register(m, to[0]) = from[0].base == DR_REG_XZR ? 0 : sp_or_general(m, from[0]); break;
+    case OP_add: sp_or_general(m, to[0]) = sp_or_general(m, from[0]) + static_cast<std::uint64_t>(from[1].value); break;
+    default: break;
+  }
+}
+
+}  // namespace
+
+void machine::run(const instrlist_t& block, const std::function<void(machine&)>& native) {
+  for (const instr_t* instr = block.first; instr != nullptr; instr = instr->next) {
+    if (instr->kind != instr_t::not_meta)
+      run_framework_code(*this, *instr);
+    else if (instr->opcode == OP_xx)
+      native(*this);
+    else
+      run_move(*this, *instr);
+  }
+}
+
+machine numbered_machine() {
+  machine m{};
+  for (std::size_t n = 0; n < 31; ++n) m.x[n] = 0x1111000011110000 + n;
+  m.stolen_x28 = 0x2828282828282828;
+  m.sp = 0x7FFFFFF000;
+  m.nzcv = 0xA0000000;
+  m.fpsr = 0x0800001F;
+  m.fpcr = 0x00400000;
+  for (std::size_t n = 0; n < 32; ++n)
+    for (std::size_t i = 0; i < 16; ++i) m.q[n][i] = static_cast<unsigned char>(n * 7 + i);
+  return m;
+}
+
+}  // namespace quern
