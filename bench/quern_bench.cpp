@@ -7,6 +7,7 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   quern::register_direct_thunks();
+  quern::register_memory();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

@@ -1,4 +1,4 @@
-// Benchmarks that are made from the decode maps. The maps are filled before main, so their benchmarks register in it.
+// Benchmarks that are made from tables. The decode maps are filled before main, so benchmarks register in it.
 #pragma once
 
 namespace quern {
@@ -6,5 +6,8 @@ namespace quern {
 // One for each direct thunk that neither touches memory nor computes in floating point, and another for its predicated
 // forms with half of the lanes active.
 void register_direct_thunks();
+
+// The memory instructions, all and half of the lanes active, with tracing off and on, beside memcpy of the same bytes.
+void register_memory();
 
 }  // namespace quern

@@ -52,6 +52,7 @@ inline void load_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t 
   }
 }
 
+// Whether every lane of U is active.
 template <class U>
 inline bool all_active(const unsigned char* pg) {
   constexpr std::uint64_t lowest_bits = ~std::uint64_t{0} / static_cast<U>(~U{0});  // bit 0 of each lane
@@ -67,16 +68,20 @@ inline bool in_one_page(std::uint64_t address, std::size_t bytes) {
   return (address & (smallest_page - 1)) + bytes <= smallest_page;
 }
 
+// Copies a block. memmove, since it is always the library's, with the widest moves that the host has: of a memcpy of
+// constant length the compiler makes a row of narrow ones.
+inline void copy_block(void* to, const void* from, std::size_t bytes) { std::memmove(to, from, bytes); }
+
 // All lanes of z from the elements at `address`, as a block. Lane 0 goes first, so that a fault is lane 0's.
 template <class T, class U>
 inline void load_block(unsigned char* z, std::uint64_t address) {
   load_lane<T, U>(z, 0, address);
   const void* from = reinterpret_cast<const void*>(address);
   if constexpr (sizeof(T) == sizeof(U)) {
-    std::memcpy(z, from, VL_BYTES);
+    copy_block(z, from, VL_BYTES);
   } else {
     unsigned char elements[lane_count<U> * sizeof(T)];
-    std::memcpy(elements, from, sizeof elements);
+    copy_block(elements, from, sizeof elements);
     for (std::size_t i = 0; i != lane_count<U>; ++i) set_lane<U>(z, i, static_cast<U>(lane<T>(elements, i)));
   }
 }
@@ -87,11 +92,11 @@ inline void store_block(const unsigned char* z, std::uint64_t address) {
   store_lane<T, U>(z, 0, address);
   void* to = reinterpret_cast<void*>(address);
   if constexpr (sizeof(T) == sizeof(U)) {
-    std::memcpy(to, z, VL_BYTES);
+    copy_block(to, z, VL_BYTES);
   } else {
     unsigned char elements[lane_count<U> * sizeof(T)];
     for (std::size_t i = 0; i != lane_count<U>; ++i) set_lane<T>(elements, i, static_cast<T>(lane<U>(z, i)));
-    std::memcpy(to, elements, sizeof elements);
+    copy_block(to, elements, sizeof elements);
   }
 }
 

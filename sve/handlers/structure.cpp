@@ -7,18 +7,15 @@ using namespace quern;
 
 namespace {
 
-// Calls element(i, k, address) for each lane i and structure member k in the order of memory, and notes the address of
-// each lane's last element.
-template <class T, int N, class Element>
-inline void each_element(std::uint64_t address, std::uint64_t* last_elements, Element element) {
-  for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    for (unsigned k = 0; k != N; ++k, address += sizeof(T)) element(i, k, address);
-    last_elements[i] = address - sizeof(T);
-  }
-}
+// A structure's registers: past Z31 comes Z0.
+template <int N>
+struct members {
+  unsigned char* z[N];
 
-// Member k's register: past Z31 comes Z0.
-unsigned char* member(cpu_state* state, aarch64_z_reg zt, unsigned k) { return state->z[(zt.num + k) % 32]; }
+  members(cpu_state* state, aarch64_z_reg zt) {
+    for (unsigned k = 0; k != N; ++k) z[k] = state->z[(zt.num + k) % 32];
+  }
+};
 
 template <class T>
 std::uint64_t address_of(const cpu_state* state, aarch64_i_rsp_reg base, long offset) {
@@ -30,16 +27,20 @@ std::uint64_t address_of(const cpu_state* state, aarch64_i_rsp_reg base, long of
 template <class T, class U, int N>
 aarch64_decode_rc sve_ldN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base,
                                long offset) {
+  const members<N> to(state, zt);
   const unsigned char* p = state->p[pg.num];
   std::uint64_t last_elements[lane_count<U>];
-  each_element<U, N>(address_of<T>(state, base, offset), last_elements,
-                     [&](std::size_t i, unsigned k, std::uint64_t address) {
-                       if (is_active<U>(p, i)) {
-                         load_lane<T, U>(member(state, zt, k), i, address);
-                       } else {
-                         set_lane<U>(member(state, zt, k), i, U{0});
-                       }
-                     });
+  std::uint64_t address = address_of<T>(state, base, offset);
+  for (std::size_t i = 0; i != lane_count<U>; ++i, address += N * sizeof(T)) {
+    last_elements[i] = address + (N - 1) * sizeof(T);
+    for (unsigned k = 0; k != N; ++k) {
+      if (is_active<U>(p, i)) {
+        load_lane<T, U>(to.z[k], i, address + k * sizeof(T));
+      } else {
+        set_lane<U>(to.z[k], i, U{0});
+      }
+    }
+  }
   memtrace_each<T, U>(state, last_elements, p, MEM_LOAD);
   return DECODE_OK;
 }
@@ -47,12 +48,15 @@ aarch64_decode_rc sve_ldN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg
 template <class T, class U, int N>
 aarch64_decode_rc sve_stN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base,
                                long offset) {
+  const members<N> from(state, zt);
   const unsigned char* p = state->p[pg.num];
   std::uint64_t last_elements[lane_count<U>];
-  each_element<U, N>(address_of<T>(state, base, offset), last_elements,
-                     [&](std::size_t i, unsigned k, std::uint64_t address) {
-                       if (is_active<U>(p, i)) store_lane<T, U>(member(state, zt, k), i, address);
-                     });
+  std::uint64_t address = address_of<T>(state, base, offset);
+  for (std::size_t i = 0; i != lane_count<U>; ++i, address += N * sizeof(T)) {
+    last_elements[i] = address + (N - 1) * sizeof(T);
+    if (!is_active<U>(p, i)) continue;
+    for (unsigned k = 0; k != N; ++k) store_lane<T, U>(from.z[k], i, address + k * sizeof(T));
+  }
   memtrace_each<T, U>(state, last_elements, p, MEM_STORE);
   return DECODE_OK;
 }

@@ -15,12 +15,12 @@ void* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t
 }  // namespace
 
 aarch64_decode_rc sve_ldr_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
-  std::memcpy(state->z[zt.num], place(state, base, imm, VL_BYTES), VL_BYTES);
+  copy_block(state->z[zt.num], place(state, base, imm, VL_BYTES), VL_BYTES);
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_str_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
-  std::memcpy(place(state, base, imm, VL_BYTES), state->z[zt.num], VL_BYTES);
+  copy_block(place(state, base, imm, VL_BYTES), state->z[zt.num], VL_BYTES);
   return DECODE_OK;
 }
 
