@@ -3,10 +3,9 @@
 
 #include "sve/client/framework.h"
 
-void quern::client_assert(bool holds, const char* check, std::source_location where) {
+void quern::client_assert(bool holds, const char* check, const char* file, int line) {
   if (holds) return;
   const char* const no_further_message = "";
-  dr_fprintf(our_stderr, "ASSERT FAILURE: %s:%d: %s (%s)\n", where.file_name(), static_cast<int>(where.line()), check,
-             no_further_message);
+  dr_fprintf(our_stderr, "ASSERT FAILURE: %s:%d: %s (%s)\n", file, line, check, no_further_message);
   dr_abort();
 }
