@@ -1,5 +1,6 @@
 // Records reach the file whole and once, from any number of threads, from signal handlers, and up to the moment at
 // which the process is killed.
+#include <sys/mman.h>
 #include <sys/time.h>
 
 #include <fstream>
@@ -102,6 +103,34 @@ TEST_F(recording, signal_handlers_trace_in_the_midst_of_tracing) {
   EXPECT_GT(records, 200'000u);
   EXPECT_EQ(reader.summary().incomplete, 0u);
   expect_all_counts(reader, records);
+}
+
+// The record lies in a page that can't be read: trace_mem faults on it with a slot in hand, and the handler fills more
+// than a chunk before it lets the record be read.
+void* unreadable_page = nullptr;
+void trace_and_let_read(int) {
+  store_records(3 * trace_chunk_records);
+  mprotect(unreadable_page, static_cast<std::size_t>(sysconf(_SC_PAGESIZE)), PROT_READ);
+}
+
+TEST_F(recording, a_handler_that_fills_chunks_leaves_the_interrupted_slot_in_place) {
+  const child_end end = run([] {
+    if (!sve_init(0, "")) return 1;
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    unreadable_page = mmap(nullptr, page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    store_records(10);
+    auto& record = *static_cast<sve_mem_ref_t*>(unreadable_page);
+    record = record_of_count(incr_count());
+    mprotect(unreadable_page, page, PROT_NONE);
+    signal(SIGSEGV, trace_and_let_read);
+    trace_mem(record);
+    store_records(10);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
+  trace_reader reader(only_file());
+  EXPECT_EQ(reader.summary().incomplete, 0u);
+  expect_all_counts(reader, 21 + 3 * trace_chunk_records);
 }
 
 TEST_F(recording, errno_is_kept) {
