@@ -58,6 +58,7 @@ void forward_signals() {
 [[noreturn]] void become(const std::filesystem::path& file, const std::vector<std::string>& arguments) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);  // nothing runs on that nobody waits for
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
   pointers.push_back(nullptr);
   execv(file.c_str(), pointers.data());

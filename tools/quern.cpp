@@ -2,6 +2,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>
@@ -65,10 +66,10 @@ int main(int argc, char** argv) {
   try {
     return run_command_line(argc, argv);
   } catch (const quern::user_error& error) {
-    fmt::print(stderr, "quern: {}\n", error.message);
+    std::fprintf(stderr, "quern: %s\n", error.message.c_str());
     return error.status;
   } catch (const std::exception& error) {
-    fmt::print(stderr, "quern: {}\n", error.what());
+    std::fprintf(stderr, "quern: %s\n", error.what());
     return 1;
   }
 }

@@ -73,8 +73,10 @@ std::string preload_list(const fs::path& folder) {
                                  folder.string()),
                      status_cannot_run};
   std::string list = (folder / host_name()).string() + ":" + (folder / "libquern_utils.so").string();
-  const char* const users = std::getenv("LD_PRELOAD");
-  if (!needs_emulator && users != nullptr && *users != 0) list += std::string(":") + users;
+  if constexpr (!needs_emulator) {
+    const char* const users = std::getenv("LD_PRELOAD");
+    if (users != nullptr && *users != 0) list += std::string(":") + users;
+  }
   return list;
 }
 

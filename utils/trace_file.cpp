@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 
 #include "sve/state/vector_length.h"
@@ -143,7 +142,7 @@ bool map_header(int file) {
 }
 
 bool create_trace() {
-  if (trace.path.pattern.view().empty()) choose_trace_path(trace.path, getenv("QUERN_TRACE"));  // no sve_init came
+  if (trace.path.pattern.view().empty()) choose_trace_path(trace.path, chosen_trace_path());  // no sve_init came
   const file_descriptor file(create_file());
   if (file.is_open() && map_header(file.number())) return true;
   const int error = errno;
@@ -244,9 +243,9 @@ bool set_up_trace(const char* application) {
   const undisturbed guard;
   std::strncpy(trace.application, application != nullptr ? application : "", sizeof trace.application - 1);
   trace.owner = getpid();
-  const char* const value = getenv("QUERN_TRACE");
+  const char* const value = chosen_trace_path();
   int error = choose_trace_path(trace.path, value) ? 0 : errno;
-  if (!trace.path.chosen) return true;  // what is wrong with the default shows when there is something to write
+  if (value == nullptr) return true;  // what is wrong with the default shows when there is something to write
   if (error == 0) error = refusal(trace.path);
   if (error != 0) refuse(value, error);
   return error == 0;

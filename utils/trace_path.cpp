@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 
 namespace quern {
 namespace {
@@ -40,9 +41,13 @@ void expand(path_text& name, std::string_view pattern, pid_t process) {
 
 }  // namespace
 
+const char* chosen_trace_path() {
+  const char* const value = getenv("QUERN_TRACE");
+  return value != nullptr && *value != 0 ? value : nullptr;
+}
+
 bool choose_trace_path(trace_path& path, const char* value) {
-  path.chosen = value != nullptr && *value != 0;
-  const std::string_view given = path.chosen ? std::string_view(value) : default_pattern;
+  const std::string_view given = value != nullptr ? std::string_view(value) : default_pattern;
   path.has_process = given.find(process_mark) != std::string_view::npos;
   path.pattern.clear();
   const bool absolute = given.front() == '/' || append_current_folder(path.pattern);

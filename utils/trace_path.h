@@ -16,10 +16,12 @@ struct trace_path {
   path_text pattern;            // absolute, unless the current folder could not be told
   std::size_t folder_size = 0;  // of the current folder in front of it, in which %p stands for itself
   bool has_process = false;     // whether %p is in it
-  bool chosen = false;          // by QUERN_TRACE
 };
 
-// Takes the pattern from QUERN_TRACE's value (null or empty: the default) and the current folder. False with errno set
+// QUERN_TRACE's value, or null when the default holds.
+const char* chosen_trace_path();
+
+// Takes the pattern from chosen_trace_path's answer and the current folder. False with errno set
 // when the result is too long or the current folder can't be told; the pattern is then left relative.
 bool choose_trace_path(trace_path& path, const char* value);
 

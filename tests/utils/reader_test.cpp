@@ -139,7 +139,7 @@ TEST_F(reading, an_access_that_ends_with_the_address_space_has_a_last_address) {
 }
 
 TEST_F(reading, what_is_no_trace_is_named) {
-  std::ofstream("empty");
+  std::ofstream("empty") << "";
   std::ofstream("text") << "some other file, longer than a magic number";
   std::ofstream("short") << "QUERNX";
   fs::create_directory("folder");
