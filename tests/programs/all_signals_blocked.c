@@ -5,6 +5,7 @@
 #include <spawn.h>
 #include <string.h>
 #include <sys/wait.h>
+#include <ucontext.h>
 #include <unistd.h>
 
 #include "program.h"
@@ -37,6 +38,16 @@ static void handler(int signal) {
   (void)signal;
   handler_worked = vectors_work();
   sigprocmask(SIG_BLOCK, NULL, &in_handler);
+}
+
+// Finds SIGSEGV blocked where it was interrupted, and has SIGBUS blocked there in its place.
+static void exchange(int signal, siginfo_t* info, void* context) {
+  (void)signal;
+  (void)info;
+  sigset_t* const mask = &((ucontext_t*)context)->uc_sigmask;
+  in_handler = *mask;
+  sigdelset(mask, SIGSEGV);
+  sigaddset(mask, SIGBUS);
 }
 
 static void* thread(void* argument) {
@@ -128,5 +139,16 @@ int main(int count, char** arguments) {
   handler_worked = false;
   raise(SIGSEGV);
   check("vectors in a SIGSEGV handler", handler_worked && is_full(&in_handler));
+
+  action.sa_sigaction = exchange;
+  action.sa_flags = SA_SIGINFO;
+  sigaction(SIGUSR1, &action, NULL);
+  sigemptyset(&one);
+  sigaddset(&one, SIGSEGV);
+  sigprocmask(SIG_SETMASK, &one, NULL);
+  raise(SIGUSR1);
+  sigprocmask(SIG_SETMASK, &none, &old);
+  check("mask shown in the frame", sigismember(&in_handler, SIGSEGV) && !sigismember(&in_handler, SIGBUS));
+  check("mask taken from the frame", is_only(&old, SIGBUS));
   return finish("all_signals_blocked");
 }

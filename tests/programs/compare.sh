@@ -18,12 +18,15 @@ case $name in
   *) wanted=0 ;;
 esac
 
-# The commands in the two variables are lists of words.
+# A program that hangs may heed no signal but SIGKILL.
+limit="timeout -k 1 ${QUERN_LIMIT:-120}"
+
+# The commands in the variables are lists of words.
 # shellcheck disable=SC2086
 if [ -n "$QUERN_EMULATOR" ]; then
-  $QUERN_EMULATOR -E LD_PRELOAD="$QUERN_HOST" "$program" >emulated.out 2>emulated.err
+  $limit $QUERN_EMULATOR -E LD_PRELOAD="$QUERN_HOST" "$program" >emulated.out 2>emulated.err
 else
-  LD_PRELOAD=$QUERN_HOST "$program" >emulated.out 2>emulated.err
+  $limit env LD_PRELOAD="$QUERN_HOST" "$program" >emulated.out 2>emulated.err
 fi
 status=$?
 cat emulated.out emulated.err
@@ -38,7 +41,7 @@ fi
 [ -n "$QUERN_REFERENCE" ] || exit 0
 
 # shellcheck disable=SC2086
-$QUERN_REFERENCE "$program" >reference.out 2>reference.err
+$limit $QUERN_REFERENCE "$program" >reference.out 2>reference.err
 reference_status=$?
 if [ "$reference_status" != "$status" ]; then
   echo "$name ended with status $reference_status on a processor with SVE, with $status under the embedded host."

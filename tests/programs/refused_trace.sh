@@ -18,4 +18,5 @@ status=$?
 cat "$folder/err"
 [ "$status" = 125 ] || { echo "status $status; 125 is wanted" && exit 1; }
 [ ! -s "$folder/out" ] || { echo "the program ran" && exit 1; }
-grep -q '^quern: .*QUERN_TRACE' "$folder/err" || { echo "no word of QUERN_TRACE" && exit 1; }
+[ "$(grep -c '^quern: .*QUERN_TRACE' "$folder/err")" = 1 ] || { echo "one line about QUERN_TRACE is wanted" && exit 1; }
+[ "$(wc -l <"$folder/err")" = 1 ] || { echo "more than one line" && exit 1; }

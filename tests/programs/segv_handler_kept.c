@@ -58,6 +58,13 @@ static void* page_behind_file(void) {
   return mmap(NULL, (size_t)sysconf(_SC_PAGESIZE), PROT_READ, MAP_SHARED, file, 0);
 }
 
+// A fault whose signal frame does not lie where the last one lay.
+static SCALAR void fault_far_down(void) {
+  volatile char room[20000];
+  room[0] = 1;
+  *(volatile int*)0 = room[0];
+}
+
 int main(void) {
   const size_t page_size = (size_t)sysconf(_SC_PAGESIZE);
   page = mmap(NULL, page_size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -83,10 +90,13 @@ int main(void) {
 
   handle_faults(leave);
   if (sigsetjmp(back, 1) == 0) loaded_sum(page);
-  check("left load", faults == 4 && fault_pc == loaded_sum_load);
+  if (sigsetjmp(back, 1) == 0) fault_far_down();
+  check("null pointer after it", faults == 5 && fault_pc != loaded_sum_load && fault_address == NULL);
+  if (sigsetjmp(back, 1) == 0) loaded_sum(page);
+  check("left load", faults == 6 && fault_pc == loaded_sum_load);
   uint8_t* const behind = page_behind_file();
   if (sigsetjmp(back, 1) == 0) loaded_sum(behind);
-  check("bus error", faults == 5 && fault_signal == SIGBUS && fault_address == behind);
+  check("bus error", faults == 7 && fault_signal == SIGBUS && fault_address == behind);
   check("vectors at the end", vectors_work());
   return finish("segv_handler_kept");
 }

@@ -30,7 +30,9 @@ handler_level* handler_level::innermost() { return current.load(std::memory_orde
 void handler_level::keep_vectors() {
   if (saved_) return;
   saved_ = save_vectors(state_);
-  if (!saved_) kernel::fail("quern: too many signal handlers run SVE instructions at once\n");
+  if (saved_) return;
+  kernel::print_error("quern: too many signal handlers run SVE instructions at once\n");
+  kernel::leave_by_own_failure();
 }
 
 void handler_level::jump_out_to(handler_level* target) {

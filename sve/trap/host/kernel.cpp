@@ -69,8 +69,7 @@ void queue_to_self(int signal, const siginfo_t& info) {
 
 void print_error(const char* line) { call(SYS_write, STDERR_FILENO, argument(line), long(std::strlen(line))); }
 
-void fail(const char* line) {
-  print_error(line);
+void leave_by_own_failure() {
   for (;;) call(SYS_exit_group, own_failure_status);
 }
 

@@ -27,7 +27,7 @@ void queue_to_self(int signal, const siginfo_t& info);
 // Writes one line of text, which ends in a newline, to standard error.
 void print_error(const char* line);
 
-// Prints a line and ends the process at once with the status that tells of a failure of quern itself.
-[[noreturn]] void fail(const char* line);
+// Ends the process at once with 125, the status that tells of a failure of quern itself.
+[[noreturn]] void leave_by_own_failure();
 
 }  // namespace quern::kernel

@@ -34,11 +34,8 @@ __attribute__((constructor(101))) void start() {
   own_trap_signals();
   adopt_kernel_mask();
   pthread_atfork(nullptr, nullptr, forget_waiting);
-  if (!sve_init(0, program_invocation_short_name)) {
-    kernel::fail(
-        "quern: tracing can't be set up, so the program is not started: let QUERN_TRACE name a file that can be "
-        "written, or unset it\n");
-  }
+  // It has said on standard error why not.
+  if (!sve_init(0, program_invocation_short_name)) kernel::leave_by_own_failure();
 }
 
 __attribute__((destructor)) void stop() { sve_exit(); }
