@@ -34,13 +34,6 @@ TURN(turn_u32_scalar, SCALAR, uint32_t)
 
 static uint64_t a[LARGEST_TEST_SIZE], out[LARGEST_TEST_SIZE], judged[LARGEST_TEST_SIZE];
 
-static bool same(void) {
-  for (size_t i = 0; i < LARGEST_TEST_SIZE; ++i) {
-    if (out[i] != judged[i]) return false;
-  }
-  return true;
-}
-
 int main(void) {
   fill_random(a, sizeof a);
   for (size_t i = 0; i < TEST_SIZES; ++i) {
@@ -48,7 +41,7 @@ int main(void) {
 #define TRY(name, element)                         \
   name((element*)out, (element*)a, n);             \
   name##_scalar((element*)judged, (element*)a, n); \
-  check_case(#name, n, same());
+  check_case(#name, n, same_bytes(out, judged, sizeof out));
     TRY(swap_2, uint8_t)
     TRY(swap_4, uint8_t)
     TRY(turn_u8, uint8_t)

@@ -34,13 +34,6 @@ enum { BYTES = LARGEST_TEST_SIZE * 8 };
 static int64_t a[LARGEST_TEST_SIZE], b[LARGEST_TEST_SIZE], c[LARGEST_TEST_SIZE];
 static int64_t out[LARGEST_TEST_SIZE], judged[LARGEST_TEST_SIZE];
 
-static bool same(void) {
-  for (size_t i = 0; i < LARGEST_TEST_SIZE; ++i) {
-    if (out[i] != judged[i]) return false;
-  }
-  return true;
-}
-
 int main(void) {
   fill_random(a, BYTES);
   fill_random(b, BYTES);
@@ -49,16 +42,16 @@ int main(void) {
     const size_t n = test_sizes[i];
     clamped_sum((void*)out, (void*)a, (void*)b, n);
     clamped_sum_scalar((void*)judged, (void*)a, (void*)b, n);
-    check_case("clamped_sum", n, same());
+    check_case("clamped_sum", n, same_bytes(out, judged, sizeof out));
     choose_u8((void*)out, (void*)a, (void*)b, (void*)c, n);
     choose_u8_scalar((void*)judged, (void*)a, (void*)b, (void*)c, n);
-    check_case("choose_u8", n, same());
+    check_case("choose_u8", n, same_bytes(out, judged, sizeof out));
     choose_s64(out, a, b, c, n);
     choose_s64_scalar(judged, a, b, c, n);
-    check_case("choose_s64", n, same());
+    check_case("choose_s64", n, same_bytes(out, judged, sizeof out));
     store_where((void*)out, (void*)c, n);
     store_where_scalar((void*)judged, (void*)c, n);
-    check_case("store_where", n, same());
+    check_case("store_where", n, same_bytes(out, judged, sizeof out));
   }
   print_digest("results", out, sizeof out);
   return finish("clamp_select");

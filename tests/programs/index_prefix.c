@@ -16,13 +16,6 @@ RAMP(ramp_u64_scalar, SCALAR, uint64_t)
 
 static uint64_t a[LARGEST_TEST_SIZE], out[LARGEST_TEST_SIZE], judged[LARGEST_TEST_SIZE];
 
-static bool same(void) {
-  for (size_t i = 0; i < LARGEST_TEST_SIZE; ++i) {
-    if (out[i] != judged[i]) return false;
-  }
-  return true;
-}
-
 int main(void) {
   fill_random(a, sizeof a);
   for (size_t i = 0; i < TEST_SIZES; ++i) {
@@ -30,7 +23,7 @@ int main(void) {
 #define TRY(name, element)                                                   \
   name((element*)out, (element*)a, (element)17, (element)-5, n);             \
   name##_scalar((element*)judged, (element*)a, (element)17, (element)-5, n); \
-  check_case(#name, n, same());
+  check_case(#name, n, same_bytes(out, judged, sizeof out));
     TRY(ramp_u8, uint8_t)
     TRY(ramp_u16, uint16_t)
     TRY(ramp_u32, uint32_t)

@@ -22,13 +22,6 @@ WIDEN(widen_s32_s64_scalar, SCALAR, int32_t, int64_t)
 static uint64_t a[LARGEST_TEST_SIZE + 1], b[LARGEST_TEST_SIZE + 1];
 static uint64_t out[LARGEST_TEST_SIZE + 1], judged[LARGEST_TEST_SIZE + 1];
 
-static bool same(void) {
-  for (size_t i = 0; i < LARGEST_TEST_SIZE; ++i) {
-    if (out[i] != judged[i]) return false;
-  }
-  return true;
-}
-
 int main(void) {
   fill_random(a, sizeof a);
   fill_random(b, sizeof b);
@@ -37,11 +30,11 @@ int main(void) {
     const size_t skew = i % 8;
     copy_u8((uint8_t*)out + skew, (uint8_t*)a + (i * 5) % 8, n);
     copy_u8_scalar((uint8_t*)judged + skew, (uint8_t*)a + (i * 5) % 8, n);
-    check_case("copy_u8", n, same());
+    check_case("copy_u8", n, same_bytes(out, judged, sizeof out));
 #define TRY(name, to, first, second)                    \
   name((to*)out, (first*)a, (second*)b, n);             \
   name##_scalar((to*)judged, (first*)a, (second*)b, n); \
-  check_case(#name, n, same());
+  check_case(#name, n, same_bytes(out, judged, sizeof out));
     TRY(widen_u8_u64, uint64_t, uint8_t, uint64_t)
     TRY(widen_s16_s32, int32_t, int16_t, int32_t)
     TRY(widen_s32_s64, int64_t, int32_t, int64_t)

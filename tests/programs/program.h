@@ -38,6 +38,13 @@ static inline int finish(const char* program) {
   return failed_checks != 0;
 }
 
+__attribute__((unused)) static SCALAR bool same_bytes(const void* a, const void* b, size_t count) {
+  for (size_t i = 0; i < count; ++i) {
+    if (((const uint8_t*)a)[i] != ((const uint8_t*)b)[i]) return false;
+  }
+  return true;
+}
+
 // The same numbers on every run (an xorshift generator).
 static inline uint32_t next_random(void) {
   static uint32_t state = 0x9E3779B9;

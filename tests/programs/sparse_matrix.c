@@ -28,13 +28,6 @@ static uint32_t starts[ROWS + 1], columns[FILLED], values[FILLED], vector[COLUMN
 static uint64_t out[COLUMNS], judged[COLUMNS], wide[COLUMNS], places[COLUMNS];
 static int32_t narrow_places[COLUMNS];
 
-static bool same(void) {
-  for (size_t i = 0; i < COLUMNS; ++i) {
-    if (out[i] != judged[i]) return false;
-  }
-  return true;
-}
-
 int main(void) {
   fill_random(values, sizeof values);
   fill_random(vector, sizeof vector);
@@ -46,14 +39,14 @@ int main(void) {
   for (size_t row = 0; row < ROWS; ++row) starts[row + 1] = starts[row] + (uint32_t)(row % 3 ? row * 4 : 0);
   multiply(out, starts, columns, values, vector);
   multiply_scalar(judged, starts, columns, values, vector);
-  check("multiply", same());
+  check("multiply", same_bytes(out, judged, sizeof out));
   print_digest("product", out, ROWS * sizeof *out);
   pick_u64(out, wide, places, COLUMNS - 3);
   pick_u64_scalar(judged, wide, places, COLUMNS - 3);
-  check("pick_u64", same());
+  check("pick_u64", same_bytes(out, judged, sizeof out));
   pick_s32((int32_t*)out, (int32_t*)wide + COLUMNS, narrow_places, COLUMNS - 3);
   pick_s32_scalar((int32_t*)judged, (int32_t*)wide + COLUMNS, narrow_places, COLUMNS - 3);
-  check("pick_s32 (negative places too)", same());
+  check("pick_s32 (negative places too)", same_bytes(out, judged, sizeof out));
   print_digest("picked", out, sizeof out);
   return finish("sparse_matrix");
 }

@@ -52,13 +52,6 @@ enum { N = LARGEST_TEST_SIZE };
 static uint32_t in[4 * N];
 static uint32_t out[4 * N], judged[4 * N];
 
-static bool same(void) {
-  for (size_t i = 0; i < 4 * N; ++i) {
-    if (out[i] != judged[i]) return false;
-  }
-  return true;
-}
-
 int main(void) {
   fill_random(in, sizeof in);
   for (size_t i = 0; i < TEST_SIZES; ++i) {
@@ -66,16 +59,16 @@ int main(void) {
     uint8_t *bytes = (void*)out, *judged_bytes = (void*)judged;
     split_2_u8(bytes, bytes + N, (void*)in, n);
     split_2_u8_scalar(judged_bytes, judged_bytes + N, (void*)in, n);
-    check_case("split_2_u8", n, same());
+    check_case("split_2_u8", n, same_bytes(out, judged, sizeof out));
     split_3_u32(out, out + N, out + 2 * N, in, n);
     split_3_u32_scalar(judged, judged + N, judged + 2 * N, in, n);
-    check_case("split_3_u32", n, same());
+    check_case("split_3_u32", n, same_bytes(out, judged, sizeof out));
     join_3_u32(out, in, in + N, in + 2 * N, n);
     join_3_u32_scalar(judged, in, in + N, in + 2 * N, n);
-    check_case("join_3_u32", n, same());
+    check_case("join_3_u32", n, same_bytes(out, judged, sizeof out));
     turn_4_u16((void*)out, (void*)in, n);
     turn_4_u16_scalar((void*)judged, (void*)in, n);
-    check_case("turn_4_u16", n, same());
+    check_case("turn_4_u16", n, same_bytes(out, judged, sizeof out));
   }
   print_digest("results", out, sizeof out);
   return finish("structure_of_arrays");

@@ -31,13 +31,6 @@ static uint64_t vector_bytes(void) {
 enum { LONGEST = 256 };
 static uint8_t matrix[2 * LONGEST], shuffled[2 * LONGEST], judged[2 * LONGEST];
 
-static bool same(const uint8_t* a, const uint8_t* b) {
-  for (size_t i = 0; i < 2 * vector_bytes(); ++i) {
-    if (a[i] != b[i]) return false;
-  }
-  return true;
-}
-
 // judged = matrix, of `rows` rows of elements of `size` bytes, transposed.
 static void transpose_scalar(size_t rows, size_t size) {
   const size_t columns = 2 * vector_bytes() / size / rows;
@@ -56,10 +49,10 @@ static void try_size(const char* name, size_t size, void (*zip)(void*, const voi
   for (size_t rows = 2; rows <= 8; rows *= 2) {
     zip(shuffled, shuffled);
     transpose_scalar(rows, size);
-    check(name, same(shuffled, judged));
+    check(name, same_bytes(shuffled, judged, 2 * vector_bytes()));
   }
   for (int i = 0; i < 3; ++i) uzp(shuffled, shuffled);
-  check("and back", same(shuffled, matrix));
+  check("and back", same_bytes(shuffled, matrix, 2 * vector_bytes()));
 }
 
 int main(void) {
@@ -70,7 +63,7 @@ int main(void) {
   try_size("doublewords", 8, zip_d, uzp_d);
   trn_h(shuffled, matrix);
   trn_h(shuffled, shuffled);
-  check("exchanged twice", same(shuffled, matrix));
+  check("exchanged twice", same_bytes(shuffled, matrix, 2 * vector_bytes()));
   print_digest("matrix", judged, 2 * vector_bytes());
   return finish("transpose");
 }
