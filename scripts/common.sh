@@ -22,7 +22,7 @@ build() {
   local preset=$1 log=build/$1.log
   shift
   mkdir -p build
-  if ! { cmake --preset "$preset" && cmake --build "build/$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
+  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
     tail -40 "$log" >&2
     die "the build of preset '$preset' failed; the whole log is $log"
   fi
