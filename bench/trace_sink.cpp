@@ -1,4 +1,4 @@
-// Takes the part of libquern_utils: keeps the last record alone.
+// Stands in for libquern_utils: keeps the last record alone.
 #include "sve/memory/trace.h"
 
 namespace {

@@ -35,7 +35,7 @@ using handler_zpi_float = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, aar
 using handler_rii = aarch64_decode_rc(cpu_state* state, aarch64_i_reg, unsigned int pattern, unsigned int multiplier);
 using handler_zii = aarch64_decode_rc(cpu_state* state, aarch64_z_reg, unsigned int pattern, unsigned int multiplier);
 
-// Of loads and stores: the transferred register, the governing predicate, then the parts of the address. In a base
+// Of loads and stores: the transferred register, the governing predicate, then what makes up the address. In a base
 // register number 31 is SP, in an index register 0. Addresses wrap at 64 bits, and no alignment is asked for. A bad
 // address in an active lane is a fault of the host in mid-handler: the lanes before it are done, the lanes after it are
 // not, and nothing is traced.

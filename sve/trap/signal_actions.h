@@ -5,7 +5,7 @@
 
 namespace quern {
 
-// What is done on a signal: the parts of a struct sigaction that have meaning on AArch64.
+// What is done on a signal: what of a struct sigaction has meaning on AArch64.
 struct signal_action {
   void* handler;  // SIG_DFL, SIG_IGN, or a function, as an address
   int flags;
@@ -25,7 +25,7 @@ signal_action kernel_action(int signal, const signal_action& wanted, void* dispa
 // The action that the application asked for last, as sigaction tells it.
 signal_action application_action(int signal);
 
-// Notes what the application asks for. One thread at a time; readers may see the parts of two actions mixed for a
+// Notes what the application asks for. One thread at a time; readers may see two actions mixed for a
 // moment, as a signal that arrives just then might see either.
 void set_application_action(int signal, const signal_action& action);
 
