@@ -1,4 +1,5 @@
-// What rewritten blocks do when they run: on a model of the processor, with the client's own call-out.
+// What rewritten blocks do when they run, with the client's own call-out: on a model of the processor, and on the
+// processor itself where it is an AArch64.
 #include <gtest/gtest.h>
 
 #include "client_test.h"
@@ -11,23 +12,47 @@ namespace {
 
 using testing::ElementsAre;
 
-struct execution : client_test {
-  cpu_state& state = start_thread();
-  machine before = numbered_machine();
-  machine after = before;
+struct processor {
+  const char* name;
+  run_block* run;
+};
 
-  ~execution() override { framework.thread_exit(framework.drcontext()); }
+void PrintTo(const processor& p, std::ostream* out) { *out << p.name; }
+
+constexpr processor processors[]{
+    {"model", run_on_model},
+#ifdef __aarch64__
+    {"itself", run_on_processor},
+#endif
+};
+
+struct emulated_thread : client_test {
+  cpu_state& state = start_thread();
+
+  ~emulated_thread() override { framework.thread_exit(framework.drcontext()); }
+};
+
+struct execution : emulated_thread, testing::WithParamInterface<processor> {
+  machine before = numbered_machine();
+  machine after;
+
+  void run_block(const native_effect& native = {}) {
+    rewrite();
+    after = before;
+    GetParam().run(after, block, native);
+  }
 
   // The machine after a block of these words.
   void run(std::initializer_list<std::uint32_t> words) {
     for (const std::uint32_t word : words) append(word);
-    rewrite();
-    after.run(block);
+    run_block();
   }
 };
 
+INSTANTIATE_TEST_SUITE_P(processors, execution, testing::ValuesIn(processors), testing::PrintToStringParamName());
+
 // An add of Z0 alone: nothing but Z0 changes, and in the registers not even that above bit 127.
-TEST_F(execution, an_instruction_changes_its_destination_only) {
+TEST_P(execution, an_instruction_changes_its_destination_only) {
   std::memset(state.z, 0, sizeof state.z);
   state.z[0][VL_BYTES - 1] = 0x90;
   run({word_add_b});
@@ -39,7 +64,7 @@ TEST_F(execution, an_instruction_changes_its_destination_only) {
   }
 }
 
-TEST_F(execution, the_register_file_holds_the_whole_machine_during_the_call) {
+TEST_P(execution, the_register_file_holds_the_whole_machine_during_the_call) {
   run({word_add_b});
   for (std::size_t n = 0; n < 31; ++n) EXPECT_EQ(state.x[n], n == 28 ? before.stolen_x28 : before.x[n]) << n;
   EXPECT_EQ(state.sp, before.sp);
@@ -49,7 +74,7 @@ TEST_F(execution, the_register_file_holds_the_whole_machine_during_the_call) {
   for (std::size_t n = 1; n < 32; ++n) EXPECT_EQ(std::memcmp(state.z[n], before.q[n].data(), 16), 0) << n;
 }
 
-TEST_F(execution, sources_are_read_before_the_destination_changes) {
+TEST_P(execution, sources_are_read_before_the_destination_changes) {
   run({word_add_d});
   std::uint64_t lane;
   std::memcpy(&lane, before.q[0].data(), 8);
@@ -57,19 +82,19 @@ TEST_F(execution, sources_are_read_before_the_destination_changes) {
   EXPECT_EQ(std::memcmp(&lane, after.q[0].data(), 8), 0);
 }
 
-TEST_F(execution, writes_of_x26_x27_and_x28_reach_the_application) {
+TEST_P(execution, writes_of_x26_x27_and_x28_reach_the_application) {
   run({word_rdvl_x26, word_rdvl_x27, word_rdvl_x28});
   machine expected = before;
   expected.x[26] = expected.x[27] = expected.stolen_x28 = VL_BYTES;
   EXPECT_EQ(after, expected);
 }
 
-TEST_F(execution, x28_is_the_applications_not_the_stolen_register) {
+TEST_P(execution, x28_is_the_applications_not_the_stolen_register) {
   run({word_addvl_x0_x28});
   EXPECT_EQ(after.x[0], before.stolen_x28 + VL_BYTES);
 }
 
-TEST_F(execution, a_write_of_sp_moves_the_real_one) {
+TEST_P(execution, a_write_of_sp_moves_the_real_one) {
   run({word_addvl_sp});
   machine expected = before;
   expected.sp -= VL_BYTES;
@@ -77,16 +102,19 @@ TEST_F(execution, a_write_of_sp_moves_the_real_one) {
 }
 
 // The upper bytes are not zeroed, as the processor's would be.
-TEST_F(execution, a_native_write_of_a_vector_register_keeps_the_bytes_above_it) {
+TEST_P(execution, a_native_write_of_a_vector_register_keeps_the_bytes_above_it) {
   std::memset(state.z[3], 0x55, VL_BYTES);
-  append(word_nop);
+  append(0x4F03E6E3);  // movi v3.16b, #0x77
   append(word_add_b);
-  rewrite();
-  after.run(block, [](machine& m) { m.q[3].fill(0x77); });
+  run_block([](machine& m) { m.q[3].fill(0x77); });
   for (std::size_t i = 0; i < VL_BYTES; ++i) EXPECT_EQ(state.z[3][i], i < 16 ? 0x77 : 0x55) << i;
 }
 
-TEST_F(execution, a_write_of_fpcr_reaches_both_the_machine_and_the_register_file) {
+// Each with another rounding mode than the machine begins with, and one with all flushing off.
+TEST_P(execution, a_write_of_fpcr_reaches_both_the_machine_and_the_register_file) {
+  before.x[3] = 0x00C00000;
+  before.x[21] = 0x01800000;
+  before.x[22] = 0x03000000;
   const struct {
     reg_id_t source;
     std::uint64_t value;
@@ -94,9 +122,7 @@ TEST_F(execution, a_write_of_fpcr_reaches_both_the_machine_and_the_register_file
   for (const auto& [source, value] : cases) {
     framework.clear(block);
     append_msr(DR_REG_FPCR, source);
-    rewrite();
-    after = before;
-    after.run(block);
+    run_block();
     machine expected = before;
     expected.fpcr = value;
     EXPECT_EQ(after, expected);
@@ -104,7 +130,32 @@ TEST_F(execution, a_write_of_fpcr_reaches_both_the_machine_and_the_register_file
   }
 }
 
-struct emulation : execution {
+// Each register is written by the handler, so that none can keep its value by chance.
+TEST_P(execution, every_register_that_the_handler_writes_reaches_the_application) {
+  append(word_add_b);
+  rewrite();
+  instr_t* call = block.first;
+  while (call->kind != instr_t::clean_call) call = call->next;
+  call->srcs.at(2).value = reinterpret_cast<std::int64_t>(+[](cpu_state* s, unsigned int) {
+    for (std::uint64_t n = 0; n < 31; ++n) s->x[n] = 0x5A5A000000000000 + n;
+    s->sp += 4096;
+    s->nzcv = 0x50000000;
+    s->fpsr = 0x13;
+    for (std::size_t n = 0; n < 32; ++n) std::memset(s->z[n], static_cast<int>(0x80 + n), VL_BYTES);
+    return DECODE_OK;
+  });
+  after = before;
+  GetParam().run(after, block, {});
+  machine expected = before;
+  for (std::size_t n = 0; n < 31; ++n) (n == 28 ? expected.stolen_x28 : expected.x[n]) = 0x5A5A000000000000 + n;
+  expected.sp += 4096;
+  expected.nzcv = 0x50000000;
+  expected.fpsr = 0x13;
+  for (std::size_t n = 0; n < 32; ++n) expected.q[n].fill(static_cast<unsigned char>(0x80 + n));
+  EXPECT_EQ(after, expected);
+}
+
+struct emulation : emulated_thread {
   unsigned char* pc = application_word(word_add_b);
 
   // Standard error's text of one call with this handler, whose word differs from the one in the application's code.

@@ -1,4 +1,4 @@
-// A model of the processor that runs a rewritten block of the framework's double.
+// The model of the processor, and what both processors share.
 #include "machine.h"
 
 #include <cstring>
@@ -43,9 +43,7 @@ void load(machine& m, const opnd_t& reg, const unsigned char* from) {
 }
 
 void call_out(machine& m, const instr_t& call) {
-  const auto callee = reinterpret_cast<decltype(&emulate_instruction)>(call.callee);
-  callee(static_cast<unsigned int>(call.srcs.at(0).value), reinterpret_cast<unsigned char*>(call.srcs.at(1).value),
-         reinterpret_cast<sve_handler>(call.srcs.at(2).value));
+  call_callee(call);
   const std::uint64_t x28 = m.x[28], sp = m.sp, fpcr = m.fpcr, application_x28 = m.stolen_x28;
   std::memset(static_cast<void*>(&m), 0xEE, sizeof m);
   m.x[28] = x28;
@@ -93,14 +91,20 @@ void run_move(machine& m, const instr_t& instr) {
 
 }  // namespace
 
-void machine::run(const instrlist_t& block, const std::function<void(machine&)>& native) {
+void call_callee(const instr_t& call) {
+  const auto callee = reinterpret_cast<decltype(&emulate_instruction)>(call.callee);
+  callee(static_cast<unsigned int>(call.srcs.at(0).value), reinterpret_cast<unsigned char*>(call.srcs.at(1).value),
+         reinterpret_cast<sve_handler>(call.srcs.at(2).value));
+}
+
+void run_on_model(machine& m, const instrlist_t& block, const native_effect& native) {
   for (const instr_t* instr = block.first; instr != nullptr; instr = instr->next) {
     if (instr->kind != instr_t::not_meta)
-      run_framework_code(*this, *instr);
+      run_framework_code(m, *instr);
     else if (instr->opcode == OP_xx)
-      native(*this);
+      native(m);
     else
-      run_move(*this, *instr);
+      run_move(m, *instr);
   }
 }
 

@@ -1,6 +1,7 @@
-// A model of the processor that runs a rewritten block of the framework's double: the moves as the architecture defines
-// them, the framework's own code as the framework promises it, the call-out as a real call. Between the instructions
-// nothing else holds a register, so that a move forgotten or out of order shows in the result.
+// Processors that run a rewritten block of the framework's double: a model, which any machine has, and, on AArch64, the
+// machine itself. The moves are the architecture's, the framework's own code does what the framework promises, the
+// call-out is a real call. Between the instructions nothing else holds a register, so that a move forgotten or out of
+// order shows in the result.
 #pragma once
 
 #include <array>
@@ -21,13 +22,21 @@ struct machine {
   std::array<std::array<unsigned char, 16>, 32> q;
 
   bool operator==(const machine&) const = default;
-
-  // Runs the block. A native instruction does what `native` does. A call-out destroys every register but X28 and SP:
-  // the code after it may assume nothing.
-  void run(const instrlist_t& block, const std::function<void(machine&)>& native = {});
 };
 
 // A machine with a different value in each register.
 machine numbered_machine();
+
+// What a native instruction does, for the model: the machine runs its word.
+using native_effect = std::function<void(machine&)>;
+
+// Runs the block. A call-out destroys every register but X28, SP and FPCR: the code after it may assume nothing.
+using run_block = void(machine&, const instrlist_t& block, const native_effect& native);
+
+run_block run_on_model;
+run_block run_on_processor;  // AArch64 builds only
+
+// The call of a call-out, with its arguments; what it does to the registers is the caller's.
+void call_callee(const instr_t& call);
 
 }  // namespace quern

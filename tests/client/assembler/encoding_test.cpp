@@ -1,0 +1,37 @@
+// The encodings that the framework's double has for the client's instructions, against the disassembler.
+#include <regex>
+
+#include "../../decoder/assembler/toolchain.h"
+#include "client_test.h"
+
+namespace quern {
+namespace {
+
+// An instruction's text as the disassembler spells it: no offset of 0, an addition's amount without its shift.
+std::string spelt(const instr_t& instr) {
+  static const std::regex no_offset{", #0\\]"}, no_shift{"#0, lsl, #0"};
+  return std::regex_replace(std::regex_replace(text(instr), no_offset, "]"), no_shift, "#0x0");
+}
+
+using encoding_test = client_test;
+
+// Every instruction of a bracket, and of the prefixes of a write of FPCR from every register that has one of its own.
+TEST_F(encoding_test, the_disassembler_reads_what_was_meant) {
+  start();
+  append(word_add_b);
+  for (const reg_id_t source : {DR_REG_X0, DR_REG_X21, DR_REG_X22, DR_REG_X30, DR_REG_XZR})
+    append_msr(DR_REG_FPCR, source);
+  rewrite();
+  std::vector<std::uint32_t> words;
+  std::vector<std::string> expected;
+  for (const instr_t* instr = block.first; instr != nullptr; instr = instr->next) {
+    if (instr->kind != instr_t::not_meta) continue;
+    words.push_back(encoding(*instr));
+    expected.push_back(spelt(*instr));
+  }
+  EXPECT_EQ(words.size(), 104u + 5 * 2);
+  EXPECT_EQ(test::disassemble(words), expected);
+}
+
+}  // namespace
+}  // namespace quern
