@@ -20,6 +20,9 @@ inline constexpr int status_usage = 2;
 // Exit status of `run` when quern itself is what fails; any other is the program's, or a shell's for a missing program.
 inline constexpr int status_cannot_run = 125;
 
+// As shells have them, for the program to run.
+inline constexpr int status_not_executable = 126, status_not_found = 127;
+
 void add_run_command(CLI::App& app, int& status);
 void add_trace_command(CLI::App& app, int& status);
 void add_decode_command(CLI::App& app, int& status);

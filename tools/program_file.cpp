@@ -17,8 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int status_not_found = 127, status_not_executable = 126;  // as shells have it
-
 enum class found { nothing, not_executable, program };
 
 found look_at(const fs::path& path) {
@@ -89,8 +87,6 @@ std::string objection(const elf_file& file) {
                        machine_name(file.header.e_machine));
   if (!file.is_aarch64()) return "is a 32-bit program: build it for 64-bit AArch64";
   if (file.header.e_type != ET_EXEC && file.header.e_type != ET_DYN) return "is not a program, but an object file";
-  if (!file.has_interpreter)
-    return "is statically linked, so that the emulator can't be loaded into it: link it without -static";
   return {};
 }
 
@@ -117,12 +113,14 @@ fs::path find_program(const std::string& name) {
                    status_not_executable};
 }
 
-void check_program(const fs::path& program) {
+linkage check_program(const fs::path& program) {
   if (access(program.c_str(), R_OK) != 0)
     throw user_error{fmt::format("{} can't be read: {}", program.string(), std::strerror(errno)),
                      status_not_executable};
-  const std::string why = objection(elf_file(program));
+  const elf_file file(program);
+  const std::string why = objection(file);
   if (!why.empty()) throw user_error{fmt::format("{} {}", program.string(), why), status_not_executable};
+  return file.has_interpreter ? linkage::dynamically : linkage::statically;
 }
 
 bool is_aarch64_library(const fs::path& file) { return elf_file(file).is_aarch64(); }

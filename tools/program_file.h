@@ -14,8 +14,11 @@ std::filesystem::path find_program(const std::string& name);
 // The same without complaint, for commands that may be missing.
 std::optional<std::filesystem::path> find_in_path(const std::string& name);
 
-// Throws user_error (status 126) unless the file is an AArch64 program into which a library can be preloaded.
-void check_program(const std::filesystem::path& program);
+// A library can be preloaded into a dynamically linked program, and into no other.
+enum class linkage { statically, dynamically };
+
+// Throws user_error (status 126) unless the file is an AArch64 program.
+linkage check_program(const std::filesystem::path& program);
 
 bool is_aarch64_library(const std::filesystem::path& file);
 

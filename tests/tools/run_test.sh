@@ -5,7 +5,7 @@
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder"
-unset QUERN_TRACE QUERN_LIB_DIR LD_PRELOAD
+unset QUERN_TRACE QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
 if [ "$(uname -m)" = aarch64 ]; then compiler=gcc; else compiler=aarch64-linux-gnu-gcc; fi
 bits=$("${quern[@]}" --version | sed 's/.*(\([0-9]*\)-bit.*/\1/')
 host=libquern_trap_$bits.so
@@ -31,7 +31,6 @@ __attribute__((constructor)) static void loaded(void) { (void)!write(2, TEXT "\n
 C
 mkdir lib bin
 $compiler program.c -o program
-$compiler -static program.c -o static
 $compiler -c program.c -o object
 $compiler -shared -fPIC '-DTEXT="host"' library.c -o "lib/$host"
 $compiler -shared -fPIC '-DTEXT="utils"' library.c -o lib/libquern_utils.so
@@ -85,8 +84,6 @@ expect 125 "quern: the trace can't be written to /absent/out: No such file or di
   run --trace /absent/out -- ./program
 
 # Programs that can't be run.
-expect 126 "quern: ./static is statically linked, so that the emulator can't be loaded into it: link it without -static" \
-  run -- ./static
 expect 126 "quern: ./script is a script: give its interpreter as the program, and the script as its argument" \
   run -- ./script
 expect 126 "quern: ./text is not a program (no ELF file)" run -- ./text

@@ -1,0 +1,28 @@
+// The hosts of `quern run`. Each runs a program to its end, and answers its exit status.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace quern {
+
+// Options of the command line, empty where they were not given.
+struct run_options {
+  std::string trace, lib_dir;
+  std::string framework;  // the folder of DynamoRIO's package
+};
+
+// The program's file, known to be an AArch64 program, and its arguments: the first is its name to itself.
+struct program_call {
+  std::filesystem::path file;
+  std::vector<std::string> arguments;
+};
+
+// Under the library that is preloaded into the program, which must be dynamically linked.
+int run_under_trap(const run_options& options, const program_call& program);
+
+// Under DynamoRIO with quern's client.
+int run_under_framework(const run_options& options, const program_call& program);
+
+}  // namespace quern
