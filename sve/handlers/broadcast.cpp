@@ -11,6 +11,7 @@ namespace {
 template <class T, class U>
 aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
   unsigned char* z = state->z[zt.num];
+  note_access(address, sizeof(T), MEM_LOAD);
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(state->p[pg.num], i)) {
       load_lane<T, U>(z, i, address);

@@ -45,6 +45,7 @@ aarch64_decode_rc load_non_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p_r
     if (!is_active<U>(state->p[pg.num], i)) {
       set_lane<U>(z, i, U{0});
     } else if (page.holds(element)) {
+      note_access(element, sizeof(T), MEM_LOAD);
       load_lane<T, U>(z, i, element);
     } else {
       set_lane<U>(state->ffr, i, U{0});

@@ -18,7 +18,8 @@ template <class T, class U, class Address>
 aarch64_decode_rc gather(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, Address address_of) {
   unsigned char* z = state->z[zt.num];
   const unsigned char* p = state->p[pg.num];
-  std::uint64_t addresses[lane_count<U>];  // of the active lanes
+  std::uint64_t* const addresses = lane_addresses;  // of the active lanes
+  note_addresses(sizeof(T), MEM_LOAD, p, sizeof(U));
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(p, i)) {
       addresses[i] = address_of(i);
@@ -34,7 +35,8 @@ aarch64_decode_rc gather(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, A
 template <class T, class U, class Address>
 aarch64_decode_rc scatter(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, Address address_of) {
   const unsigned char* p = state->p[pg.num];
-  std::uint64_t addresses[lane_count<U>];  // of the active lanes
+  std::uint64_t* const addresses = lane_addresses;  // of the active lanes
+  note_addresses(sizeof(T), MEM_STORE, p, sizeof(U));
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (!is_active<U>(p, i)) continue;
     addresses[i] = address_of(i);

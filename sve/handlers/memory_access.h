@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "sve/handlers/lanes.h"
+#include "sve/memory/current_access.h"
 #include "sve/memory/memtrace.h"
 #include "sve/state/cpu_state.h"
 
@@ -26,14 +27,14 @@ inline std::uint64_t scaled(std::int64_t imm, std::size_t bytes) { return static
 // to see: no access may move, or merge with another, across this point.
 inline void settle() { std::atomic_signal_fence(std::memory_order_seq_cst); }
 
-// Lane i of z from the element at `address`.
+// Lane i of z from the element at `address`, which the caller has noted.
 template <class T, class U>
 inline void load_lane(unsigned char* z, std::size_t i, std::uint64_t address) {
   set_lane<U>(z, i, static_cast<U>(lane<T>(reinterpret_cast<const unsigned char*>(address), 0)));
   settle();
 }
 
-// The element at `address` from the low bytes of lane i of z.
+// The element at `address`, which the caller has noted, from the low bytes of lane i of z.
 template <class T, class U>
 inline void store_lane(const unsigned char* z, std::size_t i, std::uint64_t address) {
   set_lane<T>(reinterpret_cast<unsigned char*>(address), 0, static_cast<T>(lane<U>(z, i)));
@@ -43,6 +44,7 @@ inline void store_lane(const unsigned char* z, std::size_t i, std::uint64_t addr
 // Lanes 0 to count - 1 of z from consecutive elements at `address`; an inactive lane becomes 0.
 template <class T, class U>
 inline void load_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t address, std::size_t count) {
+  note_lanes(address, sizeof(T), MEM_LOAD, pg, sizeof(U), count);
   for (std::size_t i = 0; i != count; ++i) {
     if (is_active<U>(pg, i)) {
       load_lane<T, U>(z, i, address + i * sizeof(T));
@@ -75,6 +77,7 @@ inline void copy_block(void* to, const void* from, std::size_t bytes) { std::mem
 // All lanes of z from the elements at `address`, as a block. Lane 0 goes first, so that a fault is lane 0's.
 template <class T, class U>
 inline void load_block(unsigned char* z, std::uint64_t address) {
+  note_access(address, sizeof(T), MEM_LOAD);
   load_lane<T, U>(z, 0, address);
   const void* from = reinterpret_cast<const void*>(address);
   if constexpr (sizeof(T) == sizeof(U)) {
@@ -89,6 +92,7 @@ inline void load_block(unsigned char* z, std::uint64_t address) {
 // The elements at `address` from all lanes of z, likewise.
 template <class T, class U>
 inline void store_block(const unsigned char* z, std::uint64_t address) {
+  note_access(address, sizeof(T), MEM_STORE);
   store_lane<T, U>(z, 0, address);
   void* to = reinterpret_cast<void*>(address);
   if constexpr (sizeof(T) == sizeof(U)) {
@@ -110,6 +114,7 @@ inline void load_contiguous(unsigned char* z, const unsigned char* pg, std::uint
 template <class T, class U>
 inline void store_contiguous(const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
   if (all_active<U>(pg) && in_one_page(address, lane_count<U> * sizeof(T))) return store_block<T, U>(z, address);
+  note_lanes(address, sizeof(T), MEM_STORE, pg, sizeof(U), lane_count<U>);
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(pg, i)) store_lane<T, U>(z, i, address + i * sizeof(T));
   }

@@ -31,6 +31,7 @@ aarch64_decode_rc sve_ldN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg
   const unsigned char* p = state->p[pg.num];
   std::uint64_t last_elements[lane_count<U>];
   std::uint64_t address = address_of<T>(state, base, offset);
+  note_lanes(address, N * sizeof(T), MEM_LOAD, p, sizeof(U), lane_count<U>);
   for (std::size_t i = 0; i != lane_count<U>; ++i, address += N * sizeof(T)) {
     last_elements[i] = address + (N - 1) * sizeof(T);
     for (unsigned k = 0; k != N; ++k) {
@@ -52,6 +53,7 @@ aarch64_decode_rc sve_stN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg
   const unsigned char* p = state->p[pg.num];
   std::uint64_t last_elements[lane_count<U>];
   std::uint64_t address = address_of<T>(state, base, offset);
+  note_lanes(address, N * sizeof(T), MEM_STORE, p, sizeof(U), lane_count<U>);
   for (std::size_t i = 0; i != lane_count<U>; ++i, address += N * sizeof(T)) {
     last_elements[i] = address + (N - 1) * sizeof(T);
     if (!is_active<U>(p, i)) continue;

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "sve/memory/current_access.h"
 #include "sve/memory/memory_host.h"
 
 std::uint32_t page_size;
@@ -58,6 +59,7 @@ T guarded_read(std::uint64_t address, bool* fault) {
     *fault = true;
     return 0;
   }
+  quern::note_access(address, sizeof(T), MEM_LOAD);
   T value;
   std::memcpy(&value, reinterpret_cast<const void*>(address), sizeof value);
   return value;
@@ -65,6 +67,7 @@ T guarded_read(std::uint64_t address, bool* fault) {
 
 template <class T>
 void write(T value, std::uint64_t address) {
+  quern::note_access(address, sizeof(T), MEM_STORE);
   std::memcpy(reinterpret_cast<void*>(address), &value, sizeof value);
 }
 
