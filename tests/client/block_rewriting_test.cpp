@@ -67,6 +67,16 @@ TEST_F(block_rewriting, an_empty_block_stays_empty) {
   EXPECT_EQ(block.first, nullptr);
 }
 
+TEST_F(block_rewriting, a_block_of_labels_stays) {
+  append(word_nop);
+  instr_t* const nop = block.first;
+  drmgr_insert_emulation_end(framework.drcontext(), &block, nop);
+  instrlist_remove(&block, nop);
+  instr_destroy(framework.drcontext(), nop);
+  EXPECT_EQ(rewrite(), DR_EMIT_DEFAULT);
+  EXPECT_THAT(text(block), ElementsAre("emulation_end"));
+}
+
 TEST_F(block_rewriting, other_instructions_stay) {
   append(word_nop);
   append(word_nop);

@@ -110,7 +110,7 @@ TEST_P(execution, a_native_write_of_a_vector_register_keeps_the_bytes_above_it) 
   for (std::size_t i = 0; i < VL_BYTES; ++i) EXPECT_EQ(state.z[3][i], i < 16 ? 0x77 : 0x55) << i;
 }
 
-// Each with another rounding mode than the machine begins with, and one with all flushing off.
+// Bits that every processor has: the others need not read back.
 TEST_P(execution, a_write_of_fpcr_reaches_both_the_machine_and_the_register_file) {
   before.x[3] = 0x00C00000;
   before.x[21] = 0x01800000;

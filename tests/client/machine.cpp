@@ -113,7 +113,7 @@ machine numbered_machine() {
   for (std::size_t n = 0; n < 31; ++n) m.x[n] = 0x1111000011110000 + n;
   m.stolen_x28 = 0x2828282828282828;
   m.sp = 0x7FFFFFF000;
-  m.nzcv = 0xA0000000;
+  m.nzcv = 0x60000000;  // and not what an uninitialised register file has
   m.fpsr = 0x0800001F;
   m.fpcr = 0x00400000;
   for (std::size_t n = 0; n < 32; ++n)

@@ -56,13 +56,14 @@ const std::vector<sample>& samples() {
 }
 
 std::string difference(const cpu_state& actual, const cpu_state& expected) {
-  // No field is followed by padding, up to the last one.
+  // The usual case, quickly. Padding may differ: the fields decide.
   if (std::memcmp(&actual, &expected, offsetof(cpu_state, instr_word) + sizeof actual.instr_word) == 0) return "";
   std::ostringstream out;
   const auto scalars = [](const cpu_state& s) {
-    return std::array<std::uint64_t, 5>{s.sp, s.nzcv, s.fpsr, s.fpcr, s.instr_word};
+    return std::array<std::uint64_t, 6>{s.sp,   s.nzcv,       s.fpsr,
+                                        s.fpcr, s.instr_word, reinterpret_cast<std::uint64_t>(s.pc)};
   };
-  compare(out, "sp nzcv fpsr fpcr instr_word ", 0, scalars(actual), scalars(expected));
+  compare(out, "sp nzcv fpsr fpcr instr_word pc ", 0, scalars(actual), scalars(expected));
   compare(out, "x", 0, actual.x, expected.x);
   for (std::size_t i = 0; i != 16; ++i) compare(out, "p", i, actual.p[i], expected.p[i]);
   for (std::size_t i = 0; i != 32; ++i) compare(out, "z", i, actual.z[i], expected.z[i]);

@@ -63,16 +63,17 @@ inline void define_flags(cpu_state& s, const flags_of& governing, const flags_of
            z * (std::uint64_t{1} << 30) + c * (std::uint64_t{1} << 29);
 }
 
-inline aarch64_z_reg z_reg(std::uint32_t num, std::uint32_t size) { return {num, size, z_none, z_none}; }
-inline aarch64_z_reg z_both(std::uint32_t num, std::uint32_t size) { return {num, z_none, size, size}; }
-inline aarch64_p_reg p_reg(std::uint32_t num, std::uint32_t size_or_qualifier) {
+// Operand records as thunks make them.
+constexpr aarch64_z_reg z_reg(std::uint32_t num, std::uint32_t size) { return {num, size, z_none, z_none}; }
+constexpr aarch64_z_reg z_both(std::uint32_t num, std::uint32_t size) { return {num, z_none, size, size}; }
+constexpr aarch64_p_reg p_reg(std::uint32_t num, std::uint32_t size_or_qualifier) {
   return {num, size_or_qualifier, p_none, p_none};
 }
-inline aarch64_p_reg p_both(std::uint32_t num, std::uint32_t size) { return {num, p_none, size, size}; }
-inline aarch64_i_reg x_reg(std::uint32_t num) { return {num, size_x, i_none, i_none}; }
-inline aarch64_i_reg w_reg(std::uint32_t num) { return {num, size_w, i_none, i_none}; }
-inline aarch64_i_reg x_both(std::uint32_t num) { return {num, i_none, size_x, size_x}; }
-inline aarch64_i_reg w_both(std::uint32_t num) { return {num, i_none, size_w, size_w}; }
+constexpr aarch64_p_reg p_both(std::uint32_t num, std::uint32_t size) { return {num, p_none, size, size}; }
+constexpr aarch64_i_reg x_reg(std::uint32_t num) { return {num, size_x, i_none, i_none}; }
+constexpr aarch64_i_reg w_reg(std::uint32_t num) { return {num, size_w, i_none, i_none}; }
+constexpr aarch64_i_reg x_both(std::uint32_t num) { return {num, i_none, size_x, size_x}; }
+constexpr aarch64_i_reg w_both(std::uint32_t num) { return {num, i_none, size_w, size_w}; }
 
 // The registers of one run: a number serves vectors and predicates alike, and so a destination predicate that is the
 // governing one is among them.

@@ -85,7 +85,7 @@ TEST(IntegerHandlers, MergeZdnAndZm) {
   for (const zpz_case& c : cases) {
     judge_lanes({c.name, c.sizes,
                  [&](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                   EXPECT_EQ(c.handler(&s, z_both(r.d, size), pg_of(0, p_merging), z_plain(r.m, size)), DECODE_OK);
+                   EXPECT_EQ(c.handler(&s, z_both(r.d, size), p_reg(0, p_merging), z_reg(r.m, size)), DECODE_OK);
                  },
                  [&](unsigned w, u64 d, u64, u64 m) { return c.lane(w, d, m); }});
   }
@@ -122,7 +122,7 @@ TEST(IntegerHandlers, MergeAFunctionOfZn) {
   for (const unary_case& c : cases) {
     judge_lanes({c.name, c.sizes,
                  [&](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                   EXPECT_EQ(c.handler(&s, z_plain(r.d, size), pg_of(0, p_merging), z_plain(r.n, size)), DECODE_OK);
+                   EXPECT_EQ(c.handler(&s, z_reg(r.d, size), p_reg(0, p_merging), z_reg(r.n, size)), DECODE_OK);
                  },
                  [&](unsigned w, u64, u64 n, u64) { return c.lane(w, n); }});
   }
@@ -133,7 +133,7 @@ TEST(IntegerHandlers, MovePrefixZeroesInactiveLanes) {
                .sizes = "bhsd",
                .call =
                    [](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                     sve_movprfx_zpz(&s, z_plain(r.d, size), pg_of(0, p_zeroing), z_plain(r.n, size));
+                     sve_movprfx_zpz(&s, z_reg(r.d, size), p_reg(0, p_zeroing), z_reg(r.n, size));
                    },
                .lane = [](unsigned, u64, u64 n, u64) { return n; },
                .zeroing = true});
@@ -155,9 +155,8 @@ TEST(IntegerHandlers, MergeProductsAndSums) {
   for (const zpzz_case& c : cases) {
     judge_lanes({c.name, "bhsd",
                  [&](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                   EXPECT_EQ(
-                       c.handler(&s, z_both(r.d, size), pg_of(0, p_merging), z_plain(r.n, size), z_plain(r.m, size)),
-                       DECODE_OK);
+                   EXPECT_EQ(c.handler(&s, z_both(r.d, size), p_reg(0, p_merging), z_reg(r.n, size), z_reg(r.m, size)),
+                             DECODE_OK);
                  },
                  [&](unsigned, u64 d, u64 n, u64 m) { return c.lane(d, n, m); }});
   }
@@ -180,7 +179,7 @@ TEST(IntegerHandlers, SetEveryLaneFromZnAndZm) {
                  .sizes = "bhsd",
                  .call =
                      [&](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                       EXPECT_EQ(c.handler(&s, z_plain(r.d, size), z_plain(r.n, size), z_plain(r.m, size)), DECODE_OK);
+                       EXPECT_EQ(c.handler(&s, z_reg(r.d, size), z_reg(r.n, size), z_reg(r.m, size)), DECODE_OK);
                      },
                  .lane = [&](unsigned w, u64, u64 n, u64 m) { return c.lane(w, n, m); },
                  .predicated = false});
@@ -192,7 +191,7 @@ TEST(IntegerHandlers, CopyAWholeVectorForMovePrefix) {
                .sizes = "b",
                .call =
                    [](cpu_state& s, std::uint32_t, const lane_registers& r) {
-                     EXPECT_EQ(sve_movprfx_zz(&s, z_plain(r.d, size_s), z_plain(r.n, size_s)), DECODE_OK);
+                     EXPECT_EQ(sve_movprfx_zz(&s, z_reg(r.d, size_s), z_reg(r.n, size_s)), DECODE_OK);
                    },
                .lane = [](unsigned, u64, u64 n, u64) { return n; },
                .predicated = false});
@@ -233,13 +232,13 @@ TEST(IntegerHandlers, ShiftByAnImmediate) {
     judge_immediates(
         c.name, "bhsd", counts, true,
         [&](cpu_state& s, std::uint32_t size, const lane_registers& r, u64 count) {
-          return c.merging(&s, z_both(r.d, size), pg_of(0, p_merging), static_cast<unsigned>(count));
+          return c.merging(&s, z_both(r.d, size), p_reg(0, p_merging), static_cast<unsigned>(count));
         },
         [&](unsigned w, u64 d, u64, u64 count) { return c.lane(w, d, count); });
     judge_immediates(
         c.name, "bhsd", counts, false,
         [&](cpu_state& s, std::uint32_t size, const lane_registers& r, u64 count) {
-          return c.unpredicated(&s, z_plain(r.d, size), z_plain(r.n, size), static_cast<unsigned>(count));
+          return c.unpredicated(&s, z_reg(r.d, size), z_reg(r.n, size), static_cast<unsigned>(count));
         },
         [&](unsigned w, u64, u64 n, u64 count) { return c.lane(w, n, count); });
   }

@@ -1,9 +1,6 @@
 #include "tests/handlers/lane_judge.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstddef>
 #include <cstring>
 #include <random>
 #include <sstream>
@@ -56,7 +53,7 @@ void judge_lanes_once(const lane_case& c, std::uint32_t size, lanes_on predicate
     }
   }
   c.call(state, size, r);
-  expect_same_state(state, expected, describe(c.name, size, predicate, r));
+  EXPECT_EQ(difference(state, expected), "") << describe(c.name, size, predicate, r);
 }
 
 }  // namespace
@@ -124,27 +121,10 @@ void judge_reduction(const reduction_case& c) {
         expected = state;
         std::memset(expected.z[r.d], 0, VL_BYTES);
         set_element(expected.z[r.d], size_d, 0, low_bits(result_width, folded));
-        EXPECT_EQ(c.handler(&state, r.d, pg_of(0, p_unqualified), z_plain(r.n, size)), DECODE_OK);
-        expect_same_state(state, expected, describe(c.name, size, predicate, r));
+        EXPECT_EQ(c.handler(&state, r.d, p_reg(0, p_unqualified), z_reg(r.n, size)), DECODE_OK);
+        EXPECT_EQ(difference(state, expected), "") << describe(c.name, size, predicate, r);
       }
     }
-  }
-}
-
-void expect_same_state(const cpu_state& actual, const cpu_state& expected, const std::string& what) {
-  const auto *const a = reinterpret_cast<const unsigned char*>(&actual), *const e =
-                                                                             reinterpret_cast<const unsigned char*>(
-                                                                                 &expected);
-  for (std::size_t i = 0; i != sizeof actual; ++i) {
-    if (a[i] == e[i]) continue;
-    const std::size_t in_z = i - offsetof(cpu_state, z);
-    if (i >= offsetof(cpu_state, z) && in_z < sizeof actual.z) {
-      ADD_FAILURE() << what << ": z" << in_z / VL_BYTES << " byte " << in_z % VL_BYTES << " is " << int{a[i]}
-                    << ", not " << int{e[i]};
-    } else {
-      ADD_FAILURE() << what << ": byte " << i << " of the state is " << int{a[i]} << ", not " << int{e[i]};
-    }
-    return;
   }
 }
 

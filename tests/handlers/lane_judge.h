@@ -1,5 +1,6 @@
-// Registers full of rubbish, the operand records that a thunk would pass, and the comparison of a handler with a scalar
-// definition, lane by lane: at each size, under predicates of every kind, with each register equal to each other.
+// Handlers whose whole meaning is a function of one lane, against that function: at each size, under predicates of
+// every kind, with each register equal to each other. Half of the lanes have values at which arithmetic changes its
+// ways, so that two such meet often (the least number and -1, a count and the width).
 #pragma once
 
 #include <cstdint>
@@ -7,14 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "sve/state/cpu_state.h"
+#include "tests/handlers/agreement.h"
 
 namespace quern {
-
-// Operand records as thunks make them.
-constexpr aarch64_z_reg z_plain(unsigned num, std::uint32_t size) { return {num, size, z_none, z_none}; }
-constexpr aarch64_z_reg z_both(unsigned num, std::uint32_t size) { return {num, z_none, size, size}; }
-constexpr aarch64_p_reg pg_of(unsigned num, std::uint32_t qualifier) { return {num, qualifier, p_none, p_none}; }
 
 // A size code as the letter of its element, and as a number of bits.
 constexpr char size_letter(std::uint32_t size) { return "bhsd"[size]; }
@@ -74,8 +70,5 @@ struct reduction_case {
   std::uint64_t (*fold)(unsigned width, std::uint64_t folded, std::uint64_t element);
 };
 void judge_reduction(const reduction_case& c);
-
-// Expects two register files to be equal, and names the first byte in which they are not.
-void expect_same_state(const cpu_state& actual, const cpu_state& expected, const std::string& what);
 
 }  // namespace quern

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <stdexcept>
 #include <vector>
 
 #include "machine.h"
@@ -36,17 +37,20 @@ static_assert(offsetof(thread_record, host_fpsr) == 872);
 __asm__(R"(
   .text
   .global quern_enter_block, quern_enter_block_end, quern_leave_block, quern_leave_block_end, quern_call_out
+  .macro callee_saved move
+  \move x19, x20, [sp, #16]
+  \move x21, x22, [sp, #32]
+  \move x23, x24, [sp, #48]
+  \move x25, x26, [sp, #64]
+  \move x27, x28, [sp, #80]
+  \move d8, d9, [sp, #96]
+  \move d10, d11, [sp, #112]
+  \move d12, d13, [sp, #128]
+  \move d14, d15, [sp, #144]
+  .endm
 quern_enter_block:
   stp x29, x30, [sp, #-160]!
-  stp x19, x20, [sp, #16]
-  stp x21, x22, [sp, #32]
-  stp x23, x24, [sp, #48]
-  stp x25, x26, [sp, #64]
-  stp x27, x28, [sp, #80]
-  stp d8, d9, [sp, #96]
-  stp d10, d11, [sp, #112]
-  stp d12, d13, [sp, #128]
-  stp d14, d15, [sp, #144]
+  callee_saved stp
   mov x28, x0
   mov x0, sp
   mrs x1, fpcr
@@ -91,15 +95,7 @@ quern_leave_block:
   mov sp, x0
   msr fpcr, x1
   msr fpsr, x2
-  ldp x19, x20, [sp, #16]
-  ldp x21, x22, [sp, #32]
-  ldp x23, x24, [sp, #48]
-  ldp x25, x26, [sp, #64]
-  ldp x27, x28, [sp, #80]
-  ldp d8, d9, [sp, #96]
-  ldp d10, d11, [sp, #112]
-  ldp d12, d13, [sp, #128]
-  ldp d14, d15, [sp, #144]
+  callee_saved ldp
   ldp x29, x30, [sp], #160
   ret
 quern_leave_block_end:
@@ -128,6 +124,7 @@ quern_call_out:
   .endr
   ldr x30, [x28, #840]
   ret
+  .purgem callee_saved
 )");
 
 extern "C" {
