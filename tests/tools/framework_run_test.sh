@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # framework_run_test.sh QUERN: which host `quern run` chooses, and how it starts DynamoRIO. The framework's package has
-# libraries that hold no more than quern looks at; drrun and qemu-aarch64 are scripts that print how they were started.
+# libraries that hold no more than quern looks at; drrun and qemu-aarch64 are scripts that print how they were started. So
+# a quern for AArch64 can be judged on another processor too: no AArch64 program is started by it.
 . "$(dirname "$0")/expect.sh" "$@"
 folder=$(realpath "$(mktemp -d)")
 trap 'rm -rf "$folder"' EXIT
@@ -9,6 +10,8 @@ unset QUERN_TRACE QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
 if [ "$(uname -m)" = aarch64 ]; then compiler=gcc; else compiler=aarch64-linux-gnu-gcc; fi
 bits=$("${quern[@]}" --version | sed 's/.*(\([0-9]*\)-bit.*/\1/')
 client=libquern_$bits.so
+direct=no  # whether this quern starts AArch64 programs without an emulator
+[ "$(od -An -tx1 -j18 -N1 "${quern[-1]}")" = ' b7' ] && direct=yes
 export QUERN_LIB_DIR=$folder/lib QEMU_LD_PREFIX=$folder/root TMPDIR=$folder/temporary
 mkdir bin lib temporary root root/{lib,proc}
 
@@ -40,13 +43,13 @@ while [ $# -gt 1 ] && [ "$1" != -L ]; do shift; done
 echo
 S
 chmod +x bin/printer
-cp bin/printer bin/qemu-aarch64
+[ $direct = yes ] || cp bin/printer bin/qemu-aarch64  # not in the way of the one that runs a foreign quern
 export PATH=$folder/bin:$PATH
 package new 11.3.0 xarch_root
 package old 11.3.1 other
 
 # The command lines that are wanted, of the trap host and of each framework, for a name and a file of a program.
-if [ "$compiler" = gcc ]; then
+if [ $direct = yes ]; then
   framework() { echo "drrun <-c> <$folder/lib/$client> <--> <$3>${4:-}"; }
 else
   emulator='qemu-aarch64 <-cpu> <max,sve=off,sme=off>'
@@ -80,7 +83,7 @@ for name in new old; do
   QUERN_DYNAMORIO=$name starts "$wanted" run -- ./program
   QUERN_DYNAMORIO=absent starts "$wanted" run --dynamorio=$name -- ./program
   QUERN_DYNAMORIO=$name starts "$(framework $name ./static ./static)" run ./static
-  starts "$(framework $name inpath "$([ "$compiler" = gcc ] && echo "$folder/")bin/inpath")" run --dynamorio $name inpath
+  starts "$(framework $name inpath "$([ $direct = yes ] && echo "$folder/")bin/inpath")" run --dynamorio $name inpath
   starts "$(framework $name ./program ./program " <-x> <--> <> <a b> <[a,b]>")" \
     run --dynamorio $name ./program -x -- '' 'a b' '[a,b]'
   starts "$(framework $name ./program ./program " trace=$folder/out")" run --dynamorio $name --trace out ./program
@@ -88,7 +91,7 @@ done
 [ -z "$(ls temporary)" ] || fail "left behind: $(ls temporary)"
 [ -d root/lib ] || fail "the library root has been emptied"
 
-if [ "$compiler" != gcc ]; then
+if [ $direct = no ]; then
   wanted=$(trap_host ./program ./program)
   starts "$wanted" run ./program
   starts "$wanted" run --host auto ./program
@@ -137,7 +140,7 @@ refuses 125 "$folder/lib/$client was built with DynamoRIO 11.3, and $folder/olde
 cp -r lib "it's"
 refuses 125 "the client can't be loaded from $folder/it's/$client: its path has a quote or semicolon in it; move it" \
   --dynamorio new --lib-dir "it's" ./program
-if [ "$compiler" = gcc ]; then
+if [ $direct = yes ]; then
   rm new/bin64/drrun
   refuses 125 "$folder/new/bin64/drrun can't be executed: unpack DynamoRIO's package again" --dynamorio new ./program
 else
