@@ -3,7 +3,7 @@
 #pragma once
 
 #include "sve/state/cpu_state.h"
-#include "sve/trap/saved_vectors.h"
+#include "sve/state/saved_vectors.h"
 
 namespace quern {
 

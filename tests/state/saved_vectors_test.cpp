@@ -1,5 +1,5 @@
 // Copies of the scalable registers.
-#include "sve/trap/saved_vectors.h"
+#include "sve/state/saved_vectors.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The store of saved vectors: untouched places cost address space only.
-#include "sve/trap/saved_vectors.h"
+#include "sve/state/saved_vectors.h"
 
 #include <array>
 #include <atomic>
