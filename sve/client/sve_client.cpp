@@ -5,6 +5,8 @@
 #include "sve/client/client_assert.h"
 #include "sve/client/framework.h"
 #include "sve/client/framework_memory.h"
+#include "sve/client/restore_state.h"
+#include "sve/client/signal_vectors.h"
 #include "sve/client/thread_state.h"
 #include "sve/memory/trace.h"
 
@@ -49,6 +51,8 @@ DR_EXPORT void dr_client_main(client_id_t, int argc, const char* argv[]) {
   register_exit_event(event_exit);
   drmgr_priority_t priority{sizeof priority, "emulate_instruction", nullptr, nullptr, 0};
   client_assert(drmgr_register_bb_app2app_event(event_instruction_change, &priority), "false");
+  client_assert(drmgr_register_restore_state_event(event_restore_state), "false");
+  client_assert(drmgr_register_kernel_xfer_event(event_kernel_transfer), "false");
   tls_idx = drmgr_register_tls_field();
   client_assert(tls_idx != -1, "false");
   client_assert(sve_init(0, dr_get_application_name()), "false");

@@ -17,8 +17,9 @@ TEST_F(lifecycle, starts_in_order) {
       framework.calls,
       ElementsAre("dr_set_client_name(Zel SVE emulation client)", "drmgr_init", "drmgr_register_thread_init_event",
                   "drmgr_register_thread_exit_event", "dr_register_exit_event",
-                  "drmgr_register_bb_app2app_event(emulate_instruction, 0)", "drmgr_register_tls_field",
-                  "sve_init(0, an_application)", "dr_log(null, 0xFFFFFF, 1, SVE client initializing\n)"));
+                  "drmgr_register_bb_app2app_event(emulate_instruction, 0)", "drmgr_register_restore_state_event",
+                  "drmgr_register_kernel_xfer_event", "drmgr_register_tls_field", "sve_init(0, an_application)",
+                  "dr_log(null, 0xFFFFFF, 1, SVE client initializing\n)"));
   EXPECT_EQ(framework.error_stream, "");
 }
 
@@ -49,7 +50,8 @@ TEST_F(lifecycle, any_other_argument_is_a_usage_error) {
 
 // Each check of the start, the last call that it lets through, and the text that it is reported with.
 TEST_F(lifecycle, a_failed_start_is_reported_and_aborts) {
-  for (const char* call : {"drmgr_init", "drmgr_register_bb_app2app_event", "drmgr_register_tls_field", "sve_init"}) {
+  for (const char* call : {"drmgr_init", "drmgr_register_bb_app2app_event", "drmgr_register_restore_state_event",
+                           "drmgr_register_kernel_xfer_event", "drmgr_register_tls_field", "sve_init"}) {
     SCOPED_TRACE(call);
     framework.error_stream.clear();
     framework.calls.clear();

@@ -62,6 +62,21 @@ struct opnd_t {
 struct instr_t;
 struct instrlist_t;
 
+// As far as the client looks at it.
+struct dr_mcontext_t {
+  reg_t r26, r27, xsp;
+};
+
+enum dr_kernel_xfer_type_t { DR_XFER_SIGNAL_DELIVERY, DR_XFER_SIGNAL_RETURN, DR_XFER_CLIENT_REDIRECT };
+
+struct dr_kernel_xfer_info_t {
+  dr_kernel_xfer_type_t type;
+  const dr_mcontext_t* source_mcontext;  // null at a return
+  app_pc target_pc;
+  reg_t target_xsp;
+  int sig;
+};
+
 extern file_t our_stderr;
 
 // Process, threads, memory.

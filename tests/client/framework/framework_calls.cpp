@@ -228,6 +228,14 @@ bool drmgr_register_bb_app2app_event(drmgr_xform_cb_t event, drmgr_priority_t* p
 bool drmgr_unregister_bb_app2app_event(drmgr_xform_cb_t event) {
   return framework().answer("drmgr_unregister_bb_app2app_event") && event == framework().block_event;
 }
+bool drmgr_register_restore_state_event(drmgr_restore_state_t event) {
+  framework().restore_state = event;
+  return framework().answer("drmgr_register_restore_state_event");
+}
+bool drmgr_register_kernel_xfer_event(drmgr_kernel_xfer_t event) {
+  framework().kernel_transfer = event;
+  return framework().answer("drmgr_register_kernel_xfer_event");
+}
 int drmgr_register_tls_field() { return framework().answer("drmgr_register_tls_field") ? 5 : -1; }
 bool drmgr_set_tls_field(void* drcontext, int index, void* value) {
   framework().check_context(drcontext);

@@ -76,6 +76,8 @@ class framework_double {
   void (*thread_exit)(void*) = nullptr;
   void (*process_exit)() = nullptr;
   drmgr_xform_cb_t block_event = nullptr;
+  drmgr_restore_state_t restore_state = nullptr;
+  drmgr_kernel_xfer_t kernel_transfer = nullptr;
 
   void* tls_field = nullptr;
   reg_t slots[3] = {};
