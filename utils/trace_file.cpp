@@ -70,6 +70,10 @@ class file_descriptor {
   int number_;
 };
 
+// DynamoRIO puts a function of its own in the place of open(), which reports no error in errno; it leaves openat()
+// alone.
+int open_file(const char* name, int flags) { return openat(AT_FDCWD, name, flags | O_RDWR | O_CLOEXEC, 0666); }
+
 // Real blocks, so that a full disk is an error here and no SIGBUS at a store. Answers 0 or an errno. The limit on file
 // sizes is asked first, since meeting it raises SIGXFSZ.
 int grow(int file, std::uint64_t offset, std::uint64_t size) {
@@ -119,7 +123,7 @@ int create_file() {
       errno = ENAMETOOLONG;
       return -1;
     }
-    const int file = open(trace.name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    const int file = open_file(trace.name.c_str(), O_CREAT | O_EXCL);
     if (file < 0 && errno == EEXIST) continue;
     if (file >= 0 && attempt != 0)
       print_line(begin_message() << "the trace file's own name is taken by an earlier one; this process writes "
@@ -171,7 +175,7 @@ bool file_is_open() {
 // The file is opened anew for each chunk: a descriptor kept open might be closed by the application, and its number
 // become a file of the application's. -1 with errno set when it is not there any more.
 int reopen_file() {
-  const int file = open(trace.name.c_str(), O_RDWR | O_CLOEXEC);
+  const int file = open_file(trace.name.c_str(), 0);
   if (file < 0) return -1;
   struct stat status {};
   if (fstat(file, &status) == 0 && status.st_dev == trace.device && status.st_ino == trace.inode) return file;
@@ -214,7 +218,7 @@ bool can_create(const trace_path& path) {
     errno = ENAMETOOLONG;
     return false;
   }
-  const file_descriptor file(open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  const file_descriptor file(open_file(name.c_str(), O_CREAT | O_EXCL));
   if (!file.is_open()) return errno == EEXIST;
   return unlink(name.c_str()) == 0;
 }
