@@ -72,6 +72,9 @@ int run_in_emulator(const run_options& options, const program_call& program, con
   const fs::path emulator = find_emulator();
   const std::string& name = program.arguments.front();
   std::string root = library_root();
+  if (!root.empty() && !fs::is_directory(root))
+    throw user_error{fmt::format("there is no folder {}: set QEMU_LD_PREFIX to one of AArch64's libraries", root),
+                     status_cannot_run};
   std::string framework_options = fmt::format("-code_api -client_lib '{};0;'", client.string());
   std::optional<root_without_threads> own_root;
   if (package.knows_emulators())

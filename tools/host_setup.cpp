@@ -74,7 +74,8 @@ fs::path find_emulator() {
 
 std::string library_root() {
   constexpr const char* usual = "/usr/aarch64-linux-gnu";
-  if (const char* const chosen = std::getenv("QEMU_LD_PREFIX")) return chosen;
+  if (const char* const chosen = std::getenv("QEMU_LD_PREFIX"))
+    return *chosen == 0 ? "" : fs::absolute(chosen).string();
   return fs::exists(usual) ? usual : "";
 }
 

@@ -13,7 +13,7 @@ client=libquern_$bits.so
 direct=no  # whether this quern starts AArch64 programs without an emulator
 [ "$(od -An -tx1 -j18 -N1 "${quern[-1]}")" = ' b7' ] && direct=yes
 export QUERN_LIB_DIR=$folder/lib QEMU_LD_PREFIX=$folder/root TMPDIR=$folder/temporary
-mkdir bin lib temporary root root/{lib,proc}
+mkdir bin lib temporary root root/{lib,lib/C,proc}
 
 # library FILE DEFINITIONS: an AArch64 library.
 library() { $compiler -shared -fPIC -x c -o "$1" - <<<"$2"; }
@@ -55,12 +55,12 @@ else
   emulator='qemu-aarch64 <-cpu> <max,sve=off,sme=off>'
   trap_host() {
     printf '%s\n' "$emulator <-E> <LD_PRELOAD=$folder/lib/libquern_trap_$bits.so:$folder/lib/libquern_utils.so> \
-<-L> <$folder/root> <-0> <$1> <$2>" 'root: . ./lib ./proc '
+<-L> <$folder/root> <-0> <$1> <$2>" 'root: . ./lib ./lib/C ./proc '
   }
   framework() {
-    local options="-code_api -client_lib '$folder/lib/$client;0;'" seen='. ./lib ./proc ./proc/self ./proc/self/task '
+    local options="-code_api -client_lib '$folder/lib/$client;0;'" seen='. ./lib ./lib/C ./proc ./proc/self ./proc/self/task '
     local root="$folder/temporary/[^>]*"
-    [ "$1" != new ] || options+=" -xarch_root '$folder/root'" seen='. ./lib ./proc ' root=$folder/root
+    [ "$1" != new ] || options+=" -xarch_root '$folder/root'" seen='. ./lib ./lib/C ./proc ' root=$folder/root
     printf '%s\n' "$emulator <-L> <$root> <-0> <$2> <$folder/$1/lib64/release/libdynamorio.so>${4:-}" \
       "program=$folder/${3#./}" "options=$options" "root: $seen"
   }
@@ -80,6 +80,7 @@ for name in new old; do
   wanted=$(framework $name ./program ./program)
   starts "$wanted" run --host dynamorio --dynamorio $name -- ./program
   starts "$wanted" run --dynamorio $name ./program
+  QEMU_LD_PREFIX=root starts "$wanted" run --dynamorio $name ./program
   QUERN_DYNAMORIO=$name starts "$wanted" run -- ./program
   QUERN_DYNAMORIO=absent starts "$wanted" run --dynamorio=$name -- ./program
   QUERN_DYNAMORIO=$name starts "$(framework $name ./static ./static)" run ./static
@@ -144,6 +145,8 @@ if [ $direct = yes ]; then
   rm new/bin64/drrun
   refuses 125 "$folder/new/bin64/drrun can't be executed: unpack DynamoRIO's package again" --dynamorio new ./program
 else
+  QEMU_LD_PREFIX=absent refuses 125 "there is no folder $folder/absent: set QEMU_LD_PREFIX to one of AArch64's libraries" \
+    --dynamorio new ./program
   rm bin/qemu-aarch64
   PATH=$folder/bin refuses 125 "qemu-aarch64 is not in PATH: install it (Debian package qemu-user), since this is no \
 AArch64 machine" --dynamorio new ./program
