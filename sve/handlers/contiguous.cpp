@@ -9,16 +9,22 @@ namespace {
 
 template <class T, class U>
 aarch64_decode_rc load(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  load_contiguous<T, U>(state->z[zt.num], state->p[pg.num], address);
-  trace_contiguous<T, U>(state, pg, address, MEM_LOAD);
-  return DECODE_OK;
+  const auto access = [](auto vectors, cpu_state* s, aarch64_z_reg z, aarch64_p_reg p, std::uint64_t from) {
+    load_contiguous<T, U>(vectors, s->z[z.num], s->p[p.num], from);
+    trace_contiguous<T, U>(s, p, from, MEM_LOAD);
+    return DECODE_OK;
+  };
+  return by_widest_vectors(access, state, zt, pg, address);
 }
 
 template <class T, class U>
 aarch64_decode_rc store(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  store_contiguous<T, U>(state->z[zt.num], state->p[pg.num], address);
-  trace_contiguous<T, U>(state, pg, address, MEM_STORE);
-  return DECODE_OK;
+  const auto access = [](auto vectors, cpu_state* s, aarch64_z_reg z, aarch64_p_reg p, std::uint64_t to) {
+    store_contiguous<T, U>(vectors, s->z[z.num], s->p[p.num], to);
+    trace_contiguous<T, U>(s, p, to, MEM_STORE);
+    return DECODE_OK;
+  };
+  return by_widest_vectors(access, state, zt, pg, address);
 }
 
 }  // namespace

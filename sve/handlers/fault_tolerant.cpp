@@ -68,7 +68,10 @@ template <class T, class U>
 aarch64_decode_rc load_first_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
   const std::size_t lanes = lanes_before_fault<U>(address);
   if (lanes == lane_count<U>) {
-    load_contiguous<T, U>(state->z[zt.num], state->p[pg.num], address);
+    const auto load = [](auto vectors, unsigned char* z, const unsigned char* p, std::uint64_t from) {
+      load_contiguous<T, U>(vectors, z, p, from);
+    };
+    by_widest_vectors(load, state->z[zt.num], state->p[pg.num], address);
   } else {
     load_lanes<T, U>(state->z[zt.num], state->p[pg.num], address, lanes);
     std::memset(state->ffr + lanes * sizeof(U), 0, VL_BYTES - lanes * sizeof(U));

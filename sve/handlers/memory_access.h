@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "sve/handlers/lanes.h"
+#include "sve/handlers/widest_vectors.h"
 #include "sve/memory/current_access.h"
 #include "sve/memory/memtrace.h"
 #include "sve/state/cpu_state.h"
@@ -74,46 +75,61 @@ inline bool in_one_page(std::uint64_t address, std::size_t bytes) {
 // constant length the compiler makes a row of narrow ones.
 inline void copy_block(void* to, const void* from, std::size_t bytes) { std::memmove(to, from, bytes); }
 
-// All lanes of z from the elements at `address`, as a block. Lane 0 goes first, so that a fault is lane 0's.
+// Copies a register's worth of bytes in ascending order, so that a fault is the first vector's.
+template <std::size_t vector_bytes>
+inline void copy_vector(vectors_of<vector_bytes>, unsigned char* to, const unsigned char* from) {
+  constexpr std::size_t chunk_bytes = VL_BYTES < vector_bytes ? VL_BYTES : vector_bytes;
+  using chunk [[gnu::vector_size(chunk_bytes)]] = unsigned char;
+#pragma GCC unroll 16
+  for (std::size_t i = 0; i != VL_BYTES; i += chunk_bytes) {
+    chunk moved;
+    std::memcpy(&moved, from + i, chunk_bytes);
+    std::memcpy(to + i, &moved, chunk_bytes);
+    settle();
+  }
+}
+
+// All lanes of z from the elements at `address`, which lie in one page: a fault is lane 0's.
 template <class T, class U>
-inline void load_block(unsigned char* z, std::uint64_t address) {
+inline void load_block(auto vectors, unsigned char* z, std::uint64_t address) {
   note_access(address, sizeof(T), MEM_LOAD);
-  load_lane<T, U>(z, 0, address);
-  const void* from = reinterpret_cast<const void*>(address);
+  const auto* const elements = reinterpret_cast<const unsigned char*>(address);
   if constexpr (sizeof(T) == sizeof(U)) {
-    copy_block(z, from, VL_BYTES);
+    copy_vector(vectors, z, elements);
   } else {
-    unsigned char elements[lane_count<U> * sizeof(T)];
-    copy_block(elements, from, sizeof elements);
+    load_lane<T, U>(z, 0, address);
+#pragma GCC ivdep  // no application's memory is the register file
     for (std::size_t i = 0; i != lane_count<U>; ++i) set_lane<U>(z, i, static_cast<U>(lane<T>(elements, i)));
   }
 }
 
 // The elements at `address` from all lanes of z, likewise.
 template <class T, class U>
-inline void store_block(const unsigned char* z, std::uint64_t address) {
+inline void store_block(auto vectors, const unsigned char* z, std::uint64_t address) {
   note_access(address, sizeof(T), MEM_STORE);
-  store_lane<T, U>(z, 0, address);
-  void* to = reinterpret_cast<void*>(address);
+  auto* const elements = reinterpret_cast<unsigned char*>(address);
   if constexpr (sizeof(T) == sizeof(U)) {
-    copy_block(to, z, VL_BYTES);
+    copy_vector(vectors, elements, z);
   } else {
-    unsigned char elements[lane_count<U> * sizeof(T)];
+    store_lane<T, U>(z, 0, address);
+#pragma GCC ivdep
     for (std::size_t i = 0; i != lane_count<U>; ++i) set_lane<T>(elements, i, static_cast<T>(lane<U>(z, i)));
-    copy_block(to, elements, sizeof elements);
   }
 }
 
-// A contiguous load's access: every lane of Zt.
+// A contiguous load's access: every lane of Zt. `vectors` is what by_widest_vectors gives.
 template <class T, class U>
-inline void load_contiguous(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  if (all_active<U>(pg) && in_one_page(address, lane_count<U> * sizeof(T))) return load_block<T, U>(z, address);
+inline void load_contiguous(auto vectors, unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  if (in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(pg))
+    return load_block<T, U>(vectors, z, address);
   load_lanes<T, U>(z, pg, address, lane_count<U>);
 }
 
 template <class T, class U>
-inline void store_contiguous(const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  if (all_active<U>(pg) && in_one_page(address, lane_count<U> * sizeof(T))) return store_block<T, U>(z, address);
+inline void store_contiguous(auto vectors, const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  if (in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(pg)) {
+    return store_block<T, U>(vectors, z, address);
+  }
   note_lanes(address, sizeof(T), MEM_STORE, pg, sizeof(U), lane_count<U>);
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(pg, i)) store_lane<T, U>(z, i, address + i * sizeof(T));
