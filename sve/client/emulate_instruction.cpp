@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "sve/client/application_fault.h"
 #include "sve/client/framework.h"
 #include "sve/client/saved_registers.h"
 #include "sve/client/thread_state.h"
@@ -28,7 +29,7 @@ void emulate_instruction(unsigned int word, unsigned char* pc, sve_handler handl
   state->x[26] = dr_read_saved_reg(drcontext, slot_x26);
   state->x[27] = dr_read_saved_reg(drcontext, slot_x27);
   state->x[28] = dr_read_saved_reg(drcontext, slot_x28);
-  if (handler(state, word) != DECODE_OK) report_failure(pc);
+  if (run_handler(drcontext, handler, state, word) != DECODE_OK) report_failure(pc);
   dr_write_saved_reg(drcontext, slot_x26, state->x[26]);
   dr_write_saved_reg(drcontext, slot_x27, state->x[27]);
   dr_write_saved_reg(drcontext, slot_x28, state->x[28]);

@@ -1,6 +1,7 @@
 // The client's life: what the framework calls at the start and at the end of the process.
 #include <cstring>
 
+#include "sve/client/application_fault.h"
 #include "sve/client/block_rewriting.h"
 #include "sve/client/client_assert.h"
 #include "sve/client/framework.h"
@@ -53,6 +54,7 @@ DR_EXPORT void dr_client_main(client_id_t, int argc, const char* argv[]) {
   client_assert(drmgr_register_bb_app2app_event(event_instruction_change, &priority), "false");
   client_assert(drmgr_register_restore_state_event(event_restore_state), "false");
   client_assert(drmgr_register_kernel_xfer_event(event_kernel_transfer), "false");
+  client_assert(drmgr_register_signal_event(event_signal), "false");
   tls_idx = drmgr_register_tls_field();
   client_assert(tls_idx != -1, "false");
   client_assert(sve_init(0, dr_get_application_name()), "false");

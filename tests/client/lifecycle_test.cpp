@@ -1,6 +1,8 @@
 // The client's life: start, threads, end, and what it says when an assumption is broken.
 #include "client_test.h"
 #include "sve/memory/guest_memory.h"
+#include "tests/support/caught_fault.h"
+#include "tests/support/mapped_pages.h"
 
 namespace quern {
 namespace {
@@ -18,8 +20,8 @@ TEST_F(lifecycle, starts_in_order) {
       ElementsAre("dr_set_client_name(Zel SVE emulation client)", "drmgr_init", "drmgr_register_thread_init_event",
                   "drmgr_register_thread_exit_event", "dr_register_exit_event",
                   "drmgr_register_bb_app2app_event(emulate_instruction, 0)", "drmgr_register_restore_state_event",
-                  "drmgr_register_kernel_xfer_event", "drmgr_register_tls_field", "sve_init(0, an_application)",
-                  "dr_log(null, 0xFFFFFF, 1, SVE client initializing\n)"));
+                  "drmgr_register_kernel_xfer_event", "drmgr_register_signal_event", "drmgr_register_tls_field",
+                  "sve_init(0, an_application)", "dr_log(null, 0xFFFFFF, 1, SVE client initializing\n)"));
   EXPECT_EQ(framework.error_stream, "");
 }
 
@@ -50,8 +52,9 @@ TEST_F(lifecycle, any_other_argument_is_a_usage_error) {
 
 // Each check of the start, the last call that it lets through, and the text that it is reported with.
 TEST_F(lifecycle, a_failed_start_is_reported_and_aborts) {
-  for (const char* call : {"drmgr_init", "drmgr_register_bb_app2app_event", "drmgr_register_restore_state_event",
-                           "drmgr_register_kernel_xfer_event", "drmgr_register_tls_field", "sve_init"}) {
+  for (const char* call :
+       {"drmgr_init", "drmgr_register_bb_app2app_event", "drmgr_register_restore_state_event",
+        "drmgr_register_kernel_xfer_event", "drmgr_register_signal_event", "drmgr_register_tls_field", "sve_init"}) {
     SCOPED_TRACE(call);
     framework.error_stream.clear();
     framework.calls.clear();
@@ -124,6 +127,19 @@ TEST_F(lifecycle, memory_is_asked_of_the_framework) {
   EXPECT_EQ(ReadMemLib8(address, 0, &fault, nullptr), 0u);
   EXPECT_TRUE(fault);
   EXPECT_FALSE(addr_is_readable(reinterpret_cast<volatile char*>(&value)));
+}
+
+// A page that may be read, yet can't: nothing is behind it.
+TEST_F(lifecycle, a_bus_error_is_survived_by_guarded_reads_only) {
+  start();
+  const mapped_pages pages{page::closed};
+  framework.failing = {"dr_safe_read"};
+  framework.page_protection = DR_MEMPROT_READ;
+  bool fault = false;
+  EXPECT_EQ(caught_fault([&] { ReadMemLib1(pages.address(0), 0, &fault, nullptr); }), std::nullopt);
+  EXPECT_TRUE(fault);
+  EXPECT_EQ(caught_fault([&] { addr_is_readable(reinterpret_cast<volatile char*>(pages.address(0))); }),
+            pages.address(0));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 using byte = unsigned char;
 using app_pc = byte*;
@@ -64,7 +65,26 @@ struct instrlist_t;
 
 // As far as the client looks at it.
 struct dr_mcontext_t {
+  std::size_t size = sizeof(dr_mcontext_t);
+  int flags = 0;
+  reg_t r0 = 0, r1 = 0, r2 = 0, r3 = 0;
   reg_t r26, r27, xsp;
+  app_pc pc = nullptr;
+};
+enum : int { DR_MC_ALL = 15 };
+
+struct dr_siginfo_t {
+  int sig;
+  void* drcontext;
+  dr_mcontext_t* mcontext;
+};
+enum dr_signal_action_t { DR_SIGNAL_DELIVER, DR_SIGNAL_SUPPRESS, DR_SIGNAL_BYPASS, DR_SIGNAL_REDIRECT };
+
+enum dr_mem_type_t { DR_MEMTYPE_FREE, DR_MEMTYPE_DATA };
+enum : uint { DR_MEMPROT_NONE = 0, DR_MEMPROT_READ = 1 };
+struct dr_mem_info_t {
+  uint prot;
+  dr_mem_type_t type;
 };
 
 enum dr_kernel_xfer_type_t { DR_XFER_SIGNAL_DELIVERY, DR_XFER_SIGNAL_RETURN, DR_XFER_CLIENT_REDIRECT };
@@ -90,6 +110,9 @@ void* dr_get_current_drcontext();
 void* dr_thread_alloc(void* drcontext, std::size_t size);
 void dr_thread_free(void* drcontext, void* memory, std::size_t size);
 std::size_t dr_page_size();
+bool dr_query_memory_ex(const byte* address, dr_mem_info_t* info);
+bool dr_get_mcontext(void* drcontext, dr_mcontext_t* context);
+bool dr_redirect_execution(dr_mcontext_t* context);
 bool dr_safe_read(const void* base, std::size_t size, void* out, std::size_t* bytes_read);
 
 // Operands.
@@ -133,5 +156,12 @@ bool dr_insert_get_stolen_reg_value(void* drcontext, instrlist_t* list, instr_t*
 bool dr_insert_set_stolen_reg_value(void* drcontext, instrlist_t* list, instr_t* where, reg_id_t reg);
 void dr_insert_clean_call(void* drcontext, instrlist_t* list, instr_t* where, void* callee, bool save_fpstate,
                           uint count, ...);
+
+// Survives faults in the first statement, after which the second one runs. Faults are real here too.
+#define DR_TRY_EXCEPT(drcontext, try_statement, except_statement)      \
+  do {                                                                 \
+    if (!dr_double_try(drcontext, [&] try_statement)) except_statement \
+  } while (0)
+bool dr_double_try(void* drcontext, const std::function<void()>& attempt);
 
 DR_EXPORT void dr_client_main(client_id_t id, int argc, const char* argv[]);

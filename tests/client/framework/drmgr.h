@@ -23,6 +23,7 @@ using drmgr_xform_cb_t = dr_emit_flags_t (*)(void* drcontext, void* tag, instrli
 using drmgr_restore_state_t = void (*)(void* drcontext, void* tag, dr_mcontext_t* mcontext, bool restore_memory,
                                        bool app_code_consistent);
 using drmgr_kernel_xfer_t = void (*)(void* drcontext, const dr_kernel_xfer_info_t* info);
+using drmgr_signal_t = dr_signal_action_t (*)(void* drcontext, dr_siginfo_t* info);
 
 bool drmgr_init();
 void drmgr_exit();
@@ -32,6 +33,7 @@ bool drmgr_register_bb_app2app_event(drmgr_xform_cb_t event, drmgr_priority_t* p
 bool drmgr_unregister_bb_app2app_event(drmgr_xform_cb_t event);
 bool drmgr_register_restore_state_event(drmgr_restore_state_t event);
 bool drmgr_register_kernel_xfer_event(drmgr_kernel_xfer_t event);
+bool drmgr_register_signal_event(drmgr_signal_t event);
 int drmgr_register_tls_field();
 bool drmgr_set_tls_field(void* drcontext, int index, void* value);
 void* drmgr_get_tls_field(void* drcontext, int index);

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "framework_double.h"
+#include "tests/support/caught_fault.h"
 
 using quern::contract_violation;
 using quern::framework;
@@ -99,6 +100,22 @@ void dr_thread_free(void* drcontext, void* memory, std::size_t size) {
   std::free(memory);
 }
 std::size_t dr_page_size() { return 16384; }
+bool dr_query_memory_ex(const byte*, dr_mem_info_t* info) {
+  *info = {framework().page_protection, DR_MEMTYPE_DATA};
+  return true;
+}
+bool dr_get_mcontext(void* drcontext, dr_mcontext_t* context) {
+  framework().check_context(drcontext);
+  if (context->size != sizeof *context || context->flags != DR_MC_ALL) throw contract_violation("not all of a context");
+  *context = framework().context;
+  return true;
+}
+bool dr_redirect_execution(dr_mcontext_t* context) { throw quern::redirected{*context}; }
+bool dr_double_try(void* drcontext, const std::function<void()>& attempt) {
+  framework().check_context(drcontext);
+  ++framework().tries;
+  return !quern::caught_fault(attempt);
+}
 bool dr_safe_read(const void* base, std::size_t size, void* out, std::size_t* bytes_read) {
   const bool readable = framework().answer("dr_safe_read");
   if (readable) std::memcpy(out, base, size);
@@ -235,6 +252,10 @@ bool drmgr_register_restore_state_event(drmgr_restore_state_t event) {
 bool drmgr_register_kernel_xfer_event(drmgr_kernel_xfer_t event) {
   framework().kernel_transfer = event;
   return framework().answer("drmgr_register_kernel_xfer_event");
+}
+bool drmgr_register_signal_event(drmgr_signal_t event) {
+  framework().signal = event;
+  return framework().answer("drmgr_register_signal_event");
 }
 int drmgr_register_tls_field() { return framework().answer("drmgr_register_tls_field") ? 5 : -1; }
 bool drmgr_set_tls_field(void* drcontext, int index, void* value) {

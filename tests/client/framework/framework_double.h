@@ -68,6 +68,8 @@ class framework_double {
   std::set<std::string> failing;
   int failing_tls_read = -1;
   reg_id_t stolen_register = DR_REG_X28;
+  uint page_protection = DR_MEMPROT_NONE;
+  dr_mcontext_t context{.flags = DR_MC_ALL, .r26 = 0, .r27 = 0, .xsp = 0};
 
   // To be looked at: calls in their order, as text, and what was written to our_stderr.
   std::vector<std::string> calls;
@@ -78,6 +80,8 @@ class framework_double {
   drmgr_xform_cb_t block_event = nullptr;
   drmgr_restore_state_t restore_state = nullptr;
   drmgr_kernel_xfer_t kernel_transfer = nullptr;
+  drmgr_signal_t signal = nullptr;
+  int tries = 0;
 
   void* tls_field = nullptr;
   reg_t slots[3] = {};
@@ -102,6 +106,11 @@ class framework_double {
 
  private:
   std::set<instr_t*> instructions_;
+};
+
+// Thrown where the framework would leave the client for the application.
+struct redirected {
+  dr_mcontext_t context;
 };
 
 // The one that exists.

@@ -1,0 +1,100 @@
+// Faults of emulated loads and stores. The framework lets the client survive a fault of its own, yet tells nothing of
+// it. So the access is made again as the application's code, by the few instructions below: the fault is then the
+// application's, with the kernel's own account of it, and only the context is to be put right.
+#include "sve/client/application_fault.h"
+
+#include <array>
+#include <csignal>
+
+#include "sve/client/thread_state.h"
+#include "sve/memory/current_access.h"
+
+#ifdef __aarch64__
+// X0 points to X1 addresses, one at least, whose bytes are touched in turn; X2 and X3 are lost. The store writes what
+// it has read unless another thread has written meanwhile. UDF ends them, for the case that the memory has become
+// accessible.
+asm(R"(
+.pushsection .text
+.balign 4
+quern_touch_loaded:
+    ldr   x2, [x0], #8
+    ldrb  w3, [x2]
+    sub   x1, x1, #1
+    cbnz  x1, quern_touch_loaded
+    b     quern_touch_done
+quern_touch_stored:
+    ldr   x2, [x0], #8
+1:  ldxrb w3, [x2]
+    stxrb w3, w3, [x2]
+    cbnz  w3, 1b
+    sub   x1, x1, #1
+    cbnz  x1, quern_touch_stored
+quern_touch_done:
+    udf   #0
+.popsection
+)");
+// Hidden, so that no loader is needed to find them.
+extern "C" __attribute__((visibility("hidden"))) unsigned char quern_touch_loaded[], quern_touch_stored[],
+    quern_touch_done[];
+#else
+// The instructions are AArch64's: elsewhere only their places matter.
+static unsigned char quern_touch_loaded[48];
+static unsigned char* const quern_touch_stored = quern_touch_loaded + 20;
+static unsigned char* const quern_touch_done = quern_touch_loaded + 44;
+#endif
+
+namespace quern {
+namespace {
+
+constinit thread_local std::array<std::uint64_t, max_suspects> suspects{};
+
+// Loads, stores and prefetches.
+bool is_memory_instruction(unsigned int word) { return (word & 0x9E000000) == 0x84000000; }
+
+// The application's registers in place of those that the rewritten code has changed by then. X28 is the framework's
+// care.
+void put_right(dr_mcontext_t& context, const cpu_state& state) {
+  context.r0 = state.x[0];
+  context.r1 = state.x[1];
+  context.r2 = state.x[2];
+  context.r3 = state.x[3];
+  context.r26 = state.x[26];
+  context.r27 = state.x[27];
+  context.pc = state.pc;
+}
+
+// Goes on in the application, with an access to the bytes that can have faulted.
+[[noreturn]] void repeat_access(void* drcontext, const cpu_state& state) {
+  dr_mcontext_t context;
+  context.size = sizeof context;
+  context.flags = DR_MC_ALL;
+  dr_get_mcontext(drcontext, &context);
+  put_right(context, state);
+  context.r0 = reinterpret_cast<reg_t>(suspects.data());
+  context.r1 = list_suspects(current_access, suspects);
+  context.pc = current_access.kind == MEM_STORE ? quern_touch_stored : quern_touch_loaded;
+  dr_redirect_execution(&context);
+  __builtin_unreachable();
+}
+
+}  // namespace
+
+aarch64_decode_rc run_handler(void* drcontext, sve_handler handler, cpu_state* state, unsigned int word) {
+  // A fault of any other instruction is a defect of the emulator, for the framework to report as such.
+  if (!is_memory_instruction(word)) return handler(state, word);
+  forget_addresses();
+  aarch64_decode_rc result = DECODE_OK;
+  DR_TRY_EXCEPT(
+      drcontext, { result = handler(state, word); }, { repeat_access(drcontext, *state); });
+  return result;
+}
+
+dr_signal_action_t event_signal(void* drcontext, dr_siginfo_t* info) {
+  const unsigned char* const pc = info->mcontext->pc;
+  if (pc < quern_touch_loaded || pc > quern_touch_done) return DR_SIGNAL_DELIVER;
+  put_right(*info->mcontext, *thread_state(drcontext));
+  // No signal for the application when nothing has faulted: the instruction is due again.
+  return info->sig == SIGILL && pc == quern_touch_done ? DR_SIGNAL_REDIRECT : DR_SIGNAL_DELIVER;
+}
+
+}  // namespace quern

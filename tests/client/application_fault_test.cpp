@@ -1,0 +1,116 @@
+// A fault of an emulated load or store: where the client goes on, and the context that the application's handler sees.
+#include <csignal>
+#include <optional>
+
+#include "client_test.h"
+#include "sve/client/emulate_instruction.h"
+#include "sve/decoder/sve_utils.h"
+#include "tests/support/mapped_pages.h"
+
+namespace quern {
+namespace {
+
+constexpr std::uint32_t word_ld1b = 0xA400A000;  // ld1b z0.b, p0/z, [x0]
+constexpr std::uint32_t word_st1b = 0xE400E000;  // st1b z0.b, p0, [x0]
+
+struct application_fault : client_test {
+  cpu_state& state = start_thread();
+  mapped_pages pages{page::open, page::closed};
+  unsigned char* pc = nullptr;
+
+  ~application_fault() override { framework.thread_exit(framework.drcontext()); }
+
+  // Carries out the word with lane 2 the first that can't be accessed; where the client goes on, if not in the block.
+  std::optional<dr_mcontext_t> fault(std::uint32_t word) {
+    for (std::uint64_t n = 0; n != 31; ++n) state.x[n] = 100 + n;
+    std::fill(state.p[0], state.p[0] + VL_BYTES, 1);
+    state.x[0] = pages.address(mapped_pages::size() - 2);
+    framework.slots[0] = 126;
+    framework.slots[1] = 127;
+    framework.context.r26 = 0x26;
+    framework.context.r27 = reinterpret_cast<reg_t>(&state);
+    framework.context.xsp = 0x5000;
+    pc = application_word(word);
+    try {
+      emulate_instruction(word, pc, get_sve_handler(word));
+    } catch (const redirected& to) {
+      return to.context;
+    }
+    return std::nullopt;
+  }
+
+  dr_signal_action_t signal(int number, dr_mcontext_t& context) {
+    dr_siginfo_t info{number, framework.drcontext(), &context};
+    return framework.signal(framework.drcontext(), &info);
+  }
+
+  void expect_of_the_instruction(const dr_mcontext_t& context) {
+    EXPECT_EQ(context.pc, pc);
+    EXPECT_THAT((std::array{context.r0, context.r1, context.r2, context.r3, context.r26, context.r27, context.xsp}),
+                testing::ElementsAre(state.x[0], 101, 102, 103, 126, 127, 0x5000));
+  }
+};
+
+TEST_F(application_fault, is_repeated_on_the_bytes_that_can_have_faulted) {
+  for (const std::uint32_t word : {word_ld1b, word_st1b}) {
+    const auto to = fault(word);
+    ASSERT_TRUE(to);
+    ASSERT_EQ(to->r1, 2u);
+    const auto* const bytes = reinterpret_cast<const std::uint64_t*>(to->r0);
+    EXPECT_EQ(bytes[0], pages.address(mapped_pages::size() - 2));
+    EXPECT_EQ(bytes[1], pages.address(mapped_pages::size()));
+    EXPECT_EQ(to->r26, 126u);
+    EXPECT_EQ(to->r27, 127u);
+    EXPECT_EQ(to->xsp, 0x5000u);
+  }
+  EXPECT_NE(fault(word_ld1b)->pc, fault(word_st1b)->pc);
+  EXPECT_THAT(framework.calls, testing::ElementsAre()) << "the slots stay as they are";
+}
+
+TEST_F(application_fault, has_the_context_of_the_instruction) {
+  for (const std::uint32_t word : {word_ld1b, word_st1b}) {
+    for (const int number : {SIGSEGV, SIGBUS, SIGUSR1}) {
+      dr_mcontext_t context = *fault(word);
+      context.r2 = context.r3 = 0;
+      EXPECT_EQ(signal(number, context), DR_SIGNAL_DELIVER);
+      expect_of_the_instruction(context);
+    }
+  }
+}
+
+// One SIGILL is the client's own, behind the code that found nothing to fault.
+TEST_F(application_fault, that_is_no_more_has_the_instruction_run_again) {
+  const dr_mcontext_t start = *fault(word_ld1b);
+  std::vector<std::ptrdiff_t> ends;
+  for (std::ptrdiff_t offset = 0; offset != 64; offset += 4) {
+    dr_mcontext_t context = start;
+    context.pc += offset;
+    if (signal(SIGILL, context) == DR_SIGNAL_REDIRECT) {
+      ends.push_back(offset);
+      expect_of_the_instruction(context);
+    }
+  }
+  EXPECT_THAT(ends, testing::ElementsAre(44));
+}
+
+TEST_F(application_fault, leaves_signals_elsewhere_alone) {
+  const dr_mcontext_t start = *fault(word_ld1b);
+  for (const std::ptrdiff_t offset : {-4, 48}) {
+    dr_mcontext_t context = start;
+    context.pc += offset;
+    EXPECT_EQ(signal(SIGSEGV, context), DR_SIGNAL_DELIVER);
+    EXPECT_EQ(context.pc, start.pc + offset);
+    EXPECT_EQ(context.r0, start.r0);
+  }
+}
+
+// A fault of an instruction without memory would be the emulator's own.
+TEST_F(application_fault, is_looked_for_in_memory_instructions_only) {
+  EXPECT_FALSE(fault(word_add_b));
+  EXPECT_EQ(framework.tries, 0);
+  EXPECT_TRUE(fault(word_ld1b));
+  EXPECT_EQ(framework.tries, 1);
+}
+
+}  // namespace
+}  // namespace quern
