@@ -36,7 +36,7 @@ framework_package::framework_package(const std::string& folder) : folder_(fs::ab
 }
 
 fs::path framework_package::launcher() const {
-  const fs::path path = folder_ / "bin64/drrun";
+  fs::path path = folder_ / "bin64/drrun";
   if (access(path.c_str(), X_OK) != 0)
     refuse(fmt::format("{} can't be executed: unpack DynamoRIO's package again", path.string()));
   return path;
