@@ -23,7 +23,7 @@ fs::path find_client(const run_options& options, const framework_package& packag
   const std::string library = fmt::format("libquern_{}.so", VL_BITS);
   const std::string remedy =
       fmt::format("build quern_client and quern_utils with -DDynamoRIO_DIR={}/cmake", package.folder().string());
-  const fs::path client = library_folder(options.lib_dir, library, remedy) / library;
+  fs::path client = library_folder(options.lib_dir, library, remedy) / library;
   package.check_client(client);
   if (client.string().find_first_of("'\"`;") != std::string::npos)  // which part the framework's options
     throw user_error{fmt::format("the client can't be loaded from {}: its path has a quote or semicolon in it; move it",
