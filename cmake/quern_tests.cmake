@@ -8,8 +8,19 @@ endif()
 set(INSTALL_GTEST OFF CACHE INTERNAL "")
 add_subdirectory(${GTEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 foreach(target gtest gtest_main gmock gmock_main)
-  target_compile_options(${target} PRIVATE -w)  # not ours to mend
+  target_compile_options(${target} PRIVATE -w -O1)  # not ours to mend, nor to wait for
 endforeach()
+
+# quern_precompile(TARGET): GoogleTest's headers take longer to read than most tests; all programs share one reading.
+function(quern_precompile target)
+  get_property(owner GLOBAL PROPERTY quern_precompiled)
+  if(owner)
+    target_precompile_headers(${target} REUSE_FROM ${owner})
+  else()
+    target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+    set_property(GLOBAL PROPERTY quern_precompiled ${target})
+  endif()
+endfunction()
 
 # quern_test(NAME USES TARGETS...): every *_test.cpp of the current folder as one program, run by CTest. Its trace
 # records go to the recorder of tests/support/, unless it uses quern_utils.
@@ -21,5 +32,6 @@ function(quern_test name)
     list(PREPEND ARG_USES test_support)
   endif()
   target_link_libraries(${name} PRIVATE quern_options ${ARG_USES} GTest::gmock_main)
+  quern_precompile(${name})
   add_test(NAME ${name} COMMAND ${name})
 endfunction()

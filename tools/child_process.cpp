@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "tools/commands.h"
+#include "tools/user_error.h"
 
 namespace quern {
 namespace {

@@ -7,9 +7,9 @@
 #include <cstdio>
 #include <fstream>
 
-#include "tools/commands.h"
 #include "tools/program_file.h"
 #include "tools/shared_object.h"
+#include "tools/user_error.h"
 
 namespace quern {
 namespace {

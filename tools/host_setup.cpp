@@ -11,8 +11,8 @@
 #include <fstream>
 #include <vector>
 
-#include "tools/commands.h"
 #include "tools/program_file.h"
+#include "tools/user_error.h"
 #include "utils/trace_format.h"
 
 namespace quern {

@@ -10,7 +10,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "tools/commands.h"
+#include "tools/user_error.h"
 
 namespace quern {
 namespace {

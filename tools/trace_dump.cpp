@@ -7,8 +7,8 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 
-#include "tools/commands.h"
 #include "tools/trace_commands.h"
+#include "tools/user_error.h"
 
 namespace quern {
 namespace {

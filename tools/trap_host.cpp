@@ -6,9 +6,9 @@
 
 #include "sve/state/vector_length.h"
 #include "tools/child_process.h"
-#include "tools/commands.h"
 #include "tools/host_setup.h"
 #include "tools/hosts.h"
+#include "tools/user_error.h"
 
 namespace quern {
 namespace {
