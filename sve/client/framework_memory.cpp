@@ -32,5 +32,6 @@ bool can_read(std::uint64_t address, bool bus_errors_too) {
 
 void quern::use_framework_memory() {
   page_size = static_cast<std::uint32_t>(dr_page_size());
+  accesses_are_noted = true;
   use_memory_host({.set_action = sigaction, .probe = can_read});
 }

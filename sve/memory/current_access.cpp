@@ -7,6 +7,7 @@
 namespace quern {
 
 constinit thread_local memory_access current_access{};
+constinit bool accesses_are_noted = false;
 constinit thread_local std::uint64_t lane_addresses[max_addresses]{};
 
 namespace {

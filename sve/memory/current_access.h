@@ -28,12 +28,17 @@ struct memory_access {
 // Initial-exec, for speed.
 extern constinit thread_local memory_access current_access __attribute__((tls_model("initial-exec")));
 
+// Whether the notes below are wanted, by a host that asks for them: else they cost a test. Hidden, so that the test is
+// one of memory nearby. Set before the first emulated instruction.
+extern constinit bool accesses_are_noted __attribute__((visibility("hidden")));
+
 // Where a gather or scatter puts its lanes' addresses: they must outlive its stack frame. Its lanes have 4 bytes or 8.
 inline constexpr std::size_t max_addresses = VL_BYTES / 4;
 extern constinit thread_local std::uint64_t lane_addresses[max_addresses] __attribute__((tls_model("initial-exec")));
 
 // The notes below stay in front of the accesses that they announce.
 inline void note_access(std::uint64_t address, std::size_t bytes, memaccess_type_t kind) {
+  if (!accesses_are_noted) return;
   memory_access& access = current_access;
   access.address = address;
   access.bytes = static_cast<std::uint32_t>(bytes);
@@ -45,6 +50,7 @@ inline void note_access(std::uint64_t address, std::size_t bytes, memaccess_type
 // Blocks next to each other, one for each active lane of the first `lanes`.
 inline void note_lanes(std::uint64_t address, std::size_t bytes, memaccess_type_t kind, const unsigned char* predicate,
                        std::size_t lane_bytes, std::size_t lanes) {
+  if (!accesses_are_noted) return;
   current_access = {address,
                     static_cast<std::uint32_t>(bytes),
                     kind,
@@ -58,6 +64,7 @@ inline void note_lanes(std::uint64_t address, std::size_t bytes, memaccess_type_
 // Elements at lane_addresses, one for each active lane; the caller stores each before it makes the access.
 inline void note_addresses(std::size_t bytes, memaccess_type_t kind, const unsigned char* predicate,
                            std::size_t lane_bytes) {
+  if (!accesses_are_noted) return;
   current_access = {0,
                     static_cast<std::uint32_t>(bytes),
                     kind,

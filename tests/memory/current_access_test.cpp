@@ -22,7 +22,13 @@ std::array<unsigned char, VL_BYTES> active(std::initializer_list<std::size_t> la
   return predicate;
 }
 
-TEST(current_access, of_a_block_it_is_its_first_byte_and_that_of_its_second_page) {
+class current_access_test : public testing::Test {
+ protected:
+  current_access_test() { accesses_are_noted = true; }
+  ~current_access_test() override { accesses_are_noted = false; }
+};
+
+TEST_F(current_access_test, of_a_block_it_is_its_first_byte_and_that_of_its_second_page) {
   note_access(0x12000, 8, MEM_LOAD);
   EXPECT_THAT(suspects(), ElementsAre(0x12000));
   note_access(0x12FF8, 8, MEM_LOAD);
@@ -31,7 +37,7 @@ TEST(current_access, of_a_block_it_is_its_first_byte_and_that_of_its_second_page
   EXPECT_THAT(suspects(), ElementsAre(0x12FFA, 0x13000));
 }
 
-TEST(current_access, of_neighbouring_lanes_it_is_the_first_active_byte_of_each_page) {
+TEST_F(current_access_test, of_neighbouring_lanes_it_is_the_first_active_byte_of_each_page) {
   const auto predicate = active({1, 2, 3});
   note_lanes(0x12000, 0x7FE, MEM_LOAD, predicate.data(), 4, VL_BYTES / 4);
   EXPECT_THAT(suspects(), ElementsAre(0x127FE, 0x13000));
@@ -39,7 +45,7 @@ TEST(current_access, of_neighbouring_lanes_it_is_the_first_active_byte_of_each_p
   EXPECT_THAT(suspects(), ElementsAre(0x127FE)) << "lanes past the limit are not accessed";
 }
 
-TEST(current_access, of_addresses_it_is_each_active_one_that_was_reached) {
+TEST_F(current_access_test, of_addresses_it_is_each_active_one_that_was_reached) {
   const auto predicate = active({0, 2, 3});
   forget_addresses();
   note_addresses(4, MEM_LOAD, predicate.data(), 4);
@@ -51,6 +57,16 @@ TEST(current_access, of_addresses_it_is_each_active_one_that_was_reached) {
   EXPECT_THAT(suspects(), ElementsAre(0x500FFE, 0x501000, 0x300000));
   forget_addresses();
   EXPECT_THAT(suspects(), ElementsAre());
+}
+
+TEST_F(current_access_test, nothing_is_noted_unless_a_host_asks) {
+  const auto predicate = active({0});
+  note_access(0x12000, 8, MEM_LOAD);
+  accesses_are_noted = false;
+  note_access(0x13000, 8, MEM_LOAD);
+  note_lanes(0x14000, 8, MEM_LOAD, predicate.data(), 4, VL_BYTES / 4);
+  note_addresses(4, MEM_LOAD, predicate.data(), 4);
+  EXPECT_THAT(suspects(), ElementsAre(0x12000));
 }
 
 }  // namespace
