@@ -19,6 +19,7 @@ struct cpu_state {
   std::uint64_t nzcv;  // N, Z, C, V in bits 31 to 28, as MRS delivers them; writers of the flags keep the other bits
   std::uint32_t fpsr;
   std::uint32_t fpcr;                         // what the application last wrote, not what the host's register holds
+  std::uint64_t unused[5];                    // z begins a cache line where the whole does, and so do its vectors
   alignas(16) unsigned char z[32][VL_BYTES];  // element i of size s is bytes i*s to i*s+s-1; the first 16 are Vn
   unsigned char p[16][VL_BYTES];
   unsigned char ffr[VL_BYTES];
@@ -29,8 +30,8 @@ struct cpu_state {
 static_assert(offsetof(cpu_state, x) == 0 && offsetof(cpu_state, sp) == 31 * 8);
 static_assert(offsetof(cpu_state, pc) == 256 && offsetof(cpu_state, nzcv) == 264);
 static_assert(offsetof(cpu_state, fpsr) == 272 && offsetof(cpu_state, fpcr) == 276);
-static_assert(offsetof(cpu_state, z) == 288 && offsetof(cpu_state, z) % 16 == 0);
-static_assert(offsetof(cpu_state, p) == 288 + 32 * VL_BYTES);
+static_assert(offsetof(cpu_state, z) == 320 && offsetof(cpu_state, z) % 64 == 0);
+static_assert(offsetof(cpu_state, p) == 320 + 32 * VL_BYTES);
 
 // What a thunk or a handler answers. Callers test for non-zero only.
 enum aarch64_decode_rc : std::uint32_t {
