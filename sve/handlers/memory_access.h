@@ -2,12 +2,10 @@
 // lanes.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <cstring>
 
-#include "sve/handlers/lanes.h"
-#include "sve/handlers/widest_vectors.h"
+#include "sve/handlers/block_moves.h"
 #include "sve/memory/current_access.h"
 #include "sve/memory/memtrace.h"
 #include "sve/state/cpu_state.h"
@@ -23,10 +21,6 @@ inline std::uint64_t value_of(const cpu_state* state, aarch64_i_reg r) { return 
 
 // An immediate in units of `bytes`, as a 64-bit offset.
 inline std::uint64_t scaled(std::int64_t imm, std::size_t bytes) { return static_cast<std::uint64_t>(imm) * bytes; }
-
-// Any access of application memory may fault, and what has been done until then must be in place for a signal handler
-// to see: no access may move, or merge with another, across this point.
-inline void settle() { std::atomic_signal_fence(std::memory_order_seq_cst); }
 
 // Lane i of z from the element at `address`, which the caller has noted.
 template <class T, class U>
@@ -55,15 +49,6 @@ inline void load_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t 
   }
 }
 
-// Whether every lane of U is active.
-template <class U>
-inline bool all_active(const unsigned char* pg) {
-  constexpr std::uint64_t lowest_bits = ~std::uint64_t{0} / static_cast<U>(~U{0});  // bit 0 of each lane
-  std::uint64_t common = lowest_bits;
-  for (std::size_t i = 0; i != lane_count<std::uint64_t>; ++i) common &= lane<std::uint64_t>(pg, i);
-  return common == lowest_bits;
-}
-
 // Whether `bytes` bytes at `address` are readable all or not at all, whatever the host's page size: no host has smaller
 // pages. A copy of such a block has no middle to fault in.
 inline bool in_one_page(std::uint64_t address, std::size_t bytes) {
@@ -75,20 +60,6 @@ inline bool in_one_page(std::uint64_t address, std::size_t bytes) {
 // constant length the compiler makes a row of narrow ones.
 inline void copy_block(void* to, const void* from, std::size_t bytes) { std::memmove(to, from, bytes); }
 
-// Copies a register's worth of bytes in ascending order, so that a fault is the first vector's.
-template <std::size_t vector_bytes>
-inline void copy_vector(vectors_of<vector_bytes>, unsigned char* to, const unsigned char* from) {
-  constexpr std::size_t chunk_bytes = VL_BYTES < vector_bytes ? VL_BYTES : vector_bytes;
-  using chunk [[gnu::vector_size(chunk_bytes)]] = unsigned char;
-#pragma GCC unroll 16
-  for (std::size_t i = 0; i != VL_BYTES; i += chunk_bytes) {
-    chunk moved;
-    std::memcpy(&moved, from + i, chunk_bytes);
-    std::memcpy(to + i, &moved, chunk_bytes);
-    settle();
-  }
-}
-
 // All lanes of z from the elements at `address`, which lie in one page: a fault is lane 0's.
 template <class T, class U>
 inline void load_block(auto vectors, unsigned char* z, std::uint64_t address) {
@@ -98,8 +69,7 @@ inline void load_block(auto vectors, unsigned char* z, std::uint64_t address) {
     copy_vector(vectors, z, elements);
   } else {
     load_lane<T, U>(z, 0, address);
-#pragma GCC ivdep  // no application's memory is the register file
-    for (std::size_t i = 0; i != lane_count<U>; ++i) set_lane<U>(z, i, static_cast<U>(lane<T>(elements, i)));
+    extend_lanes<T, U>(vectors, z, elements);
   }
 }
 
@@ -112,22 +82,21 @@ inline void store_block(auto vectors, const unsigned char* z, std::uint64_t addr
     copy_vector(vectors, elements, z);
   } else {
     store_lane<T, U>(z, 0, address);
-#pragma GCC ivdep
-    for (std::size_t i = 0; i != lane_count<U>; ++i) set_lane<T>(elements, i, static_cast<T>(lane<U>(z, i)));
+    truncate_lanes<T, U>(vectors, elements, z);
   }
 }
 
 // A contiguous load's access: every lane of Zt. `vectors` is what by_widest_vectors gives.
 template <class T, class U>
 inline void load_contiguous(auto vectors, unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  if (in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(pg))
+  if (in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(vectors, pg)) [[likely]]
     return load_block<T, U>(vectors, z, address);
   load_lanes<T, U>(z, pg, address, lane_count<U>);
 }
 
 template <class T, class U>
 inline void store_contiguous(auto vectors, const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  if (in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(pg)) {
+  if (in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(vectors, pg)) [[likely]] {
     return store_block<T, U>(vectors, z, address);
   }
   note_lanes(address, sizeof(T), MEM_STORE, pg, sizeof(U), lane_count<U>);

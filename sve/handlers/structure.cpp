@@ -1,25 +1,53 @@
 // Loads and stores of structures of two, three or four elements.
 #include "sve/handlers/structure.h"
 
-#include "sve/handlers/memory_access.h"
+#include "sve/handlers/structure_blocks.h"
 
 using namespace quern;
 
 namespace {
 
-// A structure's registers: past Z31 comes Z0.
-template <int N>
-struct members {
-  unsigned char* z[N];
-
-  members(cpu_state* state, aarch64_z_reg zt) {
-    for (unsigned k = 0; k != N; ++k) z[k] = state->z[(zt.num + k) % 32];
-  }
-};
-
 template <class T>
 std::uint64_t address_of(const cpu_state* state, aarch64_i_rsp_reg base, long offset) {
   return value_of(state, base) + scaled(offset, sizeof(T));
+}
+
+// Whether all structures are to be accessed, and lie in one page.
+template <class T, int N>
+bool is_block(auto vectors, const unsigned char* p, std::uint64_t address) {
+  return in_one_page(address, N * VL_BYTES) && all_active<std::make_unsigned_t<T>>(vectors, p);
+}
+
+template <class T, int N>
+[[gnu::noinline]] void load_each(const members<N>& to, const unsigned char* p, std::uint64_t address) {
+  note_lanes(address, N * sizeof(T), MEM_LOAD, p, sizeof(T), lane_count<T>);
+  for (std::size_t i = 0; i != lane_count<T>; ++i, address += N * sizeof(T)) {
+    for (unsigned k = 0; k != N; ++k) {
+      if (is_active<T>(p, i)) {
+        load_lane<T, T>(to.z[k], i, address + k * sizeof(T));
+      } else {
+        set_lane<T>(to.z[k], i, T{0});
+      }
+    }
+  }
+}
+
+template <class T, int N>
+[[gnu::noinline]] void store_each(const members<N>& from, const unsigned char* p, std::uint64_t address) {
+  note_lanes(address, N * sizeof(T), MEM_STORE, p, sizeof(T), lane_count<T>);
+  for (std::size_t i = 0; i != lane_count<T>; ++i, address += N * sizeof(T)) {
+    if (!is_active<T>(p, i)) continue;
+    for (unsigned k = 0; k != N; ++k) store_lane<T, T>(from.z[k], i, address + k * sizeof(T));
+  }
+}
+
+// Reports one access for each active structure: that of its last element.
+template <class T, class U, int N>
+void trace_structures(const cpu_state* state, const unsigned char* p, std::uint64_t address, memaccess_type_t kind) {
+  if (!enable_trace) return;
+  std::uint64_t last_elements[lane_count<U>];
+  for (std::size_t i = 0; i != lane_count<U>; ++i) last_elements[i] = address + (i * N + N - 1) * sizeof(T);
+  memtrace_each<T, U>(state, last_elements, p, kind);
 }
 
 }  // namespace
@@ -27,39 +55,34 @@ std::uint64_t address_of(const cpu_state* state, aarch64_i_rsp_reg base, long of
 template <class T, class U, int N>
 aarch64_decode_rc sve_ldN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base,
                                long offset) {
-  const members<N> to(state, zt);
+  const auto load = [](auto vectors, cpu_state* s, aarch64_z_reg z, const unsigned char* p, std::uint64_t from) {
+    const members<N> to(s, z);
+    if (!is_block<T, N>(vectors, p, from)) [[unlikely]]
+      return load_each<T>(to, p, from);
+    note_access(from, sizeof(T), MEM_LOAD);
+    load_structures<T>(vectors, to, from);
+  };
   const unsigned char* p = state->p[pg.num];
-  std::uint64_t last_elements[lane_count<U>];
-  std::uint64_t address = address_of<T>(state, base, offset);
-  note_lanes(address, N * sizeof(T), MEM_LOAD, p, sizeof(U), lane_count<U>);
-  for (std::size_t i = 0; i != lane_count<U>; ++i, address += N * sizeof(T)) {
-    last_elements[i] = address + (N - 1) * sizeof(T);
-    for (unsigned k = 0; k != N; ++k) {
-      if (is_active<U>(p, i)) {
-        load_lane<T, U>(to.z[k], i, address + k * sizeof(T));
-      } else {
-        set_lane<U>(to.z[k], i, U{0});
-      }
-    }
-  }
-  memtrace_each<T, U>(state, last_elements, p, MEM_LOAD);
+  const std::uint64_t address = address_of<T>(state, base, offset);
+  by_widest_vectors(load, state, zt, p, address);
+  trace_structures<T, U, N>(state, p, address, MEM_LOAD);
   return DECODE_OK;
 }
 
 template <class T, class U, int N>
 aarch64_decode_rc sve_stN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base,
                                long offset) {
-  const members<N> from(state, zt);
+  const auto store = [](auto vectors, cpu_state* s, aarch64_z_reg z, const unsigned char* p, std::uint64_t to) {
+    const members<N> from(s, z);
+    if (!is_block<T, N>(vectors, p, to)) [[unlikely]]
+      return store_each<T>(from, p, to);
+    note_access(to, sizeof(T), MEM_STORE);
+    store_structures<T>(vectors, from, to);
+  };
   const unsigned char* p = state->p[pg.num];
-  std::uint64_t last_elements[lane_count<U>];
-  std::uint64_t address = address_of<T>(state, base, offset);
-  note_lanes(address, N * sizeof(T), MEM_STORE, p, sizeof(U), lane_count<U>);
-  for (std::size_t i = 0; i != lane_count<U>; ++i, address += N * sizeof(T)) {
-    last_elements[i] = address + (N - 1) * sizeof(T);
-    if (!is_active<U>(p, i)) continue;
-    for (unsigned k = 0; k != N; ++k) store_lane<T, U>(from.z[k], i, address + k * sizeof(T));
-  }
-  memtrace_each<T, U>(state, last_elements, p, MEM_STORE);
+  const std::uint64_t address = address_of<T>(state, base, offset);
+  by_widest_vectors(store, state, zt, p, address);
+  trace_structures<T, U, N>(state, p, address, MEM_STORE);
   return DECODE_OK;
 }
 

@@ -13,6 +13,7 @@ using vectors_of = std::integral_constant<std::size_t, bytes>;
 
 // Clang, which fuzzes and lints, does without.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+#define QUERN_BY_WIDEST_VECTORS
 
 // flatten: all that `body` calls is compiled into this function, and so for its vectors.
 template <class Body, class... Argument>

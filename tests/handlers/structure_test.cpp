@@ -1,6 +1,7 @@
 // Loads and stores of structures of two, three or four elements.
 #include "sve/handlers/structure.h"
 
+#include "sve/handlers/structure_blocks.h"
 #include "tests/handlers/memory_fixture.h"
 
 namespace {
@@ -179,6 +180,57 @@ TEST_F(Structure, AFaultLeavesTheLanesBeforeItDone) {
     EXPECT_EQ(memory(), image) << m.name;
     expect_no_trace();
   }
+}
+
+// All structures lie in one page, where they are moved as a block: the fault is still that of the first element.
+TEST_F(Structure, ABlockThatFaultsFaultsInItsFirstElement) {
+  const std::uint64_t in_closed_page = reinterpret_cast<std::uint64_t>(closed()) + 64;
+  for (const member& m : members) {
+    SetUp();
+    activate(pg.num, m.bytes, all_lanes.is_active);
+    s.x[1] = in_closed_page;
+    const cpu_state before = s;
+    EXPECT_EQ(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); }), in_closed_page)
+        << m.name;
+    EXPECT_TRUE(same(s, before)) << m.name;
+    expect_no_trace();
+  }
+}
+
+// A processor runs the code for one width of vectors only, the test that of all.
+template <class T, int N, std::size_t vector_bytes>
+void expect_blocks_part_and_join(cpu_state& s) {
+  SCOPED_TRACE(testing::Message() << N << " x " << sizeof(T) << ", vectors of " << vector_bytes);
+  T structures[lane_count<T>][N], stored[lane_count<T>][N];
+  std::memcpy(structures, s.z[0], sizeof structures);
+  const quern::members<N> registers(&s, z_operand(8));
+  load_structures<T>(vectors_of<vector_bytes>{}, registers, reinterpret_cast<std::uint64_t>(structures));
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    for (std::size_t k = 0; k != N; ++k) ASSERT_EQ(lane<T>(registers.z[k], i), structures[i][k]) << i << " " << k;
+  }
+  store_structures<T>(vectors_of<vector_bytes>{}, registers, reinterpret_cast<std::uint64_t>(stored));
+  EXPECT_EQ(std::memcmp(stored, structures, sizeof stored), 0);
+}
+
+template <class T, int N>
+void expect_blocks_part_and_join(cpu_state& s) {
+  expect_blocks_part_and_join<T, N, 16>(s);
+  expect_blocks_part_and_join<T, N, 32>(s);
+  expect_blocks_part_and_join<T, N, 64>(s);
+}
+
+template <class T>
+void expect_blocks_part_and_join(cpu_state& s) {
+  expect_blocks_part_and_join<T, 2>(s);
+  expect_blocks_part_and_join<T, 3>(s);
+  expect_blocks_part_and_join<T, 4>(s);
+}
+
+TEST_F(Structure, BlocksAreTheSameByVectorsOfEveryWidth) {
+  expect_blocks_part_and_join<std::uint8_t>(s);
+  expect_blocks_part_and_join<std::uint16_t>(s);
+  expect_blocks_part_and_join<std::uint32_t>(s);
+  expect_blocks_part_and_join<std::uint64_t>(s);
 }
 
 }  // namespace
