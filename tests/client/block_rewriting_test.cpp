@@ -14,7 +14,7 @@ using lines = std::vector<std::string>;
 
 std::string number(std::size_t n) { return std::to_string(n); }
 std::string field(std::size_t offset) { return "[x27, #" + number(offset) + "]"; }
-std::string vector_field(std::size_t n) { return "q" + number(n) + ", " + field(288 + n * VL_BYTES); }
+std::string vector_field(std::size_t n) { return "q" + number(n) + ", " + field(320 + n * VL_BYTES); }
 std::string pair_field(std::size_t n) { return "x" + number(n) + ", x" + number(n + 1) + ", " + field(8 * n); }
 
 lines moves_to_state() {
