@@ -26,7 +26,7 @@ alignas(4096) cpu_state s;
 // The registers and addresses are such that no two of an instruction's blocks agree in the low twelve bits of their
 // addresses, which would make loads wait for unrelated stores.
 alignas(4096) unsigned char memory[2 * 4096];
-unsigned char* const block = memory + 2048;
+unsigned char* const block = memory + 3072;
 
 using loop = std::function<void(benchmark::State&)>;
 
@@ -60,16 +60,20 @@ const measured instructions[] = {
     {"ld1d", 8, 8, 1, by(sve_ld1d_zpri)},
     {"ld1d scaled", 8, 8, 1, by(sve_ld1d_scaled_zprr)},
     {"ld1b_h", 1, 2, 1, by(sve_ld1b_h_zpri)},
+    {"ld1b_d", 1, 8, 1, by(sve_ld1b_d_zpri)},
     {"ld1sw_d", 4, 8, 1, by(sve_ld1sw_d_zpri)},
     {"st1b", 1, 1, 1, by(sve_st1b_zpri)},
     {"st1w", 4, 4, 1, by(sve_st1w_zpri)},
     {"st1d", 8, 8, 1, by(sve_st1d_zpri)},
     {"st1b_s", 1, 4, 1, by(sve_st1b_s_zpri)},
+    {"st1b_d", 1, 8, 1, by(sve_st1b_d_zpri)},
     {"ld1rw", 4, 4, 1, by(sve_ld1rw_zpri)},
+    {"ld2b", 1, 1, 2, by(sve_ld2b_zpri)},
     {"ld2w", 4, 4, 2, by(sve_ld2w_zpri)},
     {"ld3b", 1, 1, 3, by(sve_ld3b_zpri)},
     {"ld4d", 8, 8, 4, by(sve_ld4d_zpri)},
     {"st2w", 4, 4, 2, by(sve_st2w_zpri)},
+    {"st3b", 1, 1, 3, by(sve_st3b_zpri)},
     {"st4d", 8, 8, 4, by(sve_st4d_zpri)},
     {"gather ld1w", 4, 4, 1, by(sve_ld1w_sxtw_scaled_zprz)},
     {"gather ld1d", 8, 8, 1, by(sve_ld1d_scaled_zprz)},

@@ -49,16 +49,31 @@ inline void load_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t 
   }
 }
 
-// Whether `bytes` bytes at `address` are readable all or not at all, whatever the host's page size: no host has smaller
-// pages. A copy of such a block has no middle to fault in.
-inline bool in_one_page(std::uint64_t address, std::size_t bytes) {
+// Bytes from `address` to the end of its page, which are readable all or not at all, whatever the host's page size: no
+// host has smaller pages.
+inline std::size_t left_in_page(std::uint64_t address) {
   constexpr std::uint64_t smallest_page = 4096;
-  return (address & (smallest_page - 1)) + bytes <= smallest_page;
+  return smallest_page - (address & (smallest_page - 1));
 }
+
+// Whether a copy of such a block has no middle to fault in.
+inline bool in_one_page(std::uint64_t address, std::size_t bytes) { return bytes <= left_in_page(address); }
 
 // Copies a block. memmove, since it is always the library's, with the widest moves that the host has: of a memcpy of
 // constant length the compiler makes a row of narrow ones.
 inline void copy_block(void* to, const void* from, std::size_t bytes) { std::memmove(to, from, bytes); }
+
+// Moves a register's worth of elements T that go into a second page: those that lie whole in the first at once, then
+// the next alone, since it may lie in both, then the others. A fault is that of the lane that it would be one by one.
+template <class T>
+inline void copy_in_two_pages(unsigned char* to, const unsigned char* from, std::size_t left) {
+  const std::size_t whole = left / sizeof(T) * sizeof(T), after = whole + sizeof(T);
+  copy_block(to, from, whole);
+  settle();
+  copy_block(to + whole, from + whole, sizeof(T));
+  settle();
+  copy_block(to + after, from + after, VL_BYTES - after);
+}
 
 // All lanes of z from the elements at `address`, which lie in one page: a fault is lane 0's.
 template <class T, class U>
@@ -89,17 +104,24 @@ inline void store_block(auto vectors, const unsigned char* z, std::uint64_t addr
 // A contiguous load's access: every lane of Zt. `vectors` is what by_widest_vectors gives.
 template <class T, class U>
 inline void load_contiguous(auto vectors, unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  if (in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(vectors, pg)) [[likely]]
+  const bool all = all_active<U>(vectors, pg);
+  if (all && in_one_page(address, lane_count<U> * sizeof(T))) [[likely]]
     return load_block<T, U>(vectors, z, address);
+  if (all && sizeof(T) == sizeof(U)) {
+    note_lanes(address, sizeof(T), MEM_LOAD, pg, sizeof(U), lane_count<U>);
+    return copy_in_two_pages<T>(z, reinterpret_cast<const unsigned char*>(address), left_in_page(address));
+  }
   load_lanes<T, U>(z, pg, address, lane_count<U>);
 }
 
 template <class T, class U>
 inline void store_contiguous(auto vectors, const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  if (in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(vectors, pg)) [[likely]] {
+  const bool all = all_active<U>(vectors, pg);
+  if (all && in_one_page(address, lane_count<U> * sizeof(T))) [[likely]]
     return store_block<T, U>(vectors, z, address);
-  }
   note_lanes(address, sizeof(T), MEM_STORE, pg, sizeof(U), lane_count<U>);
+  if (all && sizeof(T) == sizeof(U))
+    return copy_in_two_pages<T>(reinterpret_cast<unsigned char*>(address), z, left_in_page(address));
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(pg, i)) store_lane<T, U>(z, i, address + i * sizeof(T));
   }

@@ -247,22 +247,27 @@ TEST_F(Contiguous, ALoadStopsAtTheLaneThatFaults) {
 TEST_F(Contiguous, AStoreStopsAtTheLaneThatFaults) {
   for (const member& m : stores) {
     for (const lane_pattern& pattern : {all_lanes, odd_lanes}) {
-      SetUp();
-      activate(pg.num, m.lane_bytes, pattern.is_active);
-      const std::size_t lanes = vl / m.lane_bytes, half = lanes / 2;
-      unsigned char* const first = closed() - half * m.memory_bytes;
-      s.x[5] = reinterpret_cast<std::uint64_t>(first);
-      std::vector<unsigned char> expected = memory();
-      std::size_t i = 0;
-      for (; i < half || !pattern.is_active(i, lanes); ++i) {
-        if (pattern.is_active(i, lanes))
-          put_element(expected.data() + (first - open()) + i * m.memory_bytes, m.memory_bytes,
-                      lane_of(zt.num, i, m.lane_bytes));
+      for (const std::size_t misalignment : {std::size_t{0}, std::size_t{1}}) {
+        SetUp();
+        activate(pg.num, m.lane_bytes, pattern.is_active);
+        const std::size_t lanes = vl / m.lane_bytes, half = lanes / 2;
+        unsigned char* const first = closed() - half * m.memory_bytes + misalignment;
+        s.x[5] = reinterpret_cast<std::uint64_t>(first);
+        std::vector<unsigned char> expected = memory();
+        std::size_t i = 0;
+        for (; first + (i + 1) * m.memory_bytes <= closed() || !pattern.is_active(i, lanes); ++i) {
+          if (pattern.is_active(i, lanes))
+            put_element(expected.data() + (first - open()) + i * m.memory_bytes, m.memory_bytes,
+                        lane_of(zt.num, i, m.lane_bytes));
+        }
+        const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(5), 0); }); });
+        ASSERT_TRUE(fault) << m.name;
+        if (misalignment == 0) {
+          EXPECT_EQ(*fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes)) << m.name;
+        }
+        EXPECT_EQ(memory(), expected) << m.name << ", lanes: " << pattern.name << ", misaligned by " << misalignment;
+        expect_no_trace();
       }
-      const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(5), 0); }); });
-      EXPECT_EQ(fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes)) << m.name;
-      EXPECT_EQ(memory(), expected) << m.name << ", lanes: " << pattern.name;
-      expect_no_trace();
     }
   }
 }
