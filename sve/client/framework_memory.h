@@ -3,9 +3,10 @@
 
 namespace quern {
 
-// Takes the page size from the framework, and has it survive the faults of guarded reads and readability probes: it
-// does not let a fault in the client's own code come to the client's signal handlers, and the client's own libc may
-// not know the page size. To be called once, at start-up.
+// Takes the page size from the framework, since the client's own libc may not know it, and has the accesses of
+// instructions noted, for their faults. To be called once, at start-up.
+// (That guarded reads and readability probes survive their faults by the framework's means is settled at load time: it
+// does not let a fault in the client's own code come to the client's signal handlers.)
 void use_framework_memory();
 
 }  // namespace quern

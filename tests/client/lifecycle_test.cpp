@@ -1,4 +1,8 @@
 // The client's life: start, threads, end, and what it says when an assumption is broken.
+#include <unistd.h>
+
+#include <csignal>
+
 #include "client_test.h"
 #include "sve/memory/guest_memory.h"
 #include "tests/support/caught_fault.h"
@@ -140,6 +144,31 @@ TEST_F(lifecycle, a_bus_error_is_survived_by_guarded_reads_only) {
   EXPECT_TRUE(fault);
   EXPECT_EQ(caught_fault([&] { addr_is_readable(reinterpret_cast<volatile char*>(pages.address(0))); }),
             pages.address(0));
+}
+
+// The handler that stands from load time on, when the application gets a signal with this code.
+void handle(int number, int code) {
+  struct sigaction action;
+  sigaction(number, nullptr, &action);
+  siginfo_t info{};
+  info.si_code = code;
+  action.sa_sigaction(number, &info, nullptr);
+}
+
+constexpr auto message = "^zivra's SVESigHandler caught signal SIG(SEGV|BUS) from the process";
+
+TEST(FatalSignalDeathTest, IsSentAgainWhenItWasSent) {
+  for (const int number : {SIGSEGV, SIGBUS}) {
+    EXPECT_EXIT(raise(number), testing::KilledBySignal(number), message);
+    for (const int code : {SI_USER, SI_QUEUE, SI_TKILL})
+      EXPECT_EXIT(handle(number, code), testing::KilledBySignal(number), message);
+  }
+}
+
+// A fault comes again by itself, with what the kernel has to say of it.
+TEST(FatalSignalDeathTest, IsLeftToTheInstructionWhenItWasAFault) {
+  for (const int code : std::initializer_list<int>{SEGV_MAPERR, SEGV_ACCERR, SI_KERNEL})
+    EXPECT_EXIT((handle(SIGSEGV, code), _exit(0)), testing::ExitedWithCode(0), message);
 }
 
 }  // namespace
