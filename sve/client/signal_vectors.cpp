@@ -39,15 +39,6 @@ void drop_if(const void* thread, Predicate stale) {
     if (is_of(entry, thread) && stale(entry)) drop(entry);
 }
 
-// A handler on the stack that it interrupted stays below the place where it began. One on an alternate stack can't be
-// told by its stack pointer.
-bool is_left(const interruption& entry, std::uint64_t sp) {
-  constexpr std::uint64_t largest_frame = 64 * 1024;
-  const bool same_stack =
-      entry.handler_sp < entry.interrupted_sp && entry.interrupted_sp - entry.handler_sp < largest_frame;
-  return same_stack && sp > entry.handler_sp;
-}
-
 bool keep(interruption& entry, const void* thread, const dr_kernel_xfer_info_t& info, saved_vectors* vectors) {
   const void* nobody = nullptr;
   if (!entry.thread.compare_exchange_strong(nobody, thread, std::memory_order_acquire)) return false;
@@ -76,18 +67,27 @@ interruption* oldest_of(const void* thread) {
   return oldest;
 }
 
-// The thread's latest at this stack pointer, or null.
-interruption* latest_at(const void* thread, std::uint64_t sp) {
-  interruption* latest = nullptr;
+// The thread's latest that is wanted, or null.
+template <class Predicate>
+interruption* latest(const void* thread, Predicate wanted) {
+  interruption* found = nullptr;
   for (interruption& entry : interruptions)
-    if (is_of(entry, thread) && entry.interrupted_sp == sp && (latest == nullptr || entry.number > latest->number))
-      latest = &entry;
-  return latest;
+    if (is_of(entry, thread) && wanted(entry) && (found == nullptr || entry.number > found->number)) found = &entry;
+  return found;
+}
+
+// Drops the handlers that were left by a long jump, as far as can be seen where the code at `sp` is interrupted by a
+// new one. Where that takes the place of another's frame, the other is over. And a handler stays below the place where
+// it began; only the latest is asked, since code that has interrupted an earlier one may be on any stack.
+void drop_left(const void* thread, std::uint64_t sp, std::uint64_t new_handler_sp) {
+  drop_if(thread, [=](const interruption& entry) { return entry.handler_sp == new_handler_sp; });
+  const auto any = [](const interruption&) { return true; };
+  for (auto* entry = latest(thread, any); entry != nullptr && sp > entry->handler_sp; entry = latest(thread, any))
+    drop(*entry);
 }
 
 void begin_handler(const void* thread, const dr_kernel_xfer_info_t& info, const cpu_state& state) {
-  const std::uint64_t sp = info.source_mcontext->xsp;
-  drop_if(thread, [=](const interruption& entry) { return is_left(entry, sp); });
+  drop_left(thread, info.source_mcontext->xsp, info.target_xsp);
   if (keep(thread, info, state)) return;
   if (interruption* const oldest = oldest_of(thread)) drop(*oldest);
   if (keep(thread, info, state)) return;
@@ -98,7 +98,8 @@ void begin_handler(const void* thread, const dr_kernel_xfer_info_t& info, const 
 
 // What was interrupted later than the code that goes on has been left.
 void end_handler(const void* thread, std::uint64_t sp, cpu_state& state) {
-  const interruption* const ended = latest_at(thread, sp);
+  const interruption* const ended =
+      latest(thread, [sp](const interruption& entry) { return entry.interrupted_sp == sp; });
   if (ended == nullptr) return;
   restore_vectors(*ended->vectors, state);
   drop_if(thread, [number = ended->number](const interruption& entry) { return entry.number >= number; });

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "client_test.h"
+#include "sve/client/signal_vectors.h"
 #include "sve/state/saved_vectors.h"
 
 namespace quern {
@@ -85,15 +86,17 @@ TEST_F(signals, a_redirection_by_the_client_is_no_handler) {
   EXPECT_EQ(in_use(), 0u);
 }
 
-// After a long jump out of the handler, the next signal finds the code above the handler's place.
-TEST_F(signals, a_handler_that_was_left_is_dropped) {
-  fill(1);
+// After a long jump out of the inner handler or out of both, the next signal finds the code above where they began.
+TEST_F(signals, handlers_that_were_left_are_dropped) {
   deliver(0x8000);
+  deliver(0x6000);
+  deliver(0x6800);
+  EXPECT_EQ(in_use(), 2u);
   fill(2);
-  deliver(0x8000);
+  deliver(0x8800);
   EXPECT_EQ(in_use(), 1u);
   fill(3);
-  end(0x8000);
+  end(0x8800);
   EXPECT_TRUE(is_filled(2));
   EXPECT_EQ(in_use(), 0u);
 }
@@ -128,12 +131,50 @@ TEST_F(signals, a_return_to_where_no_handler_came_from_changes_nothing) {
   EXPECT_TRUE(is_filled(2));
 }
 
-TEST_F(signals, handlers_left_unseen_give_way) {
-  for (std::size_t i = 0; i != saved_vectors_capacity; ++i) deliver(0x8000 + i, 0x900000);
+// The outer one runs on the interrupted stack, two inner ones on an alternate stack above it.
+TEST_F(signals, a_handler_is_kept_while_others_run_on_a_stack_above) {
   fill(1);
-  deliver(0x7000, 0x900000);
+  deliver(0x8000);
   fill(2);
+  deliver(0x6000, 0x900000);
+  fill(3);
+  deliver(0x8FF000);
+  end(0x8FF000);
+  end(0x6000);
+  EXPECT_TRUE(is_filled(2));
+  end(0x8000);
+  EXPECT_TRUE(is_filled(1));
+}
+
+TEST_F(signals, a_handler_that_was_left_on_an_alternate_stack_is_dropped_when_that_is_used_again) {
+  deliver(0x8000, 0x900000);
+  deliver(0x7000, 0x900000);
+  EXPECT_EQ(in_use(), 1u);
+}
+
+// Left on one alternate stack, interrupted at the same place again by a handler on another.
+TEST_F(signals, the_later_of_two_handlers_at_one_place_ends) {
+  fill(1);
+  deliver(0x8000, 0x900000);
+  fill(2);
+  deliver(0x8000, 0xA00000);
+  fill(3);
+  end(0x8000);
+  EXPECT_TRUE(is_filled(2));
+}
+
+// Each on a stack of its own.
+TEST_F(signals, the_oldest_handlers_left_unseen_give_way) {
+  for (std::size_t i = 0; i != saved_vectors_capacity; ++i) {
+    fill(i == saved_vectors_capacity - 1 ? 1 : 0);
+    deliver(0x8000 + i, 0x900000 + 0x100000 * i);
+  }
+  fill(2);
+  deliver(0x7000, 0x800000);
+  fill(3);
   end(0x7000);
+  EXPECT_TRUE(is_filled(2));
+  end(0x8000 + saved_vectors_capacity - 1);
   EXPECT_TRUE(is_filled(1));
 }
 
@@ -150,6 +191,21 @@ TEST_F(signals, a_thread_that_ends_leaves_nothing) {
   framework.thread_exit(framework.drcontext());
   framework.tls_field = nullptr;
   EXPECT_EQ(in_use(), 0u);
+}
+
+// As when a new thread has the drcontext of one that a fork has left behind.
+TEST_F(signals, a_thread_that_begins_finds_nothing) {
+  deliver(0x8000);
+  framework.thread_init(framework.drcontext());
+  dr_thread_free(framework.drcontext(), &state, sizeof state);
+  EXPECT_EQ(in_use(), 0u);
+}
+
+TEST_F(signals, another_thread_that_ends_leaves_this_ones) {
+  deliver(0x8000);
+  const int another_thread = 0;
+  forget_signal_vectors(&another_thread);
+  EXPECT_EQ(in_use(), 1u);
 }
 
 TEST_F(signals, rewritten_code_has_the_applications_registers_in_slots) {
