@@ -10,8 +10,12 @@
 namespace quern {
 namespace {
 
-constexpr std::uint32_t word_ld1b = 0xA400A000;  // ld1b z0.b, p0/z, [x0]
-constexpr std::uint32_t word_st1b = 0xE400E000;  // st1b z0.b, p0, [x0]
+using testing::ElementsAre;
+
+constexpr std::uint32_t word_ld1b = 0xA400A000;    // ld1b z0.b, p0/z, [x0]
+constexpr std::uint32_t word_st1b = 0xE400E000;    // st1b z0.b, p0, [x0]
+constexpr std::uint32_t word_ldnf1b = 0xA410A000;  // ldnf1b z0.b, p0/z, [x0]
+constexpr std::uint32_t word_gather = 0x85414000;  // ld1w z0.s, p0/z, [x0, z1.s, sxtw]
 
 struct application_fault : client_test {
   cpu_state& state = start_thread();
@@ -44,10 +48,16 @@ struct application_fault : client_test {
     return framework.signal(framework.drcontext(), &info);
   }
 
+  // The bytes that the code at which the client goes on will touch.
+  static std::vector<std::uint64_t> touched(const dr_mcontext_t& to) {
+    const auto* const first = reinterpret_cast<const std::uint64_t*>(to.r0);
+    return {first, first + to.r1};
+  }
+
   void expect_of_the_instruction(const dr_mcontext_t& context) {
     EXPECT_EQ(context.pc, pc);
     EXPECT_THAT((std::array{context.r0, context.r1, context.r2, context.r3, context.r26, context.r27, context.xsp}),
-                testing::ElementsAre(state.x[0], 101, 102, 103, 126, 127, 0x5000));
+                ElementsAre(state.x[0], 101, 102, 103, 126, 127, 0x5000));
   }
 };
 
@@ -55,17 +65,66 @@ TEST_F(application_fault, is_repeated_on_the_bytes_that_can_have_faulted) {
   for (const std::uint32_t word : {word_ld1b, word_st1b}) {
     const auto to = fault(word);
     ASSERT_TRUE(to);
-    ASSERT_EQ(to->r1, 2u);
-    const auto* const bytes = reinterpret_cast<const std::uint64_t*>(to->r0);
-    EXPECT_EQ(bytes[0], pages.address(mapped_pages::size() - 2));
-    EXPECT_EQ(bytes[1], pages.address(mapped_pages::size()));
+    EXPECT_THAT(touched(*to),
+                ElementsAre(pages.address(mapped_pages::size() - 2), pages.address(mapped_pages::size())));
     EXPECT_EQ(to->r26, 126u);
     EXPECT_EQ(to->r27, 127u);
     EXPECT_EQ(to->xsp, 0x5000u);
   }
   EXPECT_NE(fault(word_ld1b)->pc, fault(word_st1b)->pc);
-  EXPECT_THAT(framework.calls, testing::ElementsAre()) << "the slots stay as they are";
+  EXPECT_THAT(framework.calls, ElementsAre()) << "the slots stay as they are";
 }
+
+// The lanes behind the one that faulted had addresses in an earlier instruction, on pages that this one does not touch.
+TEST_F(application_fault, of_a_gather_is_not_looked_for_in_lanes_that_it_has_not_reached) {
+  std::array<std::int32_t, VL_BYTES / 4> offsets;
+  offsets.fill(-4);
+  std::memcpy(state.z[1], offsets.data(), sizeof offsets);
+  EXPECT_FALSE(fault(word_gather));
+  offsets[1] = 2;
+  std::memcpy(state.z[1], offsets.data(), sizeof offsets);
+  const auto to = fault(word_gather);
+  ASSERT_TRUE(to);
+  EXPECT_THAT(touched(*to), ElementsAre(state.x[0] - 4, state.x[0] + 2));
+}
+
+// A non-fault load survives what is not mapped, not a page that has nothing behind it.
+TEST_F(application_fault, of_a_probe_is_repeated_on_its_byte) {
+  const auto load = fault(word_ld1b);
+  fault(word_st1b);
+  pages.set(0, page::closed);
+  framework.failing = {"dr_safe_read"};
+  framework.page_protection = DR_MEMPROT_READ;
+  const auto to = fault(word_ldnf1b);
+  ASSERT_TRUE(to);
+  EXPECT_THAT(touched(*to), ElementsAre(state.x[0]));
+  EXPECT_EQ(to->pc, load->pc);
+}
+
+#ifdef __aarch64__
+// Goes where the client has sent the application.
+void go_on(const dr_mcontext_t& to) {
+  register reg_t bytes __asm__("x0") = to.r0;
+  register reg_t count __asm__("x1") = to.r1;
+  __asm__ volatile("br %0" : : "r"(to.pc), "r"(bytes), "r"(count) : "x2", "x3", "memory");
+}
+
+// By a load or by a store, as it was; where nothing faults any more, the code ends at an undefined instruction.
+TEST_F(application_fault, is_raised_again_by_an_access_of_its_kind) {
+  pages.set(1, page::open);
+  ASSERT_EQ(mprotect(pages.at(mapped_pages::size()), mapped_pages::size(), PROT_READ), 0);
+  const dr_mcontext_t store = *fault(word_st1b);
+  EXPECT_EXIT(go_on(store), testing::KilledBySignal(SIGSEGV), "SIGSEGV");
+  pages.set(1, page::open);
+  EXPECT_EXIT(go_on(store), testing::KilledBySignal(SIGILL), "");
+
+  pages.set(1, page::closed);
+  const dr_mcontext_t load = *fault(word_ld1b);
+  EXPECT_EXIT(go_on(load), testing::KilledBySignal(SIGSEGV), "SIGSEGV");
+  ASSERT_EQ(mprotect(pages.at(mapped_pages::size()), mapped_pages::size(), PROT_READ), 0);
+  EXPECT_EXIT(go_on(load), testing::KilledBySignal(SIGILL), "");
+}
+#endif
 
 TEST_F(application_fault, has_the_context_of_the_instruction) {
   for (const std::uint32_t word : {word_ld1b, word_st1b}) {
@@ -78,19 +137,19 @@ TEST_F(application_fault, has_the_context_of_the_instruction) {
   }
 }
 
-// One SIGILL is the client's own, behind the code that found nothing to fault.
+// One SIGILL is the client's own, behind the code that found nothing to fault. Any other signal may come there too.
 TEST_F(application_fault, that_is_no_more_has_the_instruction_run_again) {
   const dr_mcontext_t start = *fault(word_ld1b);
-  std::vector<std::ptrdiff_t> ends;
-  for (std::ptrdiff_t offset = 0; offset != 64; offset += 4) {
-    dr_mcontext_t context = start;
-    context.pc += offset;
-    if (signal(SIGILL, context) == DR_SIGNAL_REDIRECT) {
-      ends.push_back(offset);
+  std::vector<std::pair<int, std::ptrdiff_t>> again;
+  for (const int number : {SIGILL, SIGSEGV, SIGUSR1}) {
+    for (std::ptrdiff_t offset = 0; offset != 48; offset += 4) {
+      dr_mcontext_t context = start;
+      context.pc += offset;
+      if (signal(number, context) == DR_SIGNAL_REDIRECT) again.emplace_back(number, offset);
       expect_of_the_instruction(context);
     }
   }
-  EXPECT_THAT(ends, testing::ElementsAre(44));
+  EXPECT_THAT(again, ElementsAre(testing::Pair(SIGILL, 44)));
 }
 
 TEST_F(application_fault, leaves_signals_elsewhere_alone) {
