@@ -4,6 +4,21 @@ set -euo pipefail
 quern=("$@")
 failures=0
 
+# A folder of the test's own: the current one from here on, gone at the end.
+enter_folder() {
+  folder=$(realpath "$(mktemp -d)")
+  trap 'rm -rf "$folder"' EXIT
+  cd "$folder"
+}
+
+# For tests that start programs: none of the caller's settings, the compiler of AArch64 programs, and the vector length
+# that the libraries' names have.
+prepare_programs() {
+  unset QUERN_TRACE QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
+  if [ "$(uname -m)" = aarch64 ]; then compiler=gcc; else compiler=aarch64-linux-gnu-gcc; fi
+  bits=$("${quern[@]}" --version | sed 's/.*(\([0-9]*\)-bit.*/\1/')
+}
+
 fail() {
   printf 'FAILED: %s\n' "$*"
   failures=$((failures + 1))

@@ -3,12 +3,8 @@
 # libraries that hold no more than quern looks at; drrun and qemu-aarch64 are scripts that print how they were started. So
 # a quern for AArch64 can be judged on another processor too: no AArch64 program is started by it.
 . "$(dirname "$0")/expect.sh" "$@"
-folder=$(realpath "$(mktemp -d)")
-trap 'rm -rf "$folder"' EXIT
-cd "$folder"
-unset QUERN_TRACE QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
-if [ "$(uname -m)" = aarch64 ]; then compiler=gcc; else compiler=aarch64-linux-gnu-gcc; fi
-bits=$("${quern[@]}" --version | sed 's/.*(\([0-9]*\)-bit.*/\1/')
+enter_folder
+prepare_programs
 client=libquern_$bits.so
 direct=no  # whether this quern starts AArch64 programs without an emulator
 [ "$(od -An -tx1 -j18 -N1 "${quern[-1]}")" = ' b7' ] && direct=yes

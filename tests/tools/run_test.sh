@@ -2,12 +2,8 @@
 # run_test.sh QUERN: how `quern run` finds, checks, starts and ends programs. The emulator's libraries are stood in for by
 # ones that only say that they were loaded, so that this can be told without them.
 . "$(dirname "$0")/expect.sh" "$@"
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-cd "$folder"
-unset QUERN_TRACE QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
-if [ "$(uname -m)" = aarch64 ]; then compiler=gcc; else compiler=aarch64-linux-gnu-gcc; fi
-bits=$("${quern[@]}" --version | sed 's/.*(\([0-9]*\)-bit.*/\1/')
+enter_folder
+prepare_programs
 host=libquern_trap_$bits.so
 
 cat >program.c <<'C'

@@ -5,9 +5,7 @@ maker=()
 while [ "$1" != -- ]; do maker+=("$1") && shift; done
 shift
 . "$(dirname "$0")/expect.sh" "$@"
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-cd "$folder"
+enter_folder
 export TZ=UTC
 
 # make NAME EXTRA: a trace with EXTRA more records than its first seven; sets `thread` to its one thread's number.
