@@ -69,9 +69,11 @@ inline void truncate_lanes(auto, unsigned char* elements, const unsigned char* z
 // to doublewords and back through the widths between. Conversions without a mask would do, but make it warn.
 
 inline constexpr __mmask8 all_eight = 0xFF;
+template <class T, class U>
+inline constexpr bool bytes_in_doublewords = VL_BYTES >= 64 && sizeof(T) == 1 && sizeof(U) == 8;
 
 template <class U>
-requires(VL_BYTES >= 64) [[gnu::target("avx512bw")]] inline bool all_active(vectors_of<64>, const unsigned char* pg) {
+[[gnu::target("avx512bw")]] inline bool all_active(vectors_of<64>, const unsigned char* pg) requires(VL_BYTES >= 64) {
   const __m512i lowest = _mm512_set1_epi64(static_cast<long long>(lowest_bits<U>));
   __m512i common = lowest;
 #pragma GCC unroll 4
@@ -80,9 +82,8 @@ requires(VL_BYTES >= 64) [[gnu::target("avx512bw")]] inline bool all_active(vect
 }
 
 template <class T, class U>
-requires(VL_BYTES >= 64 && sizeof(T) == 1 && sizeof(U) == 8)
-    [[gnu::target("avx512bw")]] inline void extend_lanes(vectors_of<64>, unsigned char* z,
-                                                         const unsigned char* elements) {
+[[gnu::target("avx512bw")]] inline void extend_lanes(
+    vectors_of<64>, unsigned char* z, const unsigned char* elements) requires(bytes_in_doublewords<T, U>) {
 #pragma GCC unroll 4
   for (std::size_t i = 0; i != VL_BYTES; i += 64) {
     const __m128i eight = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(elements + i / 8));
@@ -92,9 +93,8 @@ requires(VL_BYTES >= 64 && sizeof(T) == 1 && sizeof(U) == 8)
 }
 
 template <class T, class U>
-requires(VL_BYTES >= 64 && sizeof(T) == 1 && sizeof(U) == 8)
-    [[gnu::target("avx512bw")]] inline void truncate_lanes(vectors_of<64>, unsigned char* elements,
-                                                           const unsigned char* z) {
+[[gnu::target("avx512bw")]] inline void truncate_lanes(vectors_of<64>, unsigned char* elements,
+                                                       const unsigned char* z) requires(bytes_in_doublewords<T, U>) {
 #pragma GCC unroll 4
   for (std::size_t i = 0; i != VL_BYTES; i += 64)
     _mm_storel_epi64(reinterpret_cast<__m128i*>(elements + i / 8),

@@ -12,8 +12,6 @@
 
 namespace quern {
 
-// In the names below T is the element in memory and U the register's lane. U is unsigned; a signed T sign-extends.
-
 inline std::uint64_t value_of(const cpu_state* state, aarch64_i_rsp_reg r) {
   return r.num == 31 ? state->sp : state->x[r.num];
 }
