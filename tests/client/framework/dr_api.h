@@ -46,7 +46,7 @@ enum : opnd_size_t { OPSZ_NA, OPSZ_4, OPSZ_8, OPSZ_16, OPSZ_PTR = OPSZ_8 };
 
 enum : int { OP_INVALID, OP_LABEL, OP_add, OP_ldp, OP_ldr, OP_mrs, OP_msr, OP_stp, OP_str, OP_xx };
 
-enum dr_spill_slot_t { SPILL_SLOT_1, SPILL_SLOT_2, SPILL_SLOT_3, SPILL_SLOT_4, SPILL_SLOT_MAX = SPILL_SLOT_4 };
+enum dr_spill_slot_t : int { SPILL_SLOT_1, SPILL_SLOT_2, SPILL_SLOT_3, SPILL_SLOT_4, SPILL_SLOT_MAX = SPILL_SLOT_4 };
 enum dr_emit_flags_t { DR_EMIT_DEFAULT = 0 };
 enum dr_shift_type_t { DR_SHIFT_LSL };
 enum dr_opnd_flags_t { DR_OPND_DEFAULT = 0, DR_OPND_IS_SHIFT = 8 };
