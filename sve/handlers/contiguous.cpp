@@ -7,24 +7,46 @@ using namespace quern;
 
 namespace {
 
+// What most calls don't need is in functions of its own, so that the others save no registers.
+
+template <class T, class U>
+[[gnu::noinline]] aarch64_decode_rc load_apart(cpu_state* state, unsigned char* z, unsigned char* pg,
+                                               std::uint64_t address) {
+  load_elements<T, U>(z, pg, address);
+  trace_contiguous<T, U>(state, pg, address, MEM_LOAD);
+  return DECODE_OK;
+}
+
 template <class T, class U>
 aarch64_decode_rc load(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  const auto access = [](auto vectors, cpu_state* s, aarch64_z_reg z, aarch64_p_reg p, std::uint64_t from) {
-    load_contiguous<T, U>(vectors, s->z[z.num], s->p[p.num], from);
+  const auto access = [](auto vectors, cpu_state* s, unsigned char* z, unsigned char* p, std::uint64_t from) {
+    if (!is_block<T, U>(vectors, p, from)) [[unlikely]]
+      return load_apart<T, U>(s, z, p, from);
+    load_block<T, U>(vectors, z, from);
     trace_contiguous<T, U>(s, p, from, MEM_LOAD);
     return DECODE_OK;
   };
-  return by_widest_vectors(access, state, zt, pg, address);
+  return by_widest_vectors(access, state, state->z[zt.num], state->p[pg.num], address);
+}
+
+template <class T, class U>
+[[gnu::noinline]] aarch64_decode_rc store_apart(cpu_state* state, const unsigned char* z, unsigned char* pg,
+                                                std::uint64_t address) {
+  store_elements<T, U>(z, pg, address);
+  trace_contiguous<T, U>(state, pg, address, MEM_STORE);
+  return DECODE_OK;
 }
 
 template <class T, class U>
 aarch64_decode_rc store(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  const auto access = [](auto vectors, cpu_state* s, aarch64_z_reg z, aarch64_p_reg p, std::uint64_t to) {
-    store_contiguous<T, U>(vectors, s->z[z.num], s->p[p.num], to);
+  const auto access = [](auto vectors, cpu_state* s, const unsigned char* z, unsigned char* p, std::uint64_t to) {
+    if (!is_block<T, U>(vectors, p, to)) [[unlikely]]
+      return store_apart<T, U>(s, z, p, to);
+    store_block<T, U>(vectors, z, to);
     trace_contiguous<T, U>(s, p, to, MEM_STORE);
     return DECODE_OK;
   };
-  return by_widest_vectors(access, state, zt, pg, address);
+  return by_widest_vectors(access, state, state->z[zt.num], state->p[pg.num], address);
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ aarch64_decode_rc load_non_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p_r
       set_lane<U>(state->ffr, i, U{0});
     }
   }
-  trace_contiguous<T, U>(state, pg, address, MEM_LOAD);
+  trace_contiguous<T, U>(state, state->p[pg.num], address, MEM_LOAD);
   return DECODE_OK;
 }
 
@@ -69,14 +69,14 @@ aarch64_decode_rc load_first_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p
   const std::size_t lanes = lanes_before_fault<U>(address);
   if (lanes == lane_count<U>) {
     const auto load = [](auto vectors, unsigned char* z, const unsigned char* p, std::uint64_t from) {
-      load_contiguous<T, U>(vectors, z, p, from);
+      is_block<T, U>(vectors, p, from) ? load_block<T, U>(vectors, z, from) : load_elements<T, U>(z, p, from);
     };
     by_widest_vectors(load, state->z[zt.num], state->p[pg.num], address);
   } else {
     load_lanes<T, U>(state->z[zt.num], state->p[pg.num], address, lanes);
     std::memset(state->ffr + lanes * sizeof(U), 0, VL_BYTES - lanes * sizeof(U));
   }
-  trace_contiguous<T, U>(state, pg, address, MEM_LOAD);
+  trace_contiguous<T, U>(state, state->p[pg.num], address, MEM_LOAD);
   return DECODE_OK;
 }
 

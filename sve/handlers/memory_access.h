@@ -99,26 +99,25 @@ inline void store_block(auto vectors, const unsigned char* z, std::uint64_t addr
   }
 }
 
-// A contiguous load's access: every lane of Zt. `vectors` is what by_widest_vectors gives.
+// Whether a contiguous access is that of a whole block in one page. `vectors` is what by_widest_vectors gives.
 template <class T, class U>
-inline void load_contiguous(auto vectors, unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  const bool all = all_active<U>(vectors, pg);
-  if (all && in_one_page(address, lane_count<U> * sizeof(T))) [[likely]]
-    return load_block<T, U>(vectors, z, address);
-  if (all && sizeof(T) == sizeof(U)) {
-    note_lanes(address, sizeof(T), MEM_LOAD, pg, sizeof(U), lane_count<U>);
-    return copy_in_two_pages<T>(z, reinterpret_cast<const unsigned char*>(address), left_in_page(address));
-  }
-  load_lanes<T, U>(z, pg, address, lane_count<U>);
+inline bool is_block(auto vectors, const unsigned char* pg, std::uint64_t address) {
+  return in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(vectors, pg);
+}
+
+// A contiguous access that is not, to which the registers that it takes are not worth saving in the other.
+template <class T, class U>
+[[gnu::noinline]] void load_elements(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  if (sizeof(T) != sizeof(U) || !all_active<U>(vectors_of<16>{}, pg))
+    return load_lanes<T, U>(z, pg, address, lane_count<U>);
+  note_lanes(address, sizeof(T), MEM_LOAD, pg, sizeof(U), lane_count<U>);
+  copy_in_two_pages<T>(z, reinterpret_cast<const unsigned char*>(address), left_in_page(address));
 }
 
 template <class T, class U>
-inline void store_contiguous(auto vectors, const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  const bool all = all_active<U>(vectors, pg);
-  if (all && in_one_page(address, lane_count<U> * sizeof(T))) [[likely]]
-    return store_block<T, U>(vectors, z, address);
+[[gnu::noinline]] void store_elements(const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
   note_lanes(address, sizeof(T), MEM_STORE, pg, sizeof(U), lane_count<U>);
-  if (all && sizeof(T) == sizeof(U))
+  if (sizeof(T) == sizeof(U) && all_active<U>(vectors_of<16>{}, pg))
     return copy_in_two_pages<T>(reinterpret_cast<unsigned char*>(address), z, left_in_page(address));
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(pg, i)) store_lane<T, U>(z, i, address + i * sizeof(T));
@@ -127,8 +126,8 @@ inline void store_contiguous(auto vectors, const unsigned char* z, const unsigne
 
 // Reports a contiguous access.
 template <class T, class U>
-inline void trace_contiguous(cpu_state* state, aarch64_p_reg pg, std::uint64_t address, memaccess_type_t kind) {
-  memtrace_lin<T, U>(state, reinterpret_cast<T*>(address), reinterpret_cast<char*>(state->p[pg.num]), kind);
+inline void trace_contiguous(cpu_state* state, unsigned char* pg, std::uint64_t address, memaccess_type_t kind) {
+  memtrace_lin<T, U>(state, reinterpret_cast<T*>(address), reinterpret_cast<char*>(pg), kind);
 }
 
 }  // namespace quern

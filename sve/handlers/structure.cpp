@@ -14,12 +14,15 @@ std::uint64_t address_of(const cpu_state* state, aarch64_i_rsp_reg base, long of
 
 // Whether all structures are to be accessed, and lie in one page.
 template <class T, int N>
-bool is_block(auto vectors, const unsigned char* p, std::uint64_t address) {
+bool are_block(auto vectors, const unsigned char* p, std::uint64_t address) {
   return in_one_page(address, N * VL_BYTES) && all_active<std::make_unsigned_t<T>>(vectors, p);
 }
 
+// What most calls don't need is in functions of its own, so that the others save no registers.
+
 template <class T, int N>
-[[gnu::noinline]] void load_each(const members<N>& to, const unsigned char* p, std::uint64_t address) {
+[[gnu::noinline]] void load_each(cpu_state* state, unsigned zt, const unsigned char* p, std::uint64_t address) {
+  const members<N> to(state, zt);
   note_lanes(address, N * sizeof(T), MEM_LOAD, p, sizeof(T), lane_count<T>);
   for (std::size_t i = 0; i != lane_count<T>; ++i, address += N * sizeof(T)) {
     for (unsigned k = 0; k != N; ++k) {
@@ -33,7 +36,8 @@ template <class T, int N>
 }
 
 template <class T, int N>
-[[gnu::noinline]] void store_each(const members<N>& from, const unsigned char* p, std::uint64_t address) {
+[[gnu::noinline]] void store_each(cpu_state* state, unsigned zt, const unsigned char* p, std::uint64_t address) {
+  const members<N> from(state, zt);
   note_lanes(address, N * sizeof(T), MEM_STORE, p, sizeof(T), lane_count<T>);
   for (std::size_t i = 0; i != lane_count<T>; ++i, address += N * sizeof(T)) {
     if (!is_active<T>(p, i)) continue;
@@ -43,8 +47,8 @@ template <class T, int N>
 
 // Reports one access for each active structure: that of its last element.
 template <class T, class U, int N>
-void trace_structures(const cpu_state* state, const unsigned char* p, std::uint64_t address, memaccess_type_t kind) {
-  if (!enable_trace) return;
+[[gnu::noinline]] void trace_structures(const cpu_state* state, const unsigned char* p, std::uint64_t address,
+                                        memaccess_type_t kind) {
   std::uint64_t last_elements[lane_count<U>];
   for (std::size_t i = 0; i != lane_count<U>; ++i) last_elements[i] = address + (i * N + N - 1) * sizeof(T);
   memtrace_each<T, U>(state, last_elements, p, kind);
@@ -55,34 +59,32 @@ void trace_structures(const cpu_state* state, const unsigned char* p, std::uint6
 template <class T, class U, int N>
 aarch64_decode_rc sve_ldN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base,
                                long offset) {
-  const auto load = [](auto vectors, cpu_state* s, aarch64_z_reg z, const unsigned char* p, std::uint64_t from) {
-    const members<N> to(s, z);
-    if (!is_block<T, N>(vectors, p, from)) [[unlikely]]
-      return load_each<T>(to, p, from);
+  const auto load = [](auto vectors, cpu_state* s, unsigned z, const unsigned char* p, std::uint64_t from) {
+    if (!are_block<T, N>(vectors, p, from)) [[unlikely]]
+      return load_each<T, N>(s, z, p, from);
     note_access(from, sizeof(T), MEM_LOAD);
-    load_structures<T>(vectors, to, from);
+    load_structures<T>(vectors, members<N>(s, z), from);
   };
   const unsigned char* p = state->p[pg.num];
   const std::uint64_t address = address_of<T>(state, base, offset);
-  by_widest_vectors(load, state, zt, p, address);
-  trace_structures<T, U, N>(state, p, address, MEM_LOAD);
+  by_widest_vectors(load, state, zt.num, p, address);
+  if (enable_trace) trace_structures<T, U, N>(state, p, address, MEM_LOAD);
   return DECODE_OK;
 }
 
 template <class T, class U, int N>
 aarch64_decode_rc sve_stN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base,
                                long offset) {
-  const auto store = [](auto vectors, cpu_state* s, aarch64_z_reg z, const unsigned char* p, std::uint64_t to) {
-    const members<N> from(s, z);
-    if (!is_block<T, N>(vectors, p, to)) [[unlikely]]
-      return store_each<T>(from, p, to);
+  const auto store = [](auto vectors, cpu_state* s, unsigned z, const unsigned char* p, std::uint64_t to) {
+    if (!are_block<T, N>(vectors, p, to)) [[unlikely]]
+      return store_each<T, N>(s, z, p, to);
     note_access(to, sizeof(T), MEM_STORE);
-    store_structures<T>(vectors, from, to);
+    store_structures<T>(vectors, members<N>(s, z), to);
   };
   const unsigned char* p = state->p[pg.num];
   const std::uint64_t address = address_of<T>(state, base, offset);
-  by_widest_vectors(store, state, zt, p, address);
-  trace_structures<T, U, N>(state, p, address, MEM_STORE);
+  by_widest_vectors(store, state, zt.num, p, address);
+  if (enable_trace) trace_structures<T, U, N>(state, p, address, MEM_STORE);
   return DECODE_OK;
 }
 

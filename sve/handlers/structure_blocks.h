@@ -8,13 +8,13 @@
 
 namespace quern {
 
-// A structure's registers: past Z31 comes Z0.
+// A structure's registers, from Z`first` on: past Z31 comes Z0.
 template <int N>
 struct members {
   unsigned char* z[N];
 
-  members(cpu_state* state, aarch64_z_reg zt) {
-    for (unsigned k = 0; k != N; ++k) z[k] = state->z[(zt.num + k) % 32];
+  members(cpu_state* state, unsigned first) {
+    for (unsigned k = 0; k != N; ++k) z[k] = state->z[(first + k) % 32];
   }
 };
 
@@ -27,12 +27,12 @@ using unit_of = std::conditional_t<(Vectors::value > 16 && sizeof(T) < 4), std::
 template <unsigned bits, class Unit>
 inline constexpr Unit low_halves = ~Unit{0} / ((Unit{1} << bits) + 1);
 
-// Half 0 or 1 of each 2 * bits bits of `unit`, as half `to` of the result, whose other half is 0.
-template <unsigned bits, unsigned to, class Unit>
-constexpr Unit half(Unit unit, unsigned from) {
-  constexpr Unit wanted = to == 0 ? low_halves<bits, Unit> : ~low_halves<bits, Unit>;
-  if (from == to) return unit & wanted;
-  return (to == 0 ? unit >> bits : unit << bits) & wanted;
+// Two halves side by side in each 2 * bits bits: half `low_half` of the same bits of `low`, and `high_half` of `high`.
+template <unsigned bits, class Unit>
+constexpr Unit paired(Unit low, unsigned low_half, Unit high, unsigned high_half) {
+  if (low_half == 1) low >>= bits;
+  if (high_half == 0) high <<= bits;
+  return high ^ ((low ^ high) & low_halves<bits, Unit>);  // the form that the compiler knows as a selection of bits
 }
 
 // From pairs of elements that were dealt out to N registers, to elements dealt out. N pairs in a row are two
@@ -41,8 +41,7 @@ template <unsigned bits, class Unit, unsigned N>
 inline void part_pairs(Unit (&units)[N]) {
   Unit parted[N];
 #pragma GCC unroll 4
-  for (unsigned k = 0; k != N; ++k)
-    parted[k] = half<bits, 0>(units[k / 2], k % 2) | half<bits, 1>(units[(N + k) / 2], (N + k) % 2);
+  for (unsigned k = 0; k != N; ++k) parted[k] = paired<bits>(units[k / 2], k % 2, units[(N + k) / 2], (N + k) % 2);
 #pragma GCC unroll 4
   for (unsigned k = 0; k != N; ++k) units[k] = parted[k];
 }
@@ -53,7 +52,7 @@ inline void join_pairs(Unit (&units)[N]) {
   Unit joined[N];
 #pragma GCC unroll 4
   for (unsigned j = 0; j != N; ++j)
-    joined[j] = half<bits, 0>(units[2 * j % N], 2 * j / N) | half<bits, 1>(units[(2 * j + 1) % N], (2 * j + 1) / N);
+    joined[j] = paired<bits>(units[2 * j % N], 2 * j / N, units[(2 * j + 1) % N], (2 * j + 1) / N);
 #pragma GCC unroll 4
   for (unsigned j = 0; j != N; ++j) units[j] = joined[j];
 }

@@ -24,6 +24,14 @@ void trace_runs(const traced_access& access, std::uint64_t first);
 // One record for each active lane, at addresses[lane], with the group bits that mark an instruction's first and last.
 void trace_lanes(const traced_access& access, const std::uint64_t* addresses);
 
+// trace_runs of elements T in memory and U in the register, out of line: a handler that is not traced need not make
+// room for it.
+template <class T, class U>
+[[gnu::noinline]] void trace_runs_of(const cpu_state* state, const unsigned char* predicate, memaccess_type_t kind,
+                                     std::uint64_t first) {
+  trace_runs({state, predicate, kind, sizeof(T), sizeof(U)}, first);
+}
+
 }  // namespace quern
 
 // Reports a contiguous access of elements T in memory and U in the register; signedness makes no difference. `first` is
@@ -31,8 +39,8 @@ void trace_lanes(const traced_access& access, const std::uint64_t* addresses);
 template <class T, class U>
 inline void memtrace_lin(cpu_state* state, T* first, char* predicate, memaccess_type_t kind) {
   if (!enable_trace) return;
-  quern::trace_runs({state, reinterpret_cast<unsigned char*>(predicate), kind, sizeof(T), sizeof(U)},
-                    reinterpret_cast<std::uint64_t>(first));
+  quern::trace_runs_of<T, U>(state, reinterpret_cast<unsigned char*>(predicate), kind,
+                             reinterpret_cast<std::uint64_t>(first));
 }
 
 namespace quern {

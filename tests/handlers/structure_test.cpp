@@ -203,7 +203,7 @@ void expect_blocks_part_and_join(cpu_state& s) {
   SCOPED_TRACE(testing::Message() << N << " x " << sizeof(T) << ", vectors of " << vector_bytes);
   T structures[lane_count<T>][N], stored[lane_count<T>][N];
   std::memcpy(structures, s.z[0], sizeof structures);
-  const quern::members<N> registers(&s, z_operand(8));
+  const quern::members<N> registers(&s, 8);
   load_structures<T>(vectors_of<vector_bytes>{}, registers, reinterpret_cast<std::uint64_t>(structures));
   for (std::size_t i = 0; i != lane_count<T>; ++i) {
     for (std::size_t k = 0; k != N; ++k) ASSERT_EQ(lane<T>(registers.z[k], i), structures[i][k]) << i << " " << k;
