@@ -68,7 +68,7 @@ inline void copy_in_two_pages(unsigned char* to, const unsigned char* from, std:
   const std::size_t whole = left / sizeof(T) * sizeof(T), after = whole + sizeof(T);
   copy_block(to, from, whole);
   settle();
-  copy_block(to + whole, from + whole, sizeof(T));
+  set_lane<T>(to + whole, 0, lane<T>(from + whole, 0));
   settle();
   copy_block(to + after, from + after, VL_BYTES - after);
 }
