@@ -22,9 +22,9 @@ target_compile_options(quern_options INTERFACE
 target_compile_definitions(quern_options INTERFACE QUERN_VL_BITS=${VL_BITS} _GNU_SOURCE)
 target_include_directories(quern_options INTERFACE ${PROJECT_SOURCE_DIR})
 if(QUERN_SANITIZE)
-  # Sanitized code takes long to compile: -Og, and lines alone for a report's stack.
+  # GCC takes long to compile sanitized code: -Og, and lines alone for a report's stack. Clang's is for fuzzing, fast.
   target_compile_options(quern_options INTERFACE -fsanitize=${QUERN_SANITIZE} -fno-sanitize-recover=all
-                                                 -fno-omit-frame-pointer -Og -g1)
+                                                 -fno-omit-frame-pointer "$<$<CXX_COMPILER_ID:GNU>:-Og;-g1>")
   target_link_options(quern_options INTERFACE -fsanitize=${QUERN_SANITIZE})
 endif()
 

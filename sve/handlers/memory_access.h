@@ -105,7 +105,8 @@ inline bool is_block(auto vectors, const unsigned char* pg, std::uint64_t addres
   return in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(vectors, pg);
 }
 
-// A contiguous access that is not, to which the registers that it takes are not worth saving in the other.
+// A contiguous access that is not one: in two pages, or of some lanes. Out of line, so that the access of a block need
+// not save the registers that this takes.
 template <class T, class U>
 [[gnu::noinline]] void load_elements(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
   if (sizeof(T) != sizeof(U) || !all_active<U>(vectors_of<16>{}, pg))
