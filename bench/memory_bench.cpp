@@ -7,12 +7,12 @@
 #include <string>
 
 #include "bench/registration.h"
-#include "sve/handlers/broadcast.h"
-#include "sve/handlers/contiguous.h"
-#include "sve/handlers/fault_tolerant.h"
-#include "sve/handlers/gather_scatter.h"
-#include "sve/handlers/structure.h"
-#include "sve/handlers/whole_register.h"
+#include "sve/handlers/memory/broadcast.h"
+#include "sve/handlers/memory/contiguous.h"
+#include "sve/handlers/memory/fault_tolerant.h"
+#include "sve/handlers/memory/gather_scatter.h"
+#include "sve/handlers/memory/structure.h"
+#include "sve/handlers/memory/whole_register.h"
 #include "sve/memory/trace.h"
 
 namespace {

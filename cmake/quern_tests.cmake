@@ -22,11 +22,14 @@ function(quern_precompile target)
   endif()
 endfunction()
 
-# quern_test(NAME USES TARGETS...): every *_test.cpp of the current folder as one program, run by CTest. Its trace
-# records go to the recorder of tests/support/, unless it uses quern_utils.
+# quern_test(NAME [FOLDERS SUB-FOLDERS...] USES TARGETS...): every *_test.cpp of the current folder and of the named
+# sub-folders as one program, run by CTest. Its trace records go to the recorder of tests/support/, unless it uses
+# quern_utils.
 function(quern_test name)
-  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
+  cmake_parse_arguments(ARG "" "" "FOLDERS;USES" ${ARGN})
+  list(TRANSFORM ARG_FOLDERS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  list(TRANSFORM ARG_FOLDERS APPEND /*_test.cpp)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp ${ARG_FOLDERS})
   add_executable(${name} ${sources})
   if(NOT quern_utils IN_LIST ARG_USES)
     list(PREPEND ARG_USES test_support)

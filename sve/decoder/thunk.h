@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "sve/decoder/operand.h"
-#include "sve/handlers/host_fpsr.h"
+#include "sve/handlers/floating_point/host_fpsr.h"
 #include "sve/state/cpu_context.h"
 #include "sve/state/cpu_state.h"
 

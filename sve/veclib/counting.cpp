@@ -1,7 +1,7 @@
 // The counting family.
 #include "sve/veclib/counting.h"
 
-#include "sve/arith/predicate_support.h"
+#include "sve/arith/predicate/predicate_support.h"
 
 namespace quern {
 namespace {

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "tests/differential/comparison.h"
-#include "tests/states/test_case.h"
+#include "tests/random_cases/test_case.h"
 
 namespace quern {
 

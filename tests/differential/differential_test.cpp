@@ -15,9 +15,9 @@
 #include "tests/differential/comparison.h"
 #include "tests/differential/deviations.h"
 #include "tests/differential/processor.h"
-#include "tests/states/random_source.h"
-#include "tests/states/reserved_words.h"
-#include "tests/states/test_case.h"
+#include "tests/random_cases/random_source.h"
+#include "tests/random_cases/reserved_words.h"
+#include "tests/random_cases/test_case.h"
 
 namespace quern {
 

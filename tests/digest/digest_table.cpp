@@ -8,8 +8,8 @@
 #include <cstring>
 #include <memory>
 
-#include "tests/states/random_source.h"
-#include "tests/states/test_case.h"
+#include "tests/random_cases/random_source.h"
+#include "tests/random_cases/test_case.h"
 
 namespace quern {
 namespace {

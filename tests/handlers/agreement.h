@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "sve/state/cpu_state.h"
-#include "tests/states/random_registers.h"
+#include "tests/random_cases/random_registers.h"
 
 namespace quern {
 

@@ -20,18 +20,18 @@ expect() {
 
 echo '#include <map>' >"$tree/sve/state/always.h"
 expect 0 sve/handlers/a.cpp '#include "sve/state/cpu_state.h"'
-expect 0 sve/handlers/a.cpp '#include "sve/handlers/lanes.h"'
+expect 0 sve/handlers/a.cpp '#include "sve/handlers/lane_loops.h"'
 expect 0 sve/handlers/a.cpp '// as in #include "sve/decoder/thunk.h"'
 expect 0 sve/client/a.cpp '#include <dr_api.h>'
 expect 0 utils/a.cpp '#include "sve/memory/trace.h"'
-expect 1 sve/state/a.h '#include "sve/handlers/lanes.h"'
+expect 1 sve/state/a.h '#include "sve/handlers/lane_loops.h"'
 expect 1 sve/handlers/a.cpp '#include "sve/decoder/thunk.h"'
 expect 1 sve/handlers/a.cpp '  #  include <sve/decoder/thunk.h>'
 expect 1 sve/decoder/a.cpp '#include "lanes.h"'
-expect 1 sve/decoder/a.cpp '#include "tests/states/states.h"'
+expect 1 sve/decoder/a.cpp '#include "tests/support/support.h"'
 expect 1 sve/decoder/a.cpp '#include "dr_api.h"'
 expect 1 tools/a.cpp '#include "drmgr.h"'
-expect 1 tools/a.cpp '#include "sve/handlers/lanes.h"'
+expect 1 tools/a.cpp '#include "sve/handlers/lane_loops.h"'
 expect 1 utils/a.cpp '#include "sve/memory/guest_memory.h"'
 mkdir "$tree/sve/new"
 expect 1 sve/new/a.cpp '#include <map>'

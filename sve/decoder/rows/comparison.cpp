@@ -1,8 +1,8 @@
 // Tables of vector comparisons into a predicate, and of the prefetches whose encodings stand beside them.
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/host_float.h"
-#include "sve/handlers/integer_compare.h"
+#include "sve/handlers/floating_point/host_float.h"
+#include "sve/handlers/integer/integer_compare.h"
 
 namespace quern {
 namespace {

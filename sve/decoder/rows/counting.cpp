@@ -3,10 +3,10 @@
 #include "sve/veclib/counting.h"
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/address.h"
-#include "sve/handlers/element_count.h"
-#include "sve/handlers/shift.h"
-#include "sve/handlers/while_loop.h"
+#include "sve/handlers/integer/address.h"
+#include "sve/handlers/integer/shift.h"
+#include "sve/handlers/predicate/element_count.h"
+#include "sve/handlers/predicate/while_loop.h"
 
 namespace quern {
 

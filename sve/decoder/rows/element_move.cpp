@@ -1,11 +1,11 @@
 // Tables of element moves: DUP and CPY of immediates, registers and elements, INSR, SEL, REV, unpacking, unpredicated
 // MOVPRFX; the floating-point estimates and FEXPA, which share their place.
-#include "sve/handlers/element_move.h"
+#include "sve/handlers/permute/element_move.h"
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/host_float.h"
-#include "sve/handlers/move_prefix.h"
-#include "sve/handlers/permute.h"
+#include "sve/handlers/floating_point/host_float.h"
+#include "sve/handlers/permute/move_prefix.h"
+#include "sve/handlers/permute/permute.h"
 
 namespace quern {
 

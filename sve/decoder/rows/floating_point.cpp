@@ -2,8 +2,8 @@
 // multiplication by one half-precision element.
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/host_float.h"
-#include "sve/handlers/shift.h"
+#include "sve/handlers/floating_point/host_float.h"
+#include "sve/handlers/integer/shift.h"
 
 namespace quern {
 namespace {

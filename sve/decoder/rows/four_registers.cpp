@@ -5,9 +5,9 @@
 #include "sve/decoder/rows/scalar_offset.h"
 #include "sve/decoder/rows/scatters.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/host_float.h"
-#include "sve/handlers/multiply.h"
-#include "sve/handlers/permute.h"
+#include "sve/handlers/floating_point/host_float.h"
+#include "sve/handlers/integer/multiply.h"
+#include "sve/handlers/permute/permute.h"
 
 namespace quern {
 namespace {

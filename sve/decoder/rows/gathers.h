@@ -3,7 +3,7 @@
 
 #include "sve/decoder/decode_row.h"
 #include "sve/decoder/operands.h"
-#include "sve/handlers/gather_scatter.h"
+#include "sve/handlers/memory/gather_scatter.h"
 
 namespace quern::gathers {
 

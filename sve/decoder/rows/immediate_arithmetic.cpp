@@ -1,9 +1,9 @@
 // Tables of arithmetic and logic with an immediate, unpredicated, and of DUP and DUPM.
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/element_move.h"
-#include "sve/handlers/integer_arithmetic.h"
-#include "sve/handlers/integer_logic.h"
+#include "sve/handlers/integer/integer_arithmetic.h"
+#include "sve/handlers/integer/integer_logic.h"
+#include "sve/handlers/permute/element_move.h"
 
 namespace quern {
 

@@ -2,11 +2,11 @@
 // broadcasts, whole registers, and FCPY and prefetches, which share their place.
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/broadcast.h"
-#include "sve/handlers/contiguous.h"
-#include "sve/handlers/fault_tolerant.h"
-#include "sve/handlers/structure.h"
-#include "sve/handlers/whole_register.h"
+#include "sve/handlers/memory/broadcast.h"
+#include "sve/handlers/memory/contiguous.h"
+#include "sve/handlers/memory/fault_tolerant.h"
+#include "sve/handlers/memory/structure.h"
+#include "sve/handlers/memory/whole_register.h"
 
 namespace quern {
 namespace {

@@ -1,14 +1,14 @@
 // Tables of the predicate instructions: the first-fault register, constants, tests, permutes, breaks and logic.
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/element_move.h"
-#include "sve/handlers/first_fault_register.h"
-#include "sve/handlers/interleave.h"
-#include "sve/handlers/permute.h"
-#include "sve/handlers/predicate_break.h"
-#include "sve/handlers/predicate_constant.h"
-#include "sve/handlers/predicate_flags.h"
-#include "sve/handlers/predicate_logic.h"
+#include "sve/handlers/permute/element_move.h"
+#include "sve/handlers/permute/interleave.h"
+#include "sve/handlers/permute/permute.h"
+#include "sve/handlers/predicate/first_fault_register.h"
+#include "sve/handlers/predicate/predicate_break.h"
+#include "sve/handlers/predicate/predicate_constant.h"
+#include "sve/handlers/predicate/predicate_flags.h"
+#include "sve/handlers/predicate/predicate_logic.h"
 
 namespace quern {
 

@@ -3,9 +3,9 @@
 
 #include "sve/decoder/decode_row.h"
 #include "sve/decoder/operands.h"
-#include "sve/handlers/contiguous.h"
-#include "sve/handlers/fault_tolerant.h"
-#include "sve/handlers/structure.h"
+#include "sve/handlers/memory/contiguous.h"
+#include "sve/handlers/memory/fault_tolerant.h"
+#include "sve/handlers/memory/structure.h"
 
 namespace quern::scalar_offset {
 

@@ -2,7 +2,7 @@
 // whose immediate stands in the place of a byte's amount.
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/shift.h"
+#include "sve/handlers/integer/shift.h"
 
 namespace quern {
 

@@ -1,14 +1,14 @@
 // The table of unpredicated vector operations: arithmetic, logic, dot products, addresses, INDEX and permutes.
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
-#include "sve/handlers/address.h"
-#include "sve/handlers/host_float.h"
-#include "sve/handlers/index.h"
-#include "sve/handlers/integer_arithmetic.h"
-#include "sve/handlers/integer_logic.h"
-#include "sve/handlers/interleave.h"
-#include "sve/handlers/permute.h"
-#include "sve/handlers/shift.h"
+#include "sve/handlers/floating_point/host_float.h"
+#include "sve/handlers/integer/address.h"
+#include "sve/handlers/integer/index.h"
+#include "sve/handlers/integer/integer_arithmetic.h"
+#include "sve/handlers/integer/integer_logic.h"
+#include "sve/handlers/integer/shift.h"
+#include "sve/handlers/permute/interleave.h"
+#include "sve/handlers/permute/permute.h"
 
 namespace quern {
 namespace {

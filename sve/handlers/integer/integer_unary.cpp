@@ -1,0 +1,91 @@
+// Integer operations on one vector: negation, reversals, extensions.
+#include "sve/handlers/integer/integer_unary.h"
+
+#include <bit>
+#include <functional>
+
+#include "sve/handlers/integer/integer_families.h"
+
+using namespace quern;
+
+namespace {
+
+// Zd = op(Zn), active lanes of element type T.
+template <class T, class Op>
+aarch64_decode_rc merge_unary(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn, Op op) {
+  merge_lanes<T>(op, state->z[zd.num], state->p[pg.num], state->z[zn.num]);
+  return DECODE_OK;
+}
+
+// x with neighbouring groups of Group bits exchanged; x itself where an element has no two.
+template <unsigned int Group, class T>
+constexpr T exchange(T x) {
+  if constexpr (2 * Group > element_bits<T>) {
+    return x;
+  } else {
+    constexpr T lower = static_cast<T>(static_cast<T>(~T{0}) / ((T{1} << Group) + 1));  // of each pair
+    return static_cast<T>((x >> Group & lower) | (x & lower) << Group);
+  }
+}
+
+// Exchanging groups of every size reverses the bits, in whatever order. In this order, because a compiler that saw the
+// steps of 8, 16 and 32 together would make them one byte reversal, which vectors on x86-64 don't have.
+struct reverse_bits {
+  template <class T>
+  constexpr T operator()(T x) const {
+    return exchange<8>(exchange<1>(exchange<16>(exchange<2>(exchange<32>(exchange<4>(x))))));
+  }
+};
+
+// The low part of an element, as type Part, extended to the element. The signed form flips the sign bit and takes it
+// off again, which needs no arithmetic shift of 64-bit lanes: vectors on x86-64 have none.
+template <class Part>
+struct extend {
+  template <class T>
+  constexpr T operator()(T x) const {
+    const T part = x & static_cast<std::make_unsigned_t<Part>>(~0u);
+    if constexpr (std::is_unsigned_v<Part>) return part;
+    constexpr T sign = T{1} << (element_bits<Part> - 1);
+    return static_cast<T>((part ^ sign) - sign);
+  }
+};
+
+}  // namespace
+
+aarch64_decode_rc sve_neg_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
+  by_size(zd.size, [&]<class T>(T) { merge_unary<T>(state, zd, pg, zn, std::negate{}); });
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_rbit_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
+  by_size(zd.size, [&]<class T>(T) { merge_unary<T>(state, zd, pg, zn, reverse_bits{}); });
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_revw_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
+  return merge_unary<std::uint64_t>(state, zd, pg, zn, [](std::uint64_t x) { return std::rotl(x, 32); });
+}
+
+aarch64_decode_rc sve_sxtb_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
+  if (zd.size == size_s) return merge_unary<std::uint32_t>(state, zd, pg, zn, extend<std::int8_t>{});
+  if (zd.size == size_d) return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::int8_t>{});
+  return merge_unary<std::uint16_t>(state, zd, pg, zn, extend<std::int8_t>{});
+}
+
+aarch64_decode_rc sve_sxth_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
+  if (zd.size == size_d) return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::int16_t>{});
+  return merge_unary<std::uint32_t>(state, zd, pg, zn, extend<std::int16_t>{});
+}
+
+aarch64_decode_rc sve_sxtw_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
+  return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::int32_t>{});
+}
+
+aarch64_decode_rc sve_uxth_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
+  if (zd.size == size_d) return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::uint16_t>{});
+  return merge_unary<std::uint32_t>(state, zd, pg, zn, extend<std::uint16_t>{});
+}
+
+aarch64_decode_rc sve_uxtw_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
+  return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::uint32_t>{});
+}

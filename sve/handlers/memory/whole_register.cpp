@@ -1,0 +1,42 @@
+// Spill and fill of whole vectors and predicates.
+#include "sve/handlers/memory/whole_register.h"
+
+#include "sve/handlers/memory/memory_access.h"
+#include "sve/state/predicate_bits.h"
+
+using namespace quern;
+
+namespace {
+
+// Where the register of `bytes` bytes goes or comes from, in the access that follows.
+void* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t bytes, memaccess_type_t kind) {
+  const std::uint64_t address = value_of(state, base) + scaled(imm, bytes);
+  note_access(address, bytes, kind);
+  return reinterpret_cast<void*>(address);
+}
+
+}  // namespace
+
+aarch64_decode_rc sve_ldr_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
+  copy_block(state->z[zt.num], place(state, base, imm, VL_BYTES, MEM_LOAD), VL_BYTES);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_str_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
+  copy_block(place(state, base, imm, VL_BYTES, MEM_STORE), state->z[zt.num], VL_BYTES);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_ldr_pri(cpu_state* state, aarch64_p_reg pt, aarch64_i_rsp_reg base, int imm) {
+  unsigned char image[predicate_image_bytes];
+  std::memcpy(image, place(state, base, imm, sizeof image, MEM_LOAD), sizeof image);
+  unpack_predicate(image, state->p[pt.num]);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_str_pri(cpu_state* state, aarch64_p_reg pt, aarch64_i_rsp_reg base, int imm) {
+  unsigned char image[predicate_image_bytes];
+  pack_predicate(state->p[pt.num], image);
+  std::memcpy(place(state, base, imm, sizeof image, MEM_STORE), image, sizeof image);
+  return DECODE_OK;
+}

@@ -1,0 +1,102 @@
+// TBL, EXT, REV and the unpacks.
+#include "sve/handlers/permute/permute.h"
+
+#include <functional>
+
+#include "sve/state/lanes.h"
+
+using namespace quern;
+
+namespace {
+
+enum class half : std::size_t { low = 0, high = VL_BYTES / 2 };
+
+// The elements of eight bytes in reverse order, by exchanging halves: unlike single lanes, that is fast everywhere.
+template <class T>
+std::uint64_t reverse_in_word(std::uint64_t word) {
+  if constexpr (sizeof(T) <= 4) word = word << 32 | word >> 32;
+  if constexpr (sizeof(T) <= 2) word = (word & 0x0000FFFF0000FFFF) << 16 | (word >> 16 & 0x0000FFFF0000FFFF);
+  if constexpr (sizeof(T) == 1) word = (word & 0x00FF00FF00FF00FF) << 8 | (word >> 8 & 0x00FF00FF00FF00FF);
+  return word;
+}
+
+void reverse_elements(unsigned char* d, const unsigned char* n, std::uint32_t size) {
+  by_size(size, [=]<class T>(T) {
+    constexpr std::size_t words = lane_count<std::uint64_t>;
+    vector_result r;
+    for (std::size_t j = 0; j != words; ++j)
+      set_lane(r.bytes, j, reverse_in_word<T>(lane<std::uint64_t>(n, words - 1 - j)));
+    r.copy_to(d);
+  });
+}
+
+// d[i] = op(n[i]), for the Narrow elements of a half of n; the conversion to Wide extends.
+template <class Narrow, class Wide, class Op = std::identity>
+aarch64_decode_rc unpack(unsigned char* d, const unsigned char* n, half part, Op op = {}) {
+  vector_result r;
+  const unsigned char* const narrow = n + static_cast<std::size_t>(part);
+  for (std::size_t i = 0; i != lane_count<Wide>; ++i)
+    set_lane<Wide>(r.bytes, i, static_cast<Wide>(op(lane<Narrow>(narrow, i))));
+  r.copy_to(d);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc unpack_predicate(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pn, half part) {
+  return unpack<std::uint8_t, std::uint16_t>(state->p[pd.num], state->p[pn.num], part,
+                                             [](std::uint8_t byte) { return byte & 1; });
+}
+
+}  // namespace
+
+aarch64_decode_rc sve_tbl_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) {
+  const unsigned char *const table = state->z[zn.num], *const indexes = state->z[zm.num];
+  by_size(zd.size, [=]<class T>(T) {
+    vector_result r;
+    for (std::size_t i = 0; i != lane_count<T>; ++i) {
+      const T index = lane<T>(indexes, i);
+      set_lane<T>(r.bytes, i, index < lane_count<T> ? lane<T>(table, static_cast<std::size_t>(index)) : T{0});
+    }
+    r.copy_to(state->z[zd.num]);
+  });
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_ext_zzi(cpu_state* state, aarch64_z_reg zdn, aarch64_z_reg zm, unsigned int imm) {
+  unsigned char both[2 * VL_BYTES];
+  std::memcpy(both, state->z[zdn.num], VL_BYTES);
+  std::memcpy(both + VL_BYTES, state->z[zm.num], VL_BYTES);
+  std::memcpy(state->z[zdn.num], both + (imm < VL_BYTES ? imm : 0), VL_BYTES);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_rev_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn) {
+  reverse_elements(state->z[zd.num], state->z[zn.num], zd.size);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_rev_pp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pn) {
+  reverse_elements(state->p[pd.num], state->p[pn.num], pd.size);
+  return DECODE_OK;
+}
+
+#define UNPACK(name, part, narrow, wide)                                                    \
+  aarch64_decode_rc sve_##name##_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn) { \
+    return unpack<std::narrow, std::wide>(state->z[zd.num], state->z[zn.num], half::part);  \
+  }
+UNPACK(uunpklo_b2h, low, uint8_t, uint16_t)
+UNPACK(uunpkhi_b2h, high, uint8_t, uint16_t)
+UNPACK(uunpklo_h2s, low, uint16_t, uint32_t)
+UNPACK(uunpkhi_h2s, high, uint16_t, uint32_t)
+UNPACK(uunpklo_s2d, low, uint32_t, uint64_t)
+UNPACK(uunpkhi_s2d, high, uint32_t, uint64_t)
+UNPACK(sunpklo_s2d, low, int32_t, int64_t)
+UNPACK(sunpkhi_s2d, high, int32_t, int64_t)
+#undef UNPACK
+
+aarch64_decode_rc sve_punpklo_pp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pn) {
+  return unpack_predicate(state, pd, pn, half::low);
+}
+
+aarch64_decode_rc sve_punpkhi_pp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pn) {
+  return unpack_predicate(state, pd, pn, half::high);
+}

@@ -1,0 +1,29 @@
+// Moves of the first-fault register.
+#include "sve/handlers/predicate/first_fault_register.h"
+
+#include <cstring>
+#include <functional>
+
+#include "sve/handlers/lane_loops.h"
+
+using namespace quern;
+
+aarch64_decode_rc sve_rdffr_p(cpu_state* state, aarch64_p_reg pd) {
+  std::memcpy(state->p[pd.num], state->ffr, VL_BYTES);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_rdffr_pp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg) {
+  each_lane<std::uint64_t>(std::bit_and{}, state->p[pd.num], state->ffr, state->p[pg.num]);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_wrffr_p(cpu_state* state, aarch64_p_reg pn) {
+  std::memcpy(state->ffr, state->p[pn.num], VL_BYTES);
+  return DECODE_OK;
+}
+
+aarch64_decode_rc sve_setffr(cpu_state* state) {
+  std::memset(state->ffr, 1, VL_BYTES);
+  return DECODE_OK;
+}

@@ -1,0 +1,86 @@
+// Loads of one memory element into every active lane.
+#include "sve/handlers/memory/broadcast.h"
+
+#include "tests/handlers/memory/memory_fixture.h"
+
+namespace {
+
+using namespace quern;
+
+struct member {
+  const char* name;
+  handler_zpri_unsigned* handler;
+  std::size_t memory_bytes, lane_bytes;
+  bool sign_extends;
+};
+
+#define MEMBER(name, memory_bytes, lane_bytes, sign_extends) \
+  { #name, sve_##name##_zpri, memory_bytes, lane_bytes, sign_extends }
+const member members[] = {
+    MEMBER(ld1rb, 1, 1, false),   MEMBER(ld1rb_h, 1, 2, false), MEMBER(ld1rb_s, 1, 4, false),
+    MEMBER(ld1rb_d, 1, 8, false), MEMBER(ld1rh, 2, 2, false),   MEMBER(ld1rh_s, 2, 4, false),
+    MEMBER(ld1rh_d, 2, 8, false), MEMBER(ld1rw, 4, 4, false),   MEMBER(ld1rw_d, 4, 8, false),
+    MEMBER(ld1rd, 8, 8, false),   MEMBER(ld1rsb_h, 1, 2, true), MEMBER(ld1rsb_s, 1, 4, true),
+    MEMBER(ld1rsb_d, 1, 8, true), MEMBER(ld1rsh_s, 2, 4, true), MEMBER(ld1rsh_d, 2, 8, true),
+    MEMBER(ld1rsw_d, 4, 8, true),
+};
+#undef MEMBER
+
+class Broadcast : public MemoryHandlers {
+ protected:
+  mapped_pages pages{page::open, page::closed};
+  const aarch64_z_reg zt = z_operand(9);
+  const aarch64_p_reg pg = pg_operand(7);
+};
+
+TEST_F(Broadcast, EveryActiveLaneGetsTheElement) {
+  for (const member& m : members) {
+    for (const lane_pattern& pattern : patterns) {
+      for (const unsigned imm : {0u, 1u, 63u}) {
+        for (const bool negative : {false, true}) {
+          SetUp();
+          activate(pg.num, m.lane_bytes, pattern.is_active);
+          unsigned char* const element = pages.at(3 + imm * m.memory_bytes);
+          fill(element, m.memory_bytes);
+          element[m.memory_bytes - 1] = negative ? 0x93 : 0x13;
+          s.sp = pages.address(3);
+          cpu_state expected = s;
+          for (std::size_t i = 0; i != vl / m.lane_bytes; ++i) {
+            put_element(
+                expected.z[zt.num] + i * m.lane_bytes, m.lane_bytes,
+                pattern.is_active(i, vl / m.lane_bytes) ? element_at(element, m.memory_bytes, m.sign_extends) : 0);
+          }
+          run([&] { return m.handler(&s, zt, pg, base_operand(31), imm); });
+          ASSERT_TRUE(same(s, expected)) << m.name << " #" << imm << ", lanes: " << pattern.name;
+          expect_no_trace();
+        }
+      }
+    }
+  }
+}
+
+TEST_F(Broadcast, AnAllFalsePredicateTouchesNoMemory) {
+  for (const member& m : members) {
+    SetUp();
+    activate(pg.num, m.lane_bytes, no_lanes.is_active);
+    s.x[1] = pages.address(mapped_pages::size());
+    cpu_state expected = s;
+    std::memset(expected.z[zt.num], 0, vl);
+    EXPECT_FALSE(caught_fault([&] { run([&] { return m.handler(&s, zt, pg, base_operand(1), 0); }); })) << m.name;
+    EXPECT_TRUE(same(s, expected)) << m.name;
+  }
+}
+
+TEST_F(Broadcast, TheFirstActiveLaneFaults) {
+  for (const member& m : members) {
+    SetUp();
+    activate(pg.num, m.lane_bytes, odd_lanes.is_active);
+    s.x[1] = pages.address(mapped_pages::size());
+    cpu_state expected = s;
+    std::memset(expected.z[zt.num], 0, m.lane_bytes);
+    EXPECT_EQ(caught_fault([&] { run([&] { return m.handler(&s, zt, pg, base_operand(1), 0); }); }), s.x[1]) << m.name;
+    EXPECT_TRUE(same(s, expected)) << m.name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,290 @@
+// Contiguous loads and stores of one register.
+#include "sve/handlers/memory/contiguous.h"
+
+#include "tests/handlers/memory/memory_fixture.h"
+
+namespace {
+
+using namespace quern;
+
+struct member {
+  const char* name;
+  handler_zpri* immediate;
+  handler_zprr* scaled;
+  std::size_t memory_bytes, lane_bytes;
+  bool sign_extends;
+};
+
+#define MEMBER(name, memory_bytes, lane_bytes, sign_extends) \
+  { #name, sve_##name##_zpri, sve_##name##_scaled_zprr, memory_bytes, lane_bytes, sign_extends }
+const member loads[] = {
+    MEMBER(ld1b, 1, 1, false),   MEMBER(ld1b_h, 1, 2, false), MEMBER(ld1b_s, 1, 4, false), MEMBER(ld1b_d, 1, 8, false),
+    MEMBER(ld1h, 2, 2, false),   MEMBER(ld1h_s, 2, 4, false), MEMBER(ld1h_d, 2, 8, false), MEMBER(ld1w, 4, 4, false),
+    MEMBER(ld1w_d, 4, 8, false), MEMBER(ld1d, 8, 8, false),   MEMBER(ld1sb_h, 1, 2, true), MEMBER(ld1sb_s, 1, 4, true),
+    MEMBER(ld1sb_d, 1, 8, true), MEMBER(ld1sh_s, 2, 4, true), MEMBER(ld1sh_d, 2, 8, true), MEMBER(ld1sw_d, 4, 8, true),
+    MEMBER(ldnt1b, 1, 1, false), MEMBER(ldnt1h, 2, 2, false), MEMBER(ldnt1w, 4, 4, false), MEMBER(ldnt1d, 8, 8, false),
+};
+const member stores[] = {
+    MEMBER(st1b, 1, 1, false),   MEMBER(st1b_h, 1, 2, false), MEMBER(st1b_s, 1, 4, false), MEMBER(st1b_d, 1, 8, false),
+    MEMBER(st1h, 2, 2, false),   MEMBER(st1h_s, 2, 4, false), MEMBER(st1h_d, 2, 8, false), MEMBER(st1w, 4, 4, false),
+    MEMBER(st1w_d, 4, 8, false), MEMBER(st1d, 8, 8, false),   MEMBER(stnt1b, 1, 1, false), MEMBER(stnt1h, 2, 2, false),
+    MEMBER(stnt1w, 4, 4, false), MEMBER(stnt1d, 8, 8, false),
+};
+#undef MEMBER
+
+std::vector<member> both() {
+  std::vector<member> members(std::begin(loads), std::end(loads));
+  members.insert(members.end(), std::begin(stores), std::end(stores));
+  return members;
+}
+
+class Contiguous : public MemoryHandlers {
+ protected:
+  void SetUp() override {
+    MemoryHandlers::SetUp();
+    fill(pages.at(mapped_pages::size()), 2 * mapped_pages::size());
+  }
+
+  // The registers after a load of the pattern's lanes from `first`.
+  cpu_state loaded(const member& m, const lane_pattern& pattern, const unsigned char* first) const {
+    cpu_state after = s;
+    const std::size_t lanes = vl / m.lane_bytes;
+    for (std::size_t i = 0; i != lanes; ++i) {
+      const std::uint64_t value =
+          pattern.is_active(i, lanes) ? element_at(first + i * m.memory_bytes, m.memory_bytes, m.sign_extends) : 0;
+      put_element(after.z[zt.num] + i * m.lane_bytes, m.lane_bytes, value);
+    }
+    return after;
+  }
+
+  // The open pages after a store of the pattern's lanes at `first`.
+  std::vector<unsigned char> stored(const member& m, const lane_pattern& pattern, const unsigned char* first) {
+    std::vector<unsigned char> after = memory();
+    const std::size_t lanes = vl / m.lane_bytes;
+    for (std::size_t i = 0; i != lanes; ++i) {
+      if (!pattern.is_active(i, lanes)) continue;
+      put_element(after.data() + (first - open()) + i * m.memory_bytes, m.memory_bytes,
+                  lane_of(zt.num, i, m.lane_bytes));
+    }
+    return after;
+  }
+
+  unsigned char* open() { return pages.at(mapped_pages::size()); }
+  unsigned char* closed() { return pages.at(3 * mapped_pages::size()); }
+  std::vector<unsigned char> memory() { return {open(), closed()}; }
+
+  mapped_pages pages{page::closed, page::open, page::open, page::closed};
+  const aarch64_z_reg zt = z_operand(31);
+  const aarch64_p_reg pg = pg_operand(6);
+};
+
+// Where an access of so many bytes starts: within a page, off alignment, over a page's edge, against the closed pages.
+std::vector<std::size_t> places(std::size_t bytes) {
+  const std::size_t page_bytes = mapped_pages::size();
+  return {64, 77, page_bytes - bytes / 2, page_bytes - 1, 0, 2 * page_bytes - bytes};
+}
+
+TEST_F(Contiguous, LoadsReadActiveLanesAndClearTheOthers) {
+  for (const member& m : loads) {
+    for (const lane_pattern& pattern : patterns) {
+      for (const std::size_t offset : places(vl / m.lane_bytes * m.memory_bytes)) {
+        SCOPED_TRACE(testing::Message() << m.name << ", lanes: " << pattern.name << ", at " << offset);
+        SetUp();
+        activate(pg.num, m.lane_bytes, pattern.is_active);
+        unsigned char* const first = open() + offset;
+        s.x[7] = reinterpret_cast<std::uint64_t>(first);
+        const cpu_state expected = loaded(m, pattern, first);
+        const std::vector<unsigned char> memory_before = memory();
+        run([&] { return m.immediate(&s, zt, pg, base_operand(7), 0); });
+        ASSERT_TRUE(same(s, expected));
+        ASSERT_EQ(memory(), memory_before);
+        expect_trace(runs(pattern, MEM_LOAD, s.x[7], m.memory_bytes, m.lane_bytes));
+      }
+    }
+  }
+}
+
+TEST_F(Contiguous, StoresWriteActiveLanesAlone) {
+  for (const member& m : stores) {
+    for (const lane_pattern& pattern : patterns) {
+      for (const std::size_t offset : places(vl / m.lane_bytes * m.memory_bytes)) {
+        SCOPED_TRACE(testing::Message() << m.name << ", lanes: " << pattern.name << ", at " << offset);
+        SetUp();
+        activate(pg.num, m.lane_bytes, pattern.is_active);
+        unsigned char* const first = open() + offset;
+        s.x[7] = reinterpret_cast<std::uint64_t>(first);
+        const std::vector<unsigned char> expected = stored(m, pattern, first);
+        const cpu_state before = s;
+        run([&] { return m.immediate(&s, zt, pg, base_operand(7), 0); });
+        ASSERT_EQ(memory(), expected);
+        ASSERT_TRUE(same(s, before));
+        expect_trace(runs(pattern, MEM_STORE, s.x[7], m.memory_bytes, m.lane_bytes));
+      }
+    }
+  }
+}
+
+// A step of the immediate is what the instruction touches, not a whole vector.
+TEST_F(Contiguous, ImmediatesStepByTheBytesOfAllLanes) {
+  for (const member& m : both()) {
+    for (const int imm : {-8, -1, 1, 7}) {
+      SetUp();
+      activate(pg.num, m.lane_bytes, all_lanes.is_active);
+      const std::int64_t offset = imm * static_cast<std::int64_t>(vl / m.lane_bytes * m.memory_bytes);
+      s.sp = reinterpret_cast<std::uint64_t>(open() + mapped_pages::size());
+      run([&] { return m.immediate(&s, zt, pg, base_operand(31), imm); });
+      ASSERT_EQ(recorded_trace().size(), 1u) << m.name;
+      EXPECT_EQ(recorded_trace()[0].addr, s.sp + static_cast<std::uint64_t>(offset)) << m.name << " #" << imm;
+    }
+  }
+}
+
+TEST_F(Contiguous, IndicesCountMemoryElements) {
+  for (const member& m : both()) {
+    for (const std::int64_t index : {-100, -1, 0, 3, 200}) {
+      SetUp();
+      activate(pg.num, m.lane_bytes, all_lanes.is_active);
+      s.x[30] = reinterpret_cast<std::uint64_t>(open() + mapped_pages::size());
+      s.x[0] = static_cast<std::uint64_t>(index);
+      run([&] { return m.scaled(&s, zt, pg, base_operand(30), index_operand(0)); });
+      ASSERT_EQ(recorded_trace().size(), 1u) << m.name;
+      EXPECT_EQ(recorded_trace()[0].addr, s.x[30] + s.x[0] * m.memory_bytes) << m.name << " index " << index;
+    }
+  }
+}
+
+TEST_F(Contiguous, ScaledFormsMoveTheSameBytes) {
+  for (const member& m : loads) {
+    SetUp();
+    const lane_pattern& pattern = mixed_lanes;
+    activate(pg.num, m.lane_bytes, pattern.is_active);
+    s.sp = reinterpret_cast<std::uint64_t>(open() + 40);
+    s.x[9] = 5;
+    const cpu_state expected = loaded(m, pattern, open() + 40 + 5 * m.memory_bytes);
+    run([&] { return m.scaled(&s, zt, pg, base_operand(31), index_operand(9)); });
+    EXPECT_TRUE(same(s, expected)) << m.name;
+  }
+  for (const member& m : stores) {
+    SetUp();
+    const lane_pattern& pattern = mixed_lanes;
+    activate(pg.num, m.lane_bytes, pattern.is_active);
+    s.sp = reinterpret_cast<std::uint64_t>(open() + 40);
+    s.x[9] = 5;
+    const std::vector<unsigned char> expected = stored(m, pattern, open() + 40 + 5 * m.memory_bytes);
+    run([&] { return m.scaled(&s, zt, pg, base_operand(31), index_operand(9)); });
+    EXPECT_EQ(memory(), expected) << m.name;
+  }
+}
+
+TEST_F(Contiguous, IndexRegister31AddsNothing) {
+  activate(pg.num, 8, all_lanes.is_active);
+  s.x[3] = reinterpret_cast<std::uint64_t>(open() + 64);
+  s.sp = 1000;
+  run([&] { return sve_ld1d_scaled_zprr(&s, zt, pg, base_operand(3), index_operand(31)); });
+  expect_trace({record(0, 0, MEM_LOAD, vl, s.x[3])});
+}
+
+TEST_F(Contiguous, WordsToDoublewordsStepByHalfAVector) {
+  activate(0, 8, no_lanes.is_active);
+  s.p[0][0] = 1;
+  s.x[0] = reinterpret_cast<std::uint64_t>(open());
+  const std::uint64_t expected = element_at(open() + vl / 2, 4, false);
+  run([&] { return sve_ld1w_d_zpri(&s, z_operand(0), pg_operand(0), base_operand(0), 1); });
+  EXPECT_EQ(lane_of(0, 0, 8), expected);
+  expect_trace({record(0, 0, MEM_LOAD, 4, s.x[0] + vl / 2)});
+}
+
+TEST_F(Contiguous, AnAllFalsePredicateTouchesNoMemory) {
+  for (const member& m : both()) {
+    SetUp();
+    activate(pg.num, m.lane_bytes, no_lanes.is_active);
+    s.x[1] = reinterpret_cast<std::uint64_t>(closed());
+    EXPECT_FALSE(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); })) << m.name;
+    expect_no_trace();
+  }
+}
+
+TEST_F(Contiguous, WithTracingOffNothingIsReported) {
+  for (const member& m : both()) {
+    activate(pg.num, m.lane_bytes, all_lanes.is_active);
+    s.x[1] = reinterpret_cast<std::uint64_t>(open());
+    m.immediate(&s, zt, pg, base_operand(1), 0);
+    m.scaled(&s, zt, pg, base_operand(1), index_operand(31));
+  }
+  expect_no_trace();
+}
+
+// A fault in mid-handler: the lanes before it are done, the lanes after it are not, and nothing is traced.
+
+TEST_F(Contiguous, ALoadStopsAtTheLaneThatFaults) {
+  for (const member& m : loads) {
+    for (const lane_pattern& pattern : {all_lanes, odd_lanes}) {
+      for (const std::size_t misalignment : {std::size_t{0}, std::size_t{1}}) {
+        SetUp();
+        activate(pg.num, m.lane_bytes, pattern.is_active);
+        const std::size_t lanes = vl / m.lane_bytes, half = lanes / 2;
+        unsigned char* const first = closed() - half * m.memory_bytes + misalignment;
+        s.x[5] = reinterpret_cast<std::uint64_t>(first);
+        cpu_state expected = s;
+        std::size_t i = 0;
+        for (; first + (i + 1) * m.memory_bytes <= closed() || !pattern.is_active(i, lanes); ++i) {
+          const std::uint64_t value =
+              pattern.is_active(i, lanes) ? element_at(first + i * m.memory_bytes, m.memory_bytes, m.sign_extends) : 0;
+          put_element(expected.z[zt.num] + i * m.lane_bytes, m.lane_bytes, value);
+        }
+        const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(5), 0); }); });
+        ASSERT_TRUE(fault) << m.name;
+        if (misalignment == 0) {
+          EXPECT_EQ(*fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes)) << m.name;
+        }
+        EXPECT_TRUE(same(s, expected)) << m.name << ", lanes: " << pattern.name << ", misaligned by " << misalignment;
+        expect_no_trace();
+      }
+    }
+  }
+}
+
+TEST_F(Contiguous, AStoreStopsAtTheLaneThatFaults) {
+  for (const member& m : stores) {
+    for (const lane_pattern& pattern : {all_lanes, odd_lanes}) {
+      for (const std::size_t misalignment : {std::size_t{0}, std::size_t{1}}) {
+        SetUp();
+        activate(pg.num, m.lane_bytes, pattern.is_active);
+        const std::size_t lanes = vl / m.lane_bytes, half = lanes / 2;
+        unsigned char* const first = closed() - half * m.memory_bytes + misalignment;
+        s.x[5] = reinterpret_cast<std::uint64_t>(first);
+        std::vector<unsigned char> expected = memory();
+        std::size_t i = 0;
+        for (; first + (i + 1) * m.memory_bytes <= closed() || !pattern.is_active(i, lanes); ++i) {
+          if (pattern.is_active(i, lanes))
+            put_element(expected.data() + (first - open()) + i * m.memory_bytes, m.memory_bytes,
+                        lane_of(zt.num, i, m.lane_bytes));
+        }
+        const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(5), 0); }); });
+        ASSERT_TRUE(fault) << m.name;
+        if (misalignment == 0) {
+          EXPECT_EQ(*fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes)) << m.name;
+        }
+        EXPECT_EQ(memory(), expected) << m.name << ", lanes: " << pattern.name << ", misaligned by " << misalignment;
+        expect_no_trace();
+      }
+    }
+  }
+}
+
+// The whole vector lies in one page, where it is moved as a block: the fault is still lane 0's, and nothing is done.
+TEST_F(Contiguous, ABlockThatFaultsFaultsInLaneZero) {
+  const std::uint64_t in_closed_page = pages.address(3 * mapped_pages::size() + 64);
+  for (const member& m : both()) {
+    SetUp();
+    activate(pg.num, m.lane_bytes, all_lanes.is_active);
+    s.x[5] = in_closed_page;
+    const cpu_state before = s;
+    EXPECT_EQ(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(5), 0); }); }), in_closed_page)
+        << m.name;
+    EXPECT_TRUE(same(s, before)) << m.name;
+    expect_no_trace();
+  }
+}
+
+}  // namespace

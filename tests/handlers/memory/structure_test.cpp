@@ -1,0 +1,236 @@
+// Loads and stores of structures of two, three or four elements.
+#include "sve/handlers/memory/structure.h"
+
+#include "sve/handlers/memory/structure_blocks.h"
+#include "tests/handlers/memory/memory_fixture.h"
+
+namespace {
+
+using namespace quern;
+
+struct member {
+  const char* name;
+  handler_zpri* immediate;
+  handler_zprr* scaled;
+  memaccess_type_t kind;
+  std::size_t registers, bytes;
+};
+
+#define MEMBERS(name, kind, registers)                                                  \
+  {#name "b", sve_##name##b_zpri, sve_##name##b_scaled_zprr, kind, registers, 1},       \
+      {#name "h", sve_##name##h_zpri, sve_##name##h_scaled_zprr, kind, registers, 2},   \
+      {#name "w", sve_##name##w_zpri, sve_##name##w_scaled_zprr, kind, registers, 4}, { \
+#name "d", sve_##name##d_zpri, sve_##name##d_scaled_zprr, kind, registers, 8        \
+  }
+const member members[] = {MEMBERS(ld2, MEM_LOAD, 2),  MEMBERS(ld3, MEM_LOAD, 3),  MEMBERS(ld4, MEM_LOAD, 4),
+                          MEMBERS(st2, MEM_STORE, 2), MEMBERS(st3, MEM_STORE, 3), MEMBERS(st4, MEM_STORE, 4)};
+#undef MEMBERS
+
+class Structure : public MemoryHandlers {
+ protected:
+  void SetUp() override {
+    MemoryHandlers::SetUp();
+    fill(open(), closed() - open());
+  }
+
+  // Does to `after` and `image` (the open pages) what the member does to the registers and to memory at `first`, in
+  // lanes before `end`.
+  void model(const member& m, const lane_pattern& pattern, std::size_t first, std::size_t end, cpu_state& after,
+             std::vector<unsigned char>& image) const {
+    const std::size_t lanes = vl / m.bytes;
+    for (std::size_t i = 0; i != end; ++i) {
+      for (std::size_t k = 0; k != m.registers; ++k) {
+        unsigned char* const in_memory = image.data() + first + (i * m.registers + k) * m.bytes;
+        unsigned char* const in_register = after.z[(zt.num + k) % 32] + i * m.bytes;
+        const bool active = pattern.is_active(i, lanes);
+        if (m.kind == MEM_STORE) {
+          if (active) std::memcpy(in_memory, in_register, m.bytes);
+        } else if (active) {
+          std::memcpy(in_register, in_memory, m.bytes);
+        } else {
+          std::memset(in_register, 0, m.bytes);
+        }
+      }
+    }
+  }
+
+  std::vector<sve_mem_ref_t> records(const member& m, const lane_pattern& pattern, std::uint64_t first) const {
+    return one_each(pattern, m.kind, m.bytes, vl / m.bytes,
+                    [&](std::size_t i) { return first + (i * m.registers + m.registers - 1) * m.bytes; });
+  }
+
+  unsigned char* open() { return pages.at(mapped_pages::size()); }
+  unsigned char* closed() { return pages.at(5 * mapped_pages::size()); }
+  std::vector<unsigned char> memory() { return {open(), closed()}; }
+
+  mapped_pages pages{page::closed, page::open, page::open, page::open, page::open, page::closed};
+  const aarch64_z_reg zt = z_operand(30);  // so that the third member is Z0
+  const aarch64_p_reg pg = pg_operand(2);
+};
+
+TEST_F(Structure, MovesElementsBetweenMemoryAndConsecutiveRegisters) {
+  for (const member& m : members) {
+    for (const lane_pattern& pattern : patterns) {
+      SCOPED_TRACE(testing::Message() << m.name << ", lanes: " << pattern.name);
+      SetUp();
+      activate(pg.num, m.bytes, pattern.is_active);
+      const std::size_t offset = 37;
+      s.sp = reinterpret_cast<std::uint64_t>(open() + offset);
+      cpu_state registers = s;
+      std::vector<unsigned char> image = memory();
+      model(m, pattern, offset, vl / m.bytes, registers, image);
+      run([&] { return m.immediate(&s, zt, pg, base_operand(31), 0); });
+      ASSERT_TRUE(same(s, registers));
+      ASSERT_EQ(memory(), image);
+      expect_trace(records(m, pattern, s.sp));
+    }
+  }
+}
+
+TEST_F(Structure, ImmediatesStepByWholeVectorsOfAllRegisters) {
+  for (const member& m : members) {
+    for (const int imm : {-2, -1, 1, 3}) {
+      SetUp();
+      activate(pg.num, m.bytes, all_lanes.is_active);
+      s.x[4] = reinterpret_cast<std::uint64_t>(open() + 2 * mapped_pages::size());
+      run([&] { return m.immediate(&s, zt, pg, base_operand(4), imm); });
+      const auto step = static_cast<std::uint64_t>(imm * static_cast<std::int64_t>(m.registers * vl));
+      EXPECT_EQ(recorded_trace(), records(m, all_lanes, s.x[4] + step)) << m.name << " #" << imm;
+    }
+  }
+}
+
+TEST_F(Structure, IndicesCountElements) {
+  for (const member& m : members) {
+    for (const std::uint32_t index : {8u, 31u}) {
+      SetUp();
+      activate(pg.num, m.bytes, odd_lanes.is_active);
+      s.x[4] = reinterpret_cast<std::uint64_t>(open() + mapped_pages::size());
+      s.x[8] = static_cast<std::uint64_t>(-5);
+      const std::size_t offset = mapped_pages::size() - (index == 31 ? 0 : 5 * m.bytes);
+      cpu_state registers = s;
+      std::vector<unsigned char> image = memory();
+      model(m, odd_lanes, offset, vl / m.bytes, registers, image);
+      run([&] { return m.scaled(&s, zt, pg, base_operand(4), index_operand(index)); });
+      EXPECT_TRUE(same(s, registers)) << m.name;
+      EXPECT_EQ(memory(), image) << m.name;
+      EXPECT_EQ(recorded_trace(), records(m, odd_lanes, reinterpret_cast<std::uint64_t>(open() + offset))) << m.name;
+    }
+  }
+}
+
+TEST_F(Structure, PastZ31ComesZ0) {
+  activate(0, 8, all_lanes.is_active);
+  s.x[0] = reinterpret_cast<std::uint64_t>(open());
+  cpu_state expected = s;
+  for (std::size_t i = 0; i != vl / 8; ++i) {
+    std::memcpy(expected.z[31] + 8 * i, open() + 16 * i, 8);
+    std::memcpy(expected.z[0] + 8 * i, open() + 16 * i + 8, 8);
+  }
+  run([&] { return sve_ld2d_zpri(&s, z_operand(31), pg_operand(0), base_operand(0), 0); });
+  EXPECT_TRUE(same(s, expected));
+}
+
+TEST_F(Structure, ThreeActiveLanesAreThreeRecordsOfOneElementEach) {
+  activate(0, 1, [](std::size_t i, std::size_t) { return i == 1 || i == 2 || i == 9; });
+  s.x[0] = reinterpret_cast<std::uint64_t>(open());
+  run([&] { return sve_ld3b_zpri(&s, z_operand(0), pg_operand(0), base_operand(0), 0); });
+  expect_trace({record(0, 3, MEM_LOAD, 1, s.x[0] + 5), record(1, 2, MEM_LOAD, 1, s.x[0] + 8),
+                record(2, 6, MEM_LOAD, 1, s.x[0] + 29)});
+}
+
+TEST_F(Structure, OneActiveLaneIsTheFirstAndLastOfItsGroup) {
+  activate(0, 8, [](std::size_t i, std::size_t) { return i == 1; });
+  s.x[0] = reinterpret_cast<std::uint64_t>(open());
+  run([&] { return sve_st4d_zpri(&s, z_operand(0), pg_operand(0), base_operand(0), 0); });
+  expect_trace({record(0, 7, MEM_STORE, 8, s.x[0] + 56)});
+}
+
+TEST_F(Structure, AnAllFalsePredicateTouchesNoMemory) {
+  for (const member& m : members) {
+    SetUp();
+    activate(pg.num, m.bytes, no_lanes.is_active);
+    s.x[1] = reinterpret_cast<std::uint64_t>(closed());
+    EXPECT_FALSE(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); })) << m.name;
+    expect_no_trace();
+  }
+}
+
+TEST_F(Structure, WithTracingOffNothingIsReported) {
+  for (const member& m : members) {
+    activate(pg.num, m.bytes, all_lanes.is_active);
+    s.x[1] = reinterpret_cast<std::uint64_t>(open());
+    m.immediate(&s, zt, pg, base_operand(1), 0);
+  }
+  expect_no_trace();
+}
+
+TEST_F(Structure, AFaultLeavesTheLanesBeforeItDone) {
+  for (const member& m : members) {
+    SetUp();
+    activate(pg.num, m.bytes, all_lanes.is_active);
+    const std::size_t half = vl / m.bytes / 2, bytes = half * m.registers * m.bytes;
+    s.x[1] = reinterpret_cast<std::uint64_t>(closed() - bytes);
+    cpu_state registers = s;
+    std::vector<unsigned char> image = memory();
+    model(m, all_lanes, image.size() - bytes, half, registers, image);
+    const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); });
+    EXPECT_EQ(fault, reinterpret_cast<std::uint64_t>(closed())) << m.name;
+    EXPECT_TRUE(same(s, registers)) << m.name;
+    EXPECT_EQ(memory(), image) << m.name;
+    expect_no_trace();
+  }
+}
+
+// All structures lie in one page, where they are moved as a block: the fault is still that of the first element.
+TEST_F(Structure, ABlockThatFaultsFaultsInItsFirstElement) {
+  const std::uint64_t in_closed_page = reinterpret_cast<std::uint64_t>(closed()) + 64;
+  for (const member& m : members) {
+    SetUp();
+    activate(pg.num, m.bytes, all_lanes.is_active);
+    s.x[1] = in_closed_page;
+    const cpu_state before = s;
+    EXPECT_EQ(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); }), in_closed_page)
+        << m.name;
+    EXPECT_TRUE(same(s, before)) << m.name;
+    expect_no_trace();
+  }
+}
+
+// A processor runs the code for one width of vectors only, the test that of all.
+template <class T, int N, std::size_t vector_bytes>
+void expect_blocks_part_and_join(cpu_state& s) {
+  SCOPED_TRACE(testing::Message() << N << " x " << sizeof(T) << ", vectors of " << vector_bytes);
+  T structures[lane_count<T>][N], stored[lane_count<T>][N];
+  std::memcpy(structures, s.z[0], sizeof structures);
+  const quern::members<N> registers(&s, 8);
+  load_structures<T>(vectors_of<vector_bytes>{}, registers, reinterpret_cast<std::uint64_t>(structures));
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    for (std::size_t k = 0; k != N; ++k) ASSERT_EQ(lane<T>(registers.z[k], i), structures[i][k]) << i << " " << k;
+  }
+  store_structures<T>(vectors_of<vector_bytes>{}, registers, reinterpret_cast<std::uint64_t>(stored));
+  EXPECT_EQ(std::memcmp(stored, structures, sizeof stored), 0);
+}
+
+template <class T, int N>
+void expect_blocks_part_and_join(cpu_state& s) {
+  expect_blocks_part_and_join<T, N, 16>(s);
+  expect_blocks_part_and_join<T, N, 32>(s);
+  expect_blocks_part_and_join<T, N, 64>(s);
+}
+
+template <class T>
+void expect_blocks_part_and_join(cpu_state& s) {
+  expect_blocks_part_and_join<T, 2>(s);
+  expect_blocks_part_and_join<T, 3>(s);
+  expect_blocks_part_and_join<T, 4>(s);
+}
+
+TEST_F(Structure, BlocksAreTheSameByVectorsOfEveryWidth) {
+  expect_blocks_part_and_join<std::uint8_t>(s);
+  expect_blocks_part_and_join<std::uint16_t>(s);
+  expect_blocks_part_and_join<std::uint32_t>(s);
+  expect_blocks_part_and_join<std::uint64_t>(s);
+}
+
+}  // namespace

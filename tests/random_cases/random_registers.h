@@ -1,0 +1,15 @@
+// Random register contents, with the values among them that instructions treat in a special way.
+#pragma once
+
+#include <cstdint>
+
+#include "sve/state/cpu_state.h"
+#include "tests/random_cases/random_source.h"
+
+namespace quern {
+
+// Fills all registers of `state`. `size` is the element size code that the values and predicates mostly fit. With
+// `clean` every predicate byte is 0 or 1, else the bits above bit 0 are random.
+void fill_registers(random_source& random, std::uint32_t size, bool clean, cpu_state& state);
+
+}  // namespace quern
