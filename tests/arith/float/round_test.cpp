@@ -1,0 +1,187 @@
+// The rounders and the controls they read.
+#include "sve/arith/float/round.h"
+
+#include "sve/arith/float/process.h"
+#include "tests/arith/float/float_case.h"
+
+namespace quern {
+namespace {
+
+// Fraction words are those of the rounders: all bits below a leading one that isn't written.
+template <class T>
+struct round_case {
+  const char* what;
+  int sgn, exp;
+  T mnt;
+  int rm, mode;
+  T result;
+  int flags;
+};
+
+template <class T>
+void check(T (*rounder)(int, int, T, int, int, int*), std::initializer_list<round_case<T>> cases) {
+  for (const round_case<T>& c : cases) {
+    int flags = 0;
+    EXPECT_EQ(rounder(c.sgn, c.exp, c.mnt, c.rm, c.mode, &flags), c.result) << c.what;
+    EXPECT_EQ(flags, c.flags) << c.what;
+  }
+}
+
+constexpr FPRounding N = FPRounding_TIEEVEN, P = FPRounding_POSINF, M = FPRounding_NEGINF, Z = FPRounding_ZERO,
+                     A = FPRounding_TIEAWAY, O = FPRounding_ODD;
+
+TEST(fp16_round_, gives_the_nearest_half_and_the_flags) {
+  check<half>(fp16_round_, {
+                               {"1 is exact", 0, 15, 0, N, 0, 0x3C00, 0},
+                               {"the tie below an even one", 0, 15, 0x0020, N, 0, 0x3C00, IXC},
+                               {"the tie above an odd one", 0, 15, 0x0060, N, 0, 0x3C02, IXC},
+                               {"just above the tie", 0, 15, 0x0021, N, 0, 0x3C01, IXC},
+                               {"just below the tie", 0, 15, 0x005F, N, 0, 0x3C01, IXC},
+                               {"up to the next exponent", 0, 15, 0xFFFF, N, 0, 0x4000, IXC},
+                               {"towards plus infinity, positive", 0, 15, 1, P, 0, 0x3C01, IXC},
+                               {"towards plus infinity, negative", 1, 15, 1, P, 0, 0xBC00, IXC},
+                               {"towards minus infinity, positive", 0, 15, 1, M, 0, 0x3C00, IXC},
+                               {"towards minus infinity, negative", 1, 15, 1, M, 0, 0xBC01, IXC},
+                               {"truncation", 1, 15, 0xFFFF, Z, 0, 0xBFFF, IXC},
+                               {"ties away is truncation here", 0, 15, 0xFFFF, A, 0, 0x3FFF, IXC},
+                               {"odd leaves an exact value", 0, 15, 0x0080, O, 0, 0x3C02, 0},
+                               {"odd forces bit 0 of an inexact one", 0, 15, 0x0081, O, 0, 0x3C03, IXC},
+                               {"the smallest normal is exact", 0, 1, 0, N, 0, 0x0400, 0},
+                               {"up to the smallest normal", 0, 0, 0xFFFF, N, 0, 0x0400, UFC | IXC},
+                               {"the same, flushed", 0, 0, 0xFFFF, N, mode_FZ16, 0, UFC},
+                               {"the same, negative", 1, 0, 0xFFFF, N, mode_FZ16, 0x8000, UFC},
+                               {"FZ is not for halves", 0, 0, 0xFFFF, N, mode_FZ, 0x0400, UFC | IXC},
+                               {"an exact subnormal", 0, -1, 0x8000, N, 0, 0x0180, 0},
+                               {"the smallest subnormal", 0, -9, 0, N, 0, 0x0001, 0},
+                               {"half of it is a tie to zero", 0, -10, 0, N, 0, 0, UFC | IXC},
+                               {"more than half of it", 0, -10, 1, N, 0, 1, UFC | IXC},
+                               {"far below", 0, -500, 0, P, 0, 1, UFC | IXC},
+                               {"far below, truncated", 1, -500, 0xFFFF, Z, 0, 0x8000, UFC | IXC},
+                           });
+}
+
+TEST(fp16_round_, overflows_to_infinity_or_to_the_largest_normal_by_rounding_and_sign) {
+  check<half>(fp16_round_, {
+                               {"nearest", 0, 31, 0, N, 0, 0x7C00, OFC | IXC},
+                               {"nearest, by rounding up", 1, 30, 0xFFE0, N, 0, 0xFC00, OFC | IXC},
+                               {"nearest, just not", 0, 30, 0xFFDF, N, 0, 0x7BFF, IXC},
+                               {"upwards", 0, 31, 0, P, 0, 0x7C00, OFC | IXC},
+                               {"upwards, negative", 1, 31, 0, P, 0, 0xFBFF, OFC | IXC},
+                               {"downwards", 0, 31, 0, M, 0, 0x7BFF, OFC | IXC},
+                               {"downwards, negative", 1, 31, 0, M, 0, 0xFC00, OFC | IXC},
+                               {"truncation", 0, 99, 0, Z, 0, 0x7BFF, OFC | IXC},
+                               {"truncation, negative", 1, 99, 0, Z, 0, 0xFBFF, OFC | IXC},
+                               {"odd", 0, 31, 0, O, 0, 0x7BFF, OFC | IXC},
+                           });
+}
+
+TEST(fp16_round_, has_one_more_exponent_under_AHP_and_IOC_alone_above_it) {
+  check<half>(fp16_round_, {
+                               {"exponent 31 is a number's", 0, 31, 0, N, mode_AHP, 0x7C00, 0},
+                               {"the largest", 0, 31, 0xFFC0, N, mode_AHP, 0x7FFF, 0},
+                               {"inexact there", 1, 31, 0x0001, Z, mode_AHP, 0xFC00, IXC},
+                               {"above", 0, 32, 0, N, mode_AHP, 0x7FFF, IOC},
+                               {"above, negative", 1, 32, 0, N, mode_AHP, 0xFFFF, IOC},
+                               {"above, by rounding up", 0, 31, 0xFFE0, N, mode_AHP, 0x7FFF, IOC},
+                               {"above, truncated", 0, 40, 0, Z, mode_AHP, 0x7FFF, IOC},
+                           });
+}
+
+TEST(fp32_round_, gives_the_nearest_single_and_the_flags) {
+  check<single>(fp32_round_, {
+                                 {"the tie below an even one", 0, 127, 0x00000100, N, 0, 0x3F800000, IXC},
+                                 {"the tie above an odd one", 0, 127, 0x00000300, N, 0, 0x3F800002, IXC},
+                                 {"the lowest bit is sticky", 0, 127, 0x00000101, N, 0, 0x3F800001, IXC},
+                                 {"up to the smallest normal", 0, 0, 0xFFFFFFFF, N, 0, 0x00800000, UFC | IXC},
+                                 {"the same, flushed", 1, 0, 0xFFFFFFFF, N, mode_FZ, 0x80000000, UFC},
+                                 {"FZ16 is for halves", 0, 0, 0xFFFFFFFF, N, mode_FZ16, 0x00800000, UFC | IXC},
+                                 {"AHP is for halves", 0, 255, 0, N, mode_AHP, 0x7F800000, OFC | IXC},
+                                 {"odd on an exact value", 0, 127, 0x00000400, O, 0, 0x3F800002, 0},
+                                 {"odd on an inexact, even one", 0, 127, 0x00000401, O, 0, 0x3F800003, IXC},
+                                 {"overflow in truncation", 1, 255, 0, Z, 0, 0xFF7FFFFF, OFC | IXC},
+                                 {"an exact subnormal", 0, -22, 0, N, 0, 0x00000001, 0},
+                                 {"far below", 1, -100000, 0, M, 0, 0x80000001, UFC | IXC},
+                             });
+}
+
+TEST(fp64_round_, gives_the_nearest_double_and_the_flags) {
+  check<double_bits>(fp64_round_, {
+                                      {"the tie below an even one", 0, 1023, 0x0800, N, 0, 0x3FF0000000000000, IXC},
+                                      {"the tie above an odd one", 0, 1023, 0x1800, N, 0, 0x3FF0000000000002, IXC},
+                                      {"the lowest bit is sticky", 0, 1023, 0x0801, N, 0, 0x3FF0000000000001, IXC},
+                                      {"up to the smallest normal", 0, 0, ~0ULL, N, 0, 0x0010000000000000, UFC | IXC},
+                                      {"the same, flushed", 1, 0, ~0ULL, N, mode_FZ, 0x8000000000000000, UFC},
+                                      {"odd only truncates", 0, 1023, 0x2001, O, 0, 0x3FF0000000000002, IXC},
+                                      {"overflow in truncation", 0, 2047, 0, Z, 0, 0x7FEFFFFFFFFFFFFF, OFC | IXC},
+                                      {"an exact subnormal", 0, -51, 0, N, 0, 1, 0},
+                                      {"far below", 0, -100000, 1, N, 0, 0, UFC | IXC},
+                                  });
+}
+
+TEST(rounders, only_add_flags) {
+  int flags = DZC | IDC;
+  fp32_round_(0, 127, 1, N, 0, &flags);
+  EXPECT_EQ(flags, DZC | IDC | IXC);
+}
+
+TEST(mode_of, gathers_the_controls) {
+  EXPECT_EQ(mode_of({RP}), 1);
+  EXPECT_EQ(mode_of({RM}), 2);
+  EXPECT_EQ(mode_of({FZ}), 4);
+  EXPECT_EQ(mode_of({DN}), 8);
+  EXPECT_EQ(mode_of({FZ16}), 32);
+  EXPECT_EQ(mode_of({AHP}), 0) << "only a conversion to half looks at AHP";
+  EXPECT_EQ(mode_of({0xF000FFFF}), 0) << "status and trap enables";
+}
+
+template <class T>
+struct process_case {
+  T value;
+  std::uint32_t controls;
+  T result;
+  int flags;
+};
+
+template <class T>
+void check(T (*process)(T, FPSCR&), std::initializer_list<process_case<T>> cases) {
+  for (const process_case<T>& c : cases) {
+    FPSCR fpscr{c.controls};
+    EXPECT_EQ(process(c.value, fpscr), c.result) << std::hex << c.value;
+    EXPECT_EQ(fpscr.word ^ c.controls, static_cast<std::uint32_t>(c.flags)) << std::hex << c.value;
+  }
+}
+
+TEST(FPProcess, flushes_subnormals_by_their_own_bit_and_halves_without_a_flag) {
+  check<half>(FPProcess16, {{0x0001, FZ16, 0, 0}, {0x83FF, FZ16, 0x8000, 0}, {0x83FF, FZ, 0x83FF, 0}});
+  check<single>(FPProcess32, {{1, FZ, 0, IDC}, {0x807FFFFF, FZ, 0x80000000, IDC}, {0x807FFFFF, FZ16, 0x807FFFFF, 0}});
+  check<double_bits>(FPProcess64, {{1, FZ, 0, IDC}, {1, FZ16, 1, 0}, {0x8000000000000000, FZ, 0x8000000000000000, 0}});
+}
+
+TEST(FPProcess, quietens_a_signalling_NaN_and_gives_the_default_one_under_DN) {
+  check<half>(FPProcess16, {{0xFC01, 0, 0xFE01, IOC}, {0xFE01, 0, 0xFE01, 0}, {0xFE01, DN, 0x7E00, 0}});
+  check<single>(FPProcess32, {{0xFF800001, 0, 0xFFC00001, IOC}, {0xFF800001, DN, 0x7FC00000, IOC}});
+  check<double_bits>(FPProcess64, {{0x7FF0000000000001, 0, 0x7FF8000000000001, IOC}});
+}
+
+TEST(FPProcess, gives_all_else_back_in_every_rounding_mode) {
+  for (const std::uint32_t mode : {RN, RP, RM, RZ}) {
+    for (unsigned value = 0; value != 0x10000; ++value) {
+      FPSCR fpscr{mode};
+      const auto pattern = static_cast<half>(value);
+      if ((value & 0x7FFF) > 0x7C00) continue;
+      ASSERT_EQ(FPProcess16(pattern, fpscr), pattern);
+      ASSERT_EQ(fpscr.word, mode);
+    }
+    check<single>(FPProcess32, {{0x7F7FFFFF, mode, 0x7F7FFFFF, 0}, {0xFF800000, mode, 0xFF800000, 0}});
+    check<double_bits>(FPProcess64, {{0xFFEFFFFFFFFFFFFF, mode, 0xFFEFFFFFFFFFFFFF, 0}, {3, mode, 3, 0}});
+  }
+}
+
+TEST(FPProcess, keeps_bits_that_are_set) {
+  FPSCR fpscr{0xF8009F9F};
+  FPProcess32(0x7F800001, fpscr);
+  EXPECT_EQ(fpscr.word, 0xF8009F9F);
+}
+
+}  // namespace
+}  // namespace quern
