@@ -1,4 +1,4 @@
-// Predicate support: a pattern's count.
+// The count that a pattern names.
 #include "sve/arith/predicate/predicate_support.h"
 
 #include <gtest/gtest.h>

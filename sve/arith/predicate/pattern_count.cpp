@@ -1,4 +1,4 @@
-// Pattern to count.
+// The count that a pattern names.
 #include "sve/arith/predicate/predicate_support.h"
 
 #include <bit>
