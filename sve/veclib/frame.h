@@ -1,0 +1,145 @@
+// The frame of the vector library: how many lanes a call works on, and the loops over them that families share.
+//
+// To add a family:
+//   1. Say what it does, as a generic constant in namespace quern::veclib of the folder's source file, by one of the
+//      loops here:        constexpr auto AbdVVM = merging([](auto a, auto b) { return a < b ? b - a : a - b; });
+//   2. Give it a line in the folder's list of members (*.def), with the signature of its functions and its types:
+//                         FAMILY(AbdVVM, V_VPV, S8_S64_U8_U64)
+// The list makes both the declarations and the definitions of VecS8AbdVVM to VecU64AbdVVM. What a family's constant is
+// called with is a value of its lane type, the context, and the operands in their order; it is called once a type.
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include "sve/state/cpu_context.h"
+#include "sve/state/lanes.h"
+#include "sve/veclib/predicate_lanes.h"
+
+namespace quern::veclib {
+
+// The bytes of a vector that the context's vector length has, at most those of a VecV.
+inline std::size_t vector_bytes(const CpuContext& ctx) {
+  const std::size_t bytes = std::size_t{ctx.vl_units & 0x3FFFFFF} * 8;
+  return bytes < VL_BYTES ? bytes : VL_BYTES;
+}
+
+// The number of lanes of type T in the context's vector length.
+template <class T>
+inline std::size_t lanes(const CpuContext& ctx) {
+  return vector_bytes(ctx) / sizeof(T);
+}
+
+// Loops over independent lanes run over the whole of a VecV, so that their count is constant and the compiler makes
+// them vector instructions; then what lies beyond the context's vector length is cleared. In the contexts of thunks
+// nothing does.
+inline VecV within(VecV vector, const CpuContext& ctx) {
+  const std::size_t bytes = vector_bytes(ctx);
+  if (bytes != VL_BYTES) [[unlikely]]
+    std::memset(vector.bytes + bytes, 0, VL_BYTES - bytes);
+  return vector;
+}
+inline PredV within(PredV predicate, const CpuContext& ctx) {
+  const std::size_t bits = vector_bytes(ctx);
+  if (bits != VL_BYTES) [[unlikely]] {
+    for (std::size_t i = bits; i != VL_BYTES; ++i) set_element<std::uint8_t>(predicate, i, false);
+  }
+  return predicate;
+}
+
+// What an operation sees of an operand at lane i: that lane of a vector, and a scalar as it is.
+template <class T>
+inline T operand_at(const VecV& vector, std::size_t i) {
+  return lane<T>(vector.bytes, i);
+}
+template <class T, class Scalar>
+requires std::integral<Scalar>
+inline Scalar operand_at(Scalar scalar, std::size_t) { return scalar; }
+
+// Lane i is op(operands' lane i...), for all lanes.
+template <class T, class Op, class... Operands>
+inline VecV map_lanes(Op op, const CpuContext& ctx, const Operands&... operands) {
+  VecV result;
+  for (std::size_t i = 0; i != lane_count<T>; ++i)
+    set_lane<T>(result.bytes, i, static_cast<T>(op(operand_at<T>(operands, i)...)));
+  return within(result, ctx);
+}
+
+// Lane i is op(operands' lane i...) where pg has it active, else that of `inactive`. op runs for all lanes, so that the
+// loop has no branch: it must be harmless in inactive ones.
+template <class T, class Op, class... Operands>
+inline VecV merge_lanes(Op op, const CpuContext& ctx, const VecV& inactive, const PredV& pg,
+                        const Operands&... operands) {
+  using U = std::make_unsigned_t<T>;
+  const VecV masks = lane_masks<U>(pg);
+  VecV result;
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const T value = static_cast<T>(op(operand_at<T>(operands, i)...));
+    set_lane<U>(result.bytes, i, select(lane<U>(masks.bytes, i), static_cast<U>(value), lane<U>(inactive.bytes, i)));
+  }
+  return within(result, ctx);
+}
+
+// The same, where op must not run for inactive lanes: it sets flags, or is slow. From lane 0 up.
+template <class T, class Op, class... Operands>
+inline VecV merge_active_lanes(Op op, const CpuContext& ctx, const VecV& inactive, const PredV& pg,
+                               const Operands&... operands) {
+  VecV result = inactive;
+  for (std::size_t i = 0; i != lanes<T>(ctx); ++i) {
+    if (is_active<T>(pg, i)) set_lane<T>(result.bytes, i, static_cast<T>(op(operand_at<T>(operands, i)...)));
+  }
+  return result;
+}
+
+// Element i is whether op(operands' lane i...), where pg has it active, else false. op runs for all lanes.
+template <class T, class Op, class... Operands>
+inline PredV compare_lanes(Op op, const CpuContext& ctx, const PredV& pg, const Operands&... operands) {
+  VecV outcomes;
+  for (std::size_t i = 0; i != lane_count<T>; ++i)
+    set_lane<T>(outcomes.bytes, i, op(operand_at<T>(operands, i)...) ? T{1} : T{0});
+  PredV result = to_predicate<T>(outcomes);
+  for (std::size_t w = 0; w != std::size(result.words); ++w) result.words[w] &= pg.words[w];
+  return within(result, ctx);
+}
+
+// op over the active lanes, from `start` on: op(start, x) is x. It has to be associative and commutative. The
+// accumulator may be wider than the lanes.
+template <class T, class Accumulator, class Op>
+inline Accumulator reduce_lanes(Op op, Accumulator start, const CpuContext& ctx, const PredV& pg, const VecV& vector) {
+  using U = std::make_unsigned_t<T>;
+  const VecV masks = lane_masks<U>(within(pg, ctx));
+  Accumulator folded = start;
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const U value = select(lane<U>(masks.bytes, i), lane<U>(vector.bytes, i), static_cast<U>(start));
+    folded = static_cast<Accumulator>(op(folded, static_cast<Accumulator>(static_cast<T>(value))));
+  }
+  return folded;
+}
+
+// Families, made of an operation on lanes. (operands...): all lanes.
+template <class Op>
+constexpr auto unpredicated(Op op) {
+  return
+      [op]<class T>(T, const CpuContext& ctx, const auto&... operands) { return map_lanes<T>(op, ctx, operands...); };
+}
+
+// (a, Pg, others...): op(a, others...), and a where inactive.
+template <class Op>
+constexpr auto merging(Op op) {
+  return [op]<class T>(T, const CpuContext& ctx, const VecV& a, const PredV& pg, const auto&... others) {
+    return merge_lanes<T>(op, ctx, a, pg, a, others...);
+  };
+}
+
+// (old, Pg, a): op(a), and old where inactive.
+template <class Op>
+constexpr auto merging_unary(Op op) {
+  return [op]<class T>(T, const CpuContext& ctx, const VecV& old, const PredV& pg, const VecV& a) {
+    return merge_lanes<T>(op, ctx, old, pg, a);
+  };
+}
+
+}  // namespace quern::veclib

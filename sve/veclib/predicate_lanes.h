@@ -1,0 +1,71 @@
+// Elements of packed predicates: reading and writing one, and all of a predicate's as masks for the lanes of a vector.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "sve/state/cpu_context.h"
+#include "sve/state/lanes.h"
+#include "sve/state/predicate_bits.h"
+
+namespace quern::veclib {
+
+// The lowest bit of each element of T's width in a word of a predicate, and the bits of element 0.
+template <class T>
+inline constexpr std::uint64_t lowest_bits = ~std::uint64_t{0} / ((1u << sizeof(T)) - 1);
+template <class T>
+inline constexpr std::uint64_t element_bits = (1u << sizeof(T)) - 1;
+
+// Whether element i is active: its lowest bit. The others of its sizeof(T) bits don't count.
+template <class T>
+inline bool is_active(const PredV& predicate, std::size_t i) {
+  const std::size_t bit = i * sizeof(T);
+  return (predicate.words[bit / 64] >> bit % 64 & 1) != 0;
+}
+
+// Makes element i `active`, and the others of its bits 0.
+template <class T>
+inline void set_element(PredV& predicate, std::size_t i, bool active) {
+  const std::size_t bit = i * sizeof(T);
+  std::uint64_t& word = predicate.words[bit / 64];
+  word = (word & ~(element_bits<T> << bit % 64)) | std::uint64_t{active} << bit % 64;
+}
+
+// The elements of T's width that are active, each as its lowest bit alone.
+template <class T>
+inline PredV elements(PredV predicate) {
+  for (std::uint64_t& word : predicate.words) word &= lowest_bits<T>;
+  return predicate;
+}
+
+// Lane i is all ones where element i is active, else all zeros.
+template <class T>
+inline VecV lane_masks(const PredV& predicate) {
+  unsigned char image[sizeof(PredV)];
+  std::memcpy(image, &predicate, sizeof image);
+  VecV masks;
+  for (std::size_t j = 0; j != predicate_image_bytes; ++j) {  // bits of image byte j are bytes 8 * j on of the vector
+    if constexpr (sizeof(T) == 1) {
+      set_lane<std::uint64_t>(masks.bytes, j, image[j] * 0x0101010101010101u & 0x8040201008040201u);
+    } else {
+      const T bits = image[j];
+      for (std::size_t k = 0; k != 8 / sizeof(T); ++k) {
+        const bool active = (bits & T{1} << k * sizeof(T)) != 0;
+        set_lane<T>(masks.bytes, j * (8 / sizeof(T)) + k, static_cast<T>(active ? ~T{0} : T{0}));
+      }
+    }
+  }
+  if constexpr (sizeof(T) == 1) {  // a byte apiece has its own bit of the image left; the comparison is for vectors
+    for (unsigned char& byte : masks.bytes) byte = byte != 0 ? 0xFF : 0;
+  }
+  return masks;
+}
+
+// The predicate whose element i is bit 0 of lane i; the lane's other bits are 0.
+template <class T>
+inline PredV to_predicate(const VecV& lanes) {
+  return to_pred(lanes.bytes);
+}
+
+}  // namespace quern::veclib
