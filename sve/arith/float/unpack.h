@@ -42,4 +42,10 @@ constexpr bool is_zero(const unpacked<T>& a) {
   return a.mnt == 0;
 }
 
+// The pattern that has these parts: the way back, with nothing to round.
+template <float_bits T>
+constexpr T repack(const unpacked<T>& a) {
+  return pack<T>(a.sgn, a.mnt & float_format<T>::hidden_bit ? a.exp : 0, a.mnt);
+}
+
 }  // namespace quern
