@@ -9,7 +9,7 @@
 
 #include "sve/decoder/encoding.h"
 #include "sve/decoder/thunk.h"
-#include "sve/decoder/type_tag.h"
+#include "sve/state/type_tag.h"
 
 namespace quern {
 

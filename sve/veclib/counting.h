@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "sve/state/cpu_context.h"
+#include "sve/veclib/family.h"
 
 extern "C" {
 
@@ -16,3 +17,8 @@ vec_count VecU32CountVLSI;  // CNTW
 vec_count VecU64CountVLSI;  // CNTD
 
 }  // extern "C"
+
+QUERN_LIBRARY_FUNCTION(U8, CountVLSI)
+QUERN_LIBRARY_FUNCTION(U16, CountVLSI)
+QUERN_LIBRARY_FUNCTION(U32, CountVLSI)
+QUERN_LIBRARY_FUNCTION(U64, CountVLSI)

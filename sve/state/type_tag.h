@@ -1,4 +1,4 @@
-// The type tags of thunk names: the element type that a row's instruction works on.
+// The type tags in the names of thunks and library functions: the element type that an instruction works on.
 #pragma once
 
 #include <cstdint>
@@ -18,6 +18,9 @@ struct type_tag {
     other.opcode = static_cast<std::uint8_t>(field_value);
     return other;
   }
+  // The tag itself, whichever value of a size field selects it.
+  consteval type_tag plain() const { return at(size == size_q ? 0 : size); }
+  constexpr bool operator==(const type_tag&) const = default;
 };
 
 // Unsigned or sign-less, and signed, integers.
