@@ -29,6 +29,13 @@ inline void merge_lanes(Op op, unsigned char* d, const unsigned char* pg, const 
   }
 }
 
+// The same, but op runs for active lanes alone: for an operation that costs far more than a branch, or must not run.
+template <class T, class Op, class... Source>
+inline void pass_over_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
+  for (std::size_t i = 0; i != lane_count<T>; ++i)
+    if (is_active<T>(pg, i)) set_lane<T>(d, i, static_cast<T>(op(lane<T>(source, i)...)));
+}
+
 // d[i] = op(source[i]...) where the lane is active, else 0. op runs for inactive lanes too.
 template <class T, class Op, class... Source>
 inline void zero_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {

@@ -71,13 +71,36 @@ struct vector_result {
   void copy_to(unsigned char* destination) const { std::memcpy(destination, bytes, VL_BYTES); }
 };
 
+// The element types that an operation has, the one that a size code names among them. A code of none of them names the
+// last.
+template <class T, class... Others>
+struct element_types {
+  // Calls f with a value of the type.
+  template <class F>
+  static void by_size(std::uint32_t code, F f) {
+    if constexpr (sizeof...(Others) == 0) {
+      f(T{});
+    } else {
+      if (code == size_code<T>) return f(T{});
+      element_types<Others...>::by_size(code, f);
+    }
+  }
+};
+using all_element_types = element_types<std::uint32_t, std::uint64_t, std::uint16_t, std::uint8_t>;
+
+// The same, but a code of none of them names none: f is not called.
+template <class... T>
+struct exact_element_types {
+  template <class F>
+  static void by_size(std::uint32_t code, F f) {
+    static_cast<void>(((code == size_code<T> && (f(T{}), true)) || ...));
+  }
+};
+
 // Calls f with a value of the unsigned (signed) element type that a size code names. Any code but 1, 2, 3 is byte.
 template <class F>
 inline void by_size(std::uint32_t code, F f) {
-  if (code == size_s) return f(std::uint32_t{});
-  if (code == size_d) return f(std::uint64_t{});
-  if (code == size_h) return f(std::uint16_t{});
-  f(std::uint8_t{});
+  all_element_types::by_size(code, f);
 }
 template <class F>
 inline void by_signed_size(std::uint32_t code, F f) {

@@ -3,8 +3,9 @@
 
 #include <functional>
 
-#include "sve/handlers/integer/integer_families.h"
+#include "sve/handlers/integer/integer_operations.h"
 #include "sve/handlers/integer/trace_marker.h"
+#include "sve/handlers/register_loops.h"
 
 using namespace quern;
 
@@ -16,25 +17,13 @@ aarch64_decode_rc sve_sub_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg 
   return each_zzz(state, zd, zn, zm, std::minus{});
 }
 
-namespace {
-
-// Zdn = Zdn + immediate, every lane: the immediate extended, or cut, to the element.
-aarch64_decode_rc add_immediate(cpu_state* state, aarch64_z_reg zdn, std::uint64_t immediate) {
-  unsigned char* const d = state->z[zdn.num];
-  by_size(zdn.dsize,
-          [&]<class T>(T) { each_lane<T>([addend = static_cast<T>(immediate)](T a) { return a + addend; }, d, d); });
-  return DECODE_OK;
-}
-
-}  // namespace
-
 aarch64_decode_rc sve_add_zi(cpu_state* state, aarch64_z_reg zdn, unsigned int immediate) {
   if (zdn.dsize == size_b) mark_trace_region(immediate);
-  return add_immediate(state, zdn, immediate);
+  return each_zi(state, zdn, immediate, std::plus{});
 }
 
 aarch64_decode_rc sve_sub_zi(cpu_state* state, aarch64_z_reg zdn, unsigned int immediate) {
-  return add_immediate(state, zdn, -std::uint64_t{immediate});
+  return each_zi(state, zdn, immediate, std::minus{});
 }
 
 aarch64_decode_rc sve_add_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm) {

@@ -4,18 +4,12 @@
 #include <bit>
 #include <functional>
 
-#include "sve/handlers/integer/integer_families.h"
+#include "sve/handlers/integer/integer_operations.h"
+#include "sve/handlers/register_loops.h"
 
 using namespace quern;
 
 namespace {
-
-// Zd = op(Zn), active lanes of element type T.
-template <class T, class Op>
-aarch64_decode_rc merge_unary(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn, Op op) {
-  merge_lanes<T>(op, state->z[zd.num], state->p[pg.num], state->z[zn.num]);
-  return DECODE_OK;
-}
 
 // x with neighbouring groups of Group bits exchanged; x itself where an element has no two.
 template <unsigned int Group, class T>
@@ -50,42 +44,41 @@ struct extend {
   }
 };
 
+// Where a handler has fewer element types than all.
+using doublewords = element_types<std::uint64_t>;
+using words_up = element_types<std::uint64_t, std::uint32_t>;
+using halfwords_up = element_types<std::uint32_t, std::uint64_t, std::uint16_t>;
+
 }  // namespace
 
 aarch64_decode_rc sve_neg_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  by_size(zd.size, [&]<class T>(T) { merge_unary<T>(state, zd, pg, zn, std::negate{}); });
-  return DECODE_OK;
+  return merge_unary(state, zd, pg, zn, std::negate{});
 }
 
 aarch64_decode_rc sve_rbit_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  by_size(zd.size, [&]<class T>(T) { merge_unary<T>(state, zd, pg, zn, reverse_bits{}); });
-  return DECODE_OK;
+  return merge_unary(state, zd, pg, zn, reverse_bits{});
 }
 
 aarch64_decode_rc sve_revw_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  return merge_unary<std::uint64_t>(state, zd, pg, zn, [](std::uint64_t x) { return std::rotl(x, 32); });
+  return merge_unary<doublewords>(state, zd, pg, zn, [](std::uint64_t x) { return std::rotl(x, 32); });
 }
 
 aarch64_decode_rc sve_sxtb_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  if (zd.size == size_s) return merge_unary<std::uint32_t>(state, zd, pg, zn, extend<std::int8_t>{});
-  if (zd.size == size_d) return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::int8_t>{});
-  return merge_unary<std::uint16_t>(state, zd, pg, zn, extend<std::int8_t>{});
+  return merge_unary<halfwords_up>(state, zd, pg, zn, extend<std::int8_t>{});
 }
 
 aarch64_decode_rc sve_sxth_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  if (zd.size == size_d) return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::int16_t>{});
-  return merge_unary<std::uint32_t>(state, zd, pg, zn, extend<std::int16_t>{});
+  return merge_unary<words_up>(state, zd, pg, zn, extend<std::int16_t>{});
 }
 
 aarch64_decode_rc sve_sxtw_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::int32_t>{});
+  return merge_unary<doublewords>(state, zd, pg, zn, extend<std::int32_t>{});
 }
 
 aarch64_decode_rc sve_uxth_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  if (zd.size == size_d) return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::uint16_t>{});
-  return merge_unary<std::uint32_t>(state, zd, pg, zn, extend<std::uint16_t>{});
+  return merge_unary<words_up>(state, zd, pg, zn, extend<std::uint16_t>{});
 }
 
 aarch64_decode_rc sve_uxtw_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  return merge_unary<std::uint64_t>(state, zd, pg, zn, extend<std::uint32_t>{});
+  return merge_unary<doublewords>(state, zd, pg, zn, extend<std::uint32_t>{});
 }

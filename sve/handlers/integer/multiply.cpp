@@ -1,30 +1,14 @@
 // Integer multiplication, with and without addition.
 #include "sve/handlers/integer/multiply.h"
 
-#include "sve/handlers/integer/integer_families.h"
+#include "sve/handlers/general_register.h"
+#include "sve/handlers/integer/integer_operations.h"
+#include "sve/handlers/register_loops.h"
 
 using namespace quern;
 
-namespace {
-
-// Zdn = op(Zdn, second, third), active lanes.
-template <class Op>
-aarch64_decode_rc merge_zpzz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg second,
-                             aarch64_z_reg third, Op op) {
-  unsigned char* const d = state->z[zdn.num];
-  by_size(zdn.dsize,
-          [&]<class T>(T) { merge_lanes<T>(op, d, state->p[pg.num], d, state->z[second.num], state->z[third.num]); });
-  return DECODE_OK;
-}
-
-}  // namespace
-
 aarch64_decode_rc sve_mul_zi(cpu_state* state, aarch64_z_reg zdn, int immediate) {
-  unsigned char* const d = state->z[zdn.num];
-  by_size(zdn.dsize, [&]<class T>(T) {
-    each_lane<T>([factor = static_cast<T>(immediate)](T a) { return multiply(a, factor); }, d, d);
-  });
-  return DECODE_OK;
+  return each_zi(state, zdn, as_register(immediate), [](auto a, auto factor) { return multiply(a, factor); });
 }
 
 aarch64_decode_rc sve_mul_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm) {

@@ -4,7 +4,9 @@
 #include <functional>
 #include <limits>
 
-#include "sve/handlers/integer/integer_families.h"
+#include "sve/handlers/integer/integer_operations.h"
+#include "sve/handlers/lane_loops.h"
+#include "sve/state/cpu_state.h"
 
 using namespace quern;
 

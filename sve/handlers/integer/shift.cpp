@@ -6,7 +6,8 @@
 #include <functional>
 #include <utility>
 
-#include "sve/handlers/integer/integer_families.h"
+#include "sve/handlers/integer/integer_operations.h"
+#include "sve/handlers/register_loops.h"
 
 using namespace quern;
 

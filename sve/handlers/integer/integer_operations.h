@@ -1,10 +1,8 @@
-// What integer handlers have in common beyond their loop: the size taken once, the registers found, the operation left.
-// Operations see elements as unsigned numbers and their result is cut to the element, so that all arithmetic wraps.
+// Operations on integer elements that several handlers have. They see elements as unsigned numbers, and their result is
+// cut to the element, so that all arithmetic wraps.
 #pragma once
 
 #include <type_traits>
-
-#include "sve/handlers/lane_loops.h"
 
 namespace quern {
 
@@ -48,20 +46,5 @@ struct signed_minimum {
     return static_cast<T>(minimum{}(as_signed(a), as_signed(b)));
   }
 };
-
-// Zd = op(Zn, Zm), every lane.
-template <class Op>
-inline aarch64_decode_rc each_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm, Op op) {
-  by_size(zd.size, [&]<class T>(T) { each_lane<T>(op, state->z[zd.num], state->z[zn.num], state->z[zm.num]); });
-  return DECODE_OK;
-}
-
-// Zdn = op(Zdn, Zm), active lanes.
-template <class Op>
-inline aarch64_decode_rc merge_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm, Op op) {
-  unsigned char* const d = state->z[zdn.num];
-  by_size(zdn.dsize, [&]<class T>(T) { merge_lanes<T>(op, d, state->p[pg.num], d, state->z[zm.num]); });
-  return DECODE_OK;
-}
 
 }  // namespace quern
