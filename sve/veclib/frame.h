@@ -1,12 +1,13 @@
 // The frame of the vector library: how many lanes a call works on, and the loops over them that families share.
 //
 // To add a family:
-//   1. Say what it does, as a generic constant in namespace quern::veclib of the folder's source file, by one of the
-//      loops here:        constexpr auto AbdVVM = merging([](auto a, auto b) { return a < b ? b - a : a - b; });
-//   2. Give it a line in the folder's list of members (*.def), with the signature of its functions and its types:
-//                         FAMILY(AbdVVM, V_VPV, S8_S64_U8_U64)
-// The list makes both the declarations and the definitions of VecS8AbdVVM to VecU64AbdVVM. What a family's constant is
-// called with is a value of its lane type, the context, and the operands in their order; it is called once a type.
+//   1. Say what it does, as a generic constant in the folder's source file, by one of the loops here:
+//        constexpr auto AbdVVM = merging([](auto a, auto b) { return a < b ? b - a : a - b; });
+//   2. Give it a line in the folder's list (*.def), with the signature of its functions and their types:
+//        FAMILY(AbdVVM, V_VPV, S8_S64_U8_U64)
+// The list declares and defines VecS8AbdVVM to VecU64AbdVVM, enters them for the decoder's rows, and the tests find
+// them. A family is called with a value of the lane type, the context, and the operands in their order. A new list is
+// named in three places more: its header, veclib.h and members/all.inc.
 #pragma once
 
 #include <concepts>

@@ -7,11 +7,7 @@
 #include <vector>
 
 #include "sve/decoder/decode_map.h"
-#include "sve/state/cpu_context.h"
-#include "sve/veclib/tags.h"
-
-#define MEMBERS "sve/veclib/members/all.inc"
-#include "sve/veclib/members/declare.inc"
+#include "sve/veclib/veclib.h"
 
 namespace {
 

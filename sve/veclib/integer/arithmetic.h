@@ -2,7 +2,6 @@
 #pragma once
 
 #include "sve/state/cpu_context.h"
-#include "sve/veclib/tags.h"
 
 #define MEMBERS "sve/veclib/integer/arithmetic.def"
 #include "sve/veclib/members/declare.inc"
