@@ -45,10 +45,7 @@ inline VecV within(VecV vector, const CpuContext& ctx) {
 }
 inline PredV within(PredV predicate, const CpuContext& ctx) {
   const std::size_t bits = vector_bytes(ctx);
-  if (bits != VL_BYTES) [[unlikely]] {
-    for (std::size_t i = bits; i != VL_BYTES; ++i) set_element<std::uint8_t>(predicate, i, false);
-  }
-  return predicate;
+  return bits == VL_BYTES ? predicate : predicate & first_elements<std::uint8_t>(bits);
 }
 
 // What an operation sees of an operand at lane i: that lane of a vector, and a scalar as it is.
@@ -101,9 +98,7 @@ inline PredV compare_lanes(Op op, const CpuContext& ctx, const PredV& pg, const 
   VecV outcomes;
   for (std::size_t i = 0; i != lane_count<T>; ++i)
     set_lane<T>(outcomes.bytes, i, op(operand_at<T>(operands, i)...) ? T{1} : T{0});
-  PredV result = to_predicate<T>(outcomes);
-  for (std::size_t w = 0; w != std::size(result.words); ++w) result.words[w] &= pg.words[w];
-  return within(result, ctx);
+  return within(to_predicate<T>(outcomes) & pg, ctx);
 }
 
 // op over the active lanes, from `start` on: op(start, x) is x. It has to be associative and commutative. The

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
+#include <iterator>
 
 #include "sve/state/cpu_context.h"
 #include "sve/state/lanes.h"
@@ -30,6 +32,32 @@ inline void set_element(PredV& predicate, std::size_t i, bool active) {
   const std::size_t bit = i * sizeof(T);
   std::uint64_t& word = predicate.words[bit / 64];
   word = (word & ~(element_bits<T> << bit % 64)) | std::uint64_t{active} << bit % 64;
+}
+
+// All bits of predicates at once.
+template <class Op, class... Predicates>
+inline PredV map_words(Op op, const Predicates&... predicates) {
+  PredV result;
+  for (std::size_t w = 0; w != std::size(result.words); ++w) result.words[w] = op(predicates.words[w]...);
+  return result;
+}
+inline PredV operator~(const PredV& a) { return map_words(std::bit_not{}, a); }
+inline PredV operator&(const PredV& a, const PredV& b) { return map_words(std::bit_and{}, a, b); }
+inline PredV operator|(const PredV& a, const PredV& b) { return map_words(std::bit_or{}, a, b); }
+inline PredV operator^(const PredV& a, const PredV& b) { return map_words(std::bit_xor{}, a, b); }
+
+// The predicate whose first `count` elements of T's width are active, at most those that there are.
+template <class T>
+inline PredV first_elements(std::size_t count) {
+  PredV result;
+  for (std::size_t w = 0; w != std::size(result.words); ++w) {
+    const std::size_t bits = count * sizeof(T), below = 64 * w;
+    const std::uint64_t wanted = bits <= below        ? 0
+                                 : bits - below >= 64 ? ~std::uint64_t{0}
+                                                      : (std::uint64_t{1} << (bits - below)) - 1;
+    result.words[w] = lowest_bits<T> & wanted;
+  }
+  return result;
 }
 
 // The elements of T's width that are active, each as its lowest bit alone.
