@@ -1,15 +1,11 @@
-// The line that tells of an instruction that could not be emulated, made without the C library's formatting, which is
-// not for signal handlers.
+// The line that tells of an instruction that could not be emulated.
 #pragma once
 
-#include <cstdint>
+#include "sve/state/text_line.h"
 
 namespace quern {
 
-// A line and its end.
-struct failure_line {
-  failure_line(std::uint32_t word, const void* pc);
-  char text[96];
-};
+// The line and its end.
+text_line failure_line(std::uint32_t word, const void* pc);
 
 }  // namespace quern

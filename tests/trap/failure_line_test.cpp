@@ -14,7 +14,7 @@ TEST(failure_line, is_as_printed) {
       char expected[128];
       std::snprintf(expected, sizeof expected, "Error: failed to emulate SVE instruction 0x%08x at PC %p\n", word,
                     reinterpret_cast<void*>(pc));
-      EXPECT_STREQ(failure_line(word, reinterpret_cast<void*>(pc)).text, expected);
+      EXPECT_STREQ(failure_line(word, reinterpret_cast<void*>(pc)).c_str(), expected);
     }
   }
 }

@@ -50,7 +50,7 @@ bool emulate(ucontext_t& frame) {
   const aarch64_decode_rc result = handler(&registers, word);
   set_under_emulation(nullptr);
   // The application goes on behind an instruction that could not be emulated, as if it did nothing.
-  if (result != DECODE_OK) kernel::print_error(failure_line(word_at(pc), pc).text);
+  if (result != DECODE_OK) kernel::print_error(failure_line(word_at(pc), pc).c_str());
   store_state(registers, frame);
   return true;
 }
