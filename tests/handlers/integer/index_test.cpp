@@ -1,6 +1,6 @@
 #include "sve/handlers/integer/index.h"
 
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {

@@ -1,6 +1,6 @@
 #include "sve/handlers/integer/integer_compare.h"
 
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {
@@ -11,10 +11,10 @@ using relation = bool (*)(std::uint64_t n, std::uint64_t m, std::uint32_t size);
 constexpr relation equal = [](std::uint64_t n, std::uint64_t m, std::uint32_t) { return n == m; };
 constexpr relation unequal = [](std::uint64_t n, std::uint64_t m, std::uint32_t) { return n != m; };
 constexpr relation at_least = [](std::uint64_t n, std::uint64_t m, std::uint32_t size) {
-  return as_signed_number(n, size) >= as_signed_number(m, size);
+  return signed_value(element_width(size), n) >= signed_value(element_width(size), m);
 };
 constexpr relation greater = [](std::uint64_t n, std::uint64_t m, std::uint32_t size) {
-  return as_signed_number(n, size) > as_signed_number(m, size);
+  return signed_value(element_width(size), n) > signed_value(element_width(size), m);
 };
 constexpr relation less = [](std::uint64_t n, std::uint64_t m, std::uint32_t size) { return greater(m, n, size); };
 constexpr relation at_most = [](std::uint64_t n, std::uint64_t m, std::uint32_t size) { return at_least(m, n, size); };
@@ -69,8 +69,7 @@ TEST(IntegerCompare, WithASignedImmediateAgreesWithItsRelation) {
             return c.handler(s, p_reg(r.d, size), p_reg(r.g, p_zeroing), z_reg(r.n, size), imm);
           },
           [&](cpu_state& s, std::uint32_t size, registers r) {
-            const std::uint64_t element =
-                static_cast<std::uint64_t>(std::int64_t{imm}) & (~0ull >> (64 - (8u << size)));
+            const std::uint64_t element = low_bits(element_width(size), static_cast<std::uint64_t>(std::int64_t{imm}));
             define_compare(s, size, r, c.holds, elements(count_of(size), element));
           });
 }

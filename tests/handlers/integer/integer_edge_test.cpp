@@ -11,7 +11,7 @@
 #include "sve/handlers/integer/reduce.h"
 #include "sve/handlers/integer/shift.h"
 #include "sve/handlers/permute/move_prefix.h"
-#include "tests/handlers/lane_judge.h"
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {
@@ -20,34 +20,34 @@ constexpr aarch64_p_reg p0_merging = p_reg(0, p_merging), p0_zeroing = p_reg(0, 
                         p0 = p_reg(0, p_unqualified);
 
 // A state whose lanes of `size` in Z0, Z1, Z2 are all of one value each, under a P0 with all lanes active.
-cpu_state& filled(std::uint32_t size, std::uint64_t z0, std::uint64_t z1 = 0, std::uint64_t z2 = 0) {
-  cpu_state& s = random_state(size, lanes_on::all);
-  fill(s, 0, size, z0);
-  fill(s, 1, size, z1);
-  fill(s, 2, size, z2);
+cpu_state filled(std::uint32_t size, std::uint64_t z0, std::uint64_t z1 = 0, std::uint64_t z2 = 0) {
+  cpu_state s = random_state(size, lanes_on::all);
+  fill_elements(s.z[0], size, z0);
+  fill_elements(s.z[1], size, z1);
+  fill_elements(s.z[2], size, z2);
   return s;
 }
 
 // Expects every element of Z0.
 void expect_z0(const cpu_state& s, std::uint32_t size, std::uint64_t value) {
-  for (std::size_t i = 0; i != std::size_t{VL_BYTES} >> size; ++i) ASSERT_EQ(element(s.z[0], size, i), value) << i;
+  for (std::size_t i = 0; i != count_of(size); ++i) ASSERT_EQ(element(s.z[0], size, i), value) << i;
 }
 
 TEST(IntegerEdges, AddReadsBothSourcesBeforeTheDestinationChanges) {
-  cpu_state& s = filled(size_d, 0x8000000000000003);
+  cpu_state s = filled(size_d, 0x8000000000000003);
   sve_add_zzz(&s, z_reg(0, size_d), z_reg(0, size_d), z_reg(0, size_d));
   expect_z0(s, size_d, 6);
 }
 
 TEST(IntegerEdges, AddOfBytesWrapsAt8Bits) {
-  cpu_state& s = filled(size_b, 200);
+  cpu_state s = filled(size_b, 200);
   sve_add_zzz(&s, z_reg(0, size_b), z_reg(0, size_b), z_reg(0, size_b));
   expect_z0(s, size_b, 144);
 }
 
 TEST(IntegerEdges, AnySizeCodeButThreeIsByte) {
   for (const std::uint32_t code : {0u, 4u, 5u, 7u, 0x80000000u}) {
-    cpu_state& s = filled(size_b, 255, 1);
+    cpu_state s = filled(size_b, 255, 1);
     sve_add_zpz(&s, z_both(0, code), p0_merging, z_reg(1, code));
     expect_z0(s, size_b, 0);
   }
@@ -55,7 +55,7 @@ TEST(IntegerEdges, AnySizeCodeButThreeIsByte) {
 
 TEST(IntegerEdges, SxtbOfSizeCodesHAndBIsSignExtensionToHalfwords) {
   for (const std::uint32_t code : {1u, 0u, 4u}) {
-    cpu_state& s = filled(size_h, 0, 0x1280);
+    cpu_state s = filled(size_h, 0, 0x1280);
     sve_sxtb_zpz(&s, z_reg(0, code), p0_merging, z_reg(1, code));
     expect_z0(s, size_h, 0xFF80);
   }
@@ -63,7 +63,7 @@ TEST(IntegerEdges, SxtbOfSizeCodesHAndBIsSignExtensionToHalfwords) {
 
 TEST(IntegerEdges, ExtensionsOfHalfwordsTakeAnyCodeButDAsWords) {
   for (const std::uint32_t code : {0u, 1u, 2u}) {
-    cpu_state& s = filled(size_s, 0, 0x12348001);
+    cpu_state s = filled(size_s, 0, 0x12348001);
     sve_sxth_zpz(&s, z_reg(0, code), p0_merging, z_reg(1, code));
     expect_z0(s, size_s, 0xFFFF8001);
     sve_uxth_zpz(&s, z_reg(0, code), p0_merging, z_reg(1, code));
@@ -72,7 +72,7 @@ TEST(IntegerEdges, ExtensionsOfHalfwordsTakeAnyCodeButDAsWords) {
 }
 
 TEST(IntegerEdges, DoublewordOnlyHandlersIgnoreTheSizeCode) {
-  cpu_state& s = filled(size_d, 0, 0x00000001'80000002);
+  cpu_state s = filled(size_d, 0, 0x00000001'80000002);
   const auto result_of = [&](auto* handler) {
     handler(&s, z_reg(0, size_b), p0_merging, z_reg(1, size_b));
     return element(s.z[0], size_d, 0);
@@ -83,7 +83,7 @@ TEST(IntegerEdges, DoublewordOnlyHandlersIgnoreTheSizeCode) {
 }
 
 TEST(IntegerEdges, EmptyPredicateKeepsTheDestinationAndMovprfxUnderZeroingClearsIt) {
-  cpu_state& s = random_state(size_h, lanes_on::none);
+  cpu_state s = random_state(size_h, lanes_on::none);
   const cpu_state before = s;
   sve_add_zpz(&s, z_both(0, size_h), p0_merging, z_reg(1, size_h));
   sve_movprfx_zpz(&s, z_reg(0, size_h), p0_merging, z_reg(1, size_h));
@@ -93,7 +93,7 @@ TEST(IntegerEdges, EmptyPredicateKeepsTheDestinationAndMovprfxUnderZeroingClears
 }
 
 TEST(IntegerEdges, MovprfxLooksAtTheFirstPredicateByteOfALaneAlone) {
-  cpu_state& s = filled(size_h, 7, 9);
+  cpu_state s = filled(size_h, 7, 9);
   for (int i = 0; i != VL_BYTES; ++i) s.p[0][i] = i % 2 == 1 ? 1 : 0;
   sve_movprfx_zpz(&s, z_reg(0, size_h), p0_zeroing, z_reg(1, size_h));
   expect_z0(s, size_h, 0);
@@ -101,7 +101,7 @@ TEST(IntegerEdges, MovprfxLooksAtTheFirstPredicateByteOfALaneAlone) {
 
 TEST(IntegerEdges, MovprfxMergesUnderAnyQualifierButZeroing) {
   for (const std::uint32_t qualifier : {p_merging, p_unqualified, p_none, 0u}) {
-    cpu_state& s = filled(size_s, 7, 9);
+    cpu_state s = filled(size_s, 7, 9);
     std::memset(s.p[0], 0xFE, VL_BYTES);
     sve_movprfx_zpz(&s, z_reg(0, size_s), p_reg(0, qualifier), z_reg(1, size_s));
     expect_z0(s, size_s, 7);
@@ -132,7 +132,7 @@ TEST(IntegerEdges, Division) {
   };
   for (const divide_case& c : cases) {
     SCOPED_TRACE(c.what);
-    cpu_state& s = filled(c.size, c.zdn, c.zm);
+    cpu_state s = filled(c.size, c.zdn, c.zm);
     EXPECT_EQ(c.handler(&s, z_both(0, c.size), p0_merging, z_reg(1, c.size)), DECODE_OK);
     expect_z0(s, c.size, c.result);
   }
@@ -140,7 +140,7 @@ TEST(IntegerEdges, Division) {
 
 TEST(IntegerEdges, DivisionTakesAnySizeCodeButDAsWords) {
   for (const std::uint32_t code : {0u, 1u, 2u, 5u}) {
-    cpu_state& s = filled(size_s, 100, 7);
+    cpu_state s = filled(size_s, 100, 7);
     sve_udiv_zpz(&s, z_both(0, code), p0_merging, z_reg(1, code));
     expect_z0(s, size_s, 14);
   }
@@ -167,14 +167,14 @@ TEST(IntegerEdges, ShiftsByTheElementsBitsAndMore) {
   };
   for (const shift_case& c : cases) {
     SCOPED_TRACE(c.what);
-    cpu_state& s = filled(c.size, c.zdn, c.count);
+    cpu_state s = filled(c.size, c.zdn, c.count);
     c.handler(&s, z_both(0, c.size), p0_merging, z_reg(1, c.size));
     expect_z0(s, c.size, c.result);
   }
 }
 
 TEST(IntegerEdges, AsrOfBytesByTheImmediate8FillsEachLaneWithItsSign) {
-  cpu_state& s = filled(size_b, 0, 0x80);
+  cpu_state s = filled(size_b, 0, 0x80);
   s.z[1][1] = 0x7F;
   sve_asr_zzi(&s, z_reg(0, size_b), z_reg(1, size_b), 8);
   EXPECT_EQ(s.z[0][0], 0xFF);
@@ -183,13 +183,13 @@ TEST(IntegerEdges, AsrOfBytesByTheImmediate8FillsEachLaneWithItsSign) {
 }
 
 TEST(IntegerEdges, MadWithTheAccumulatorAsDestinationReadsTheOldValueForBoth) {
-  cpu_state& s = filled(size_s, 5, 7);
+  cpu_state s = filled(size_s, 5, 7);
   sve_mad_zpzz(&s, z_both(0, size_s), p0_merging, z_reg(1, size_s), z_reg(0, size_s));
   expect_z0(s, size_s, 40);
 }
 
 TEST(IntegerEdges, HalfwordProductsDoNotOverflow) {
-  cpu_state& s = filled(size_h, 0xFFFF, 0xFFFF);
+  cpu_state s = filled(size_h, 0xFFFF, 0xFFFF);
   sve_mul_zpz(&s, z_both(0, size_h), p0_merging, z_reg(1, size_h));
   expect_z0(s, size_h, 1);
 }
@@ -208,7 +208,7 @@ TEST(IntegerEdges, ReductionsOfNoLaneLeaveTheirStartingValueAndZeroAbove) {
       {sve_eorv_vpz, size_h, 0},
   };
   for (const auto& c : cases) {
-    cpu_state& s = random_state(c.size, lanes_on::none);
+    cpu_state s = random_state(c.size, lanes_on::none);
     c.handler(&s, 0, p0, z_reg(1, c.size));
     EXPECT_EQ(element(s.z[0], size_d, 0), c.low);
     for (std::size_t i = 8; i != VL_BYTES; ++i) ASSERT_EQ(s.z[0][i], 0) << i;
@@ -216,20 +216,20 @@ TEST(IntegerEdges, ReductionsOfNoLaneLeaveTheirStartingValueAndZeroAbove) {
 }
 
 TEST(IntegerEdges, UaddvOfBytesDoesNotWrap) {
-  cpu_state& s = filled(size_b, 0, 0xFF);
+  cpu_state s = filled(size_b, 0, 0xFF);
   sve_uaddv_vpz(&s, 0, p0, z_reg(1, size_b));
   EXPECT_EQ(element(s.z[0], size_d, 0), 255u * VL_BYTES);
 }
 
 TEST(IntegerEdges, UaddvOf256GreatestBytesIs65280) {
   if constexpr (VL_BYTES != 256) GTEST_SKIP() << "names the length of 2048 bits";
-  cpu_state& s = filled(size_b, 0, 0xFF);
+  cpu_state s = filled(size_b, 0, 0xFF);
   sve_uaddv_vpz(&s, 0, p0, z_reg(1, size_b));
   EXPECT_EQ(element(s.z[0], size_d, 0), 65280u);
 }
 
 TEST(IntegerEdges, UaddvOfWordsIsA64BitSum) {
-  cpu_state& s = filled(size_s, 0, 0xFFFFFFFF);
+  cpu_state s = filled(size_s, 0, 0xFFFFFFFF);
   sve_uaddv_vpz(&s, 0, p0, z_reg(1, size_s));
   EXPECT_EQ(element(s.z[0], size_d, 0), 0xFFFFFFFFull * (VL_BYTES / 4));
 }

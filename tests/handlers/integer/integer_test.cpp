@@ -11,7 +11,7 @@
 #include "sve/handlers/integer/reduce.h"
 #include "sve/handlers/integer/shift.h"
 #include "sve/handlers/permute/move_prefix.h"
-#include "tests/handlers/lane_judge.h"
+#include "tests/harness/lane_judge.h"
 
 namespace quern {
 namespace {
@@ -84,8 +84,8 @@ TEST(IntegerHandlers, MergeZdnAndZm) {
   };
   for (const zpz_case& c : cases) {
     judge_lanes({c.name, c.sizes,
-                 [&](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                   EXPECT_EQ(c.handler(&s, z_both(r.d, size), p_reg(0, p_merging), z_reg(r.m, size)), DECODE_OK);
+                 [&](cpu_state* s, std::uint32_t size, const registers& r) {
+                   return c.handler(s, z_both(r.d, size), p_reg(r.g, p_merging), z_reg(r.m, size));
                  },
                  [&](unsigned w, u64 d, u64, u64 m) { return c.lane(w, d, m); }});
   }
@@ -121,8 +121,8 @@ TEST(IntegerHandlers, MergeAFunctionOfZn) {
   };
   for (const unary_case& c : cases) {
     judge_lanes({c.name, c.sizes,
-                 [&](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                   EXPECT_EQ(c.handler(&s, z_reg(r.d, size), p_reg(0, p_merging), z_reg(r.n, size)), DECODE_OK);
+                 [&](cpu_state* s, std::uint32_t size, const registers& r) {
+                   return c.handler(s, z_reg(r.d, size), p_reg(r.g, p_merging), z_reg(r.n, size));
                  },
                  [&](unsigned w, u64, u64 n, u64) { return c.lane(w, n); }});
   }
@@ -132,8 +132,8 @@ TEST(IntegerHandlers, MovePrefixZeroesInactiveLanes) {
   judge_lanes({.name = "sve_movprfx_zpz /z",
                .sizes = "bhsd",
                .call =
-                   [](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                     sve_movprfx_zpz(&s, z_reg(r.d, size), p_reg(0, p_zeroing), z_reg(r.n, size));
+                   [](cpu_state* s, std::uint32_t size, const registers& r) {
+                     return sve_movprfx_zpz(s, z_reg(r.d, size), p_reg(r.g, p_zeroing), z_reg(r.n, size));
                    },
                .lane = [](unsigned, u64, u64 n, u64) { return n; },
                .zeroing = true});
@@ -154,9 +154,8 @@ TEST(IntegerHandlers, MergeProductsAndSums) {
   };
   for (const zpzz_case& c : cases) {
     judge_lanes({c.name, "bhsd",
-                 [&](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                   EXPECT_EQ(c.handler(&s, z_both(r.d, size), p_reg(0, p_merging), z_reg(r.n, size), z_reg(r.m, size)),
-                             DECODE_OK);
+                 [&](cpu_state* s, std::uint32_t size, const registers& r) {
+                   return c.handler(s, z_both(r.d, size), p_reg(r.g, p_merging), z_reg(r.n, size), z_reg(r.m, size));
                  },
                  [&](unsigned, u64 d, u64 n, u64 m) { return c.lane(d, n, m); }});
   }
@@ -175,24 +174,21 @@ TEST(IntegerHandlers, SetEveryLaneFromZnAndZm) {
       {"sve_eor_zzz", sve_eor_zzz, one_of}, {"sve_bic_zzz", sve_bic_zzz, first_only},
   };
   for (const zzz_case& c : cases) {
-    judge_lanes({.name = c.name,
-                 .sizes = "bhsd",
-                 .call =
-                     [&](cpu_state& s, std::uint32_t size, const lane_registers& r) {
-                       EXPECT_EQ(c.handler(&s, z_reg(r.d, size), z_reg(r.n, size), z_reg(r.m, size)), DECODE_OK);
-                     },
-                 .lane = [&](unsigned w, u64, u64 n, u64 m) { return c.lane(w, n, m); },
-                 .predicated = false});
+    judge_lanes(
+        {.name = c.name,
+         .sizes = "bhsd",
+         .call = [&](cpu_state* s, std::uint32_t size,
+                     const registers& r) { return c.handler(s, z_reg(r.d, size), z_reg(r.n, size), z_reg(r.m, size)); },
+         .lane = [&](unsigned w, u64, u64 n, u64 m) { return c.lane(w, n, m); },
+         .predicated = false});
   }
 }
 
 TEST(IntegerHandlers, CopyAWholeVectorForMovePrefix) {
   judge_lanes({.name = "sve_movprfx_zz",
                .sizes = "b",
-               .call =
-                   [](cpu_state& s, std::uint32_t, const lane_registers& r) {
-                     EXPECT_EQ(sve_movprfx_zz(&s, z_reg(r.d, size_s), z_reg(r.n, size_s)), DECODE_OK);
-                   },
+               .call = [](cpu_state* s, std::uint32_t,
+                          const registers& r) { return sve_movprfx_zz(s, z_reg(r.d, size_s), z_reg(r.n, size_s)); },
                .lane = [](unsigned, u64, u64 n, u64) { return n; },
                .predicated = false});
 }
@@ -204,12 +200,12 @@ template <class Call, class Lane>
 void judge_immediates(const char* name, const char* sizes, std::initializer_list<u64> immediates, bool predicated,
                       Call call, Lane lane) {
   for (const u64 immediate : immediates) {
-    judge_lanes({.name = std::string(name) + " #" + std::to_string(immediate),
-                 .sizes = sizes,
-                 .call = [&](cpu_state& s, std::uint32_t size,
-                             const lane_registers& r) { EXPECT_EQ(call(s, size, r, immediate), DECODE_OK); },
-                 .lane = [&](unsigned w, u64 d, u64 n, u64) { return lane(w, d, n, immediate); },
-                 .predicated = predicated});
+    judge_lanes(
+        {.name = std::string(name) + " #" + std::to_string(immediate),
+         .sizes = sizes,
+         .call = [&](cpu_state* s, std::uint32_t size, const registers& r) { return call(s, size, r, immediate); },
+         .lane = [&](unsigned w, u64 d, u64 n, u64) { return lane(w, d, n, immediate); },
+         .predicated = predicated});
   }
 }
 
@@ -231,14 +227,14 @@ TEST(IntegerHandlers, ShiftByAnImmediate) {
   for (const shift_case& c : cases) {
     judge_immediates(
         c.name, "bhsd", counts, true,
-        [&](cpu_state& s, std::uint32_t size, const lane_registers& r, u64 count) {
-          return c.merging(&s, z_both(r.d, size), p_reg(0, p_merging), static_cast<unsigned>(count));
+        [&](cpu_state* s, std::uint32_t size, const registers& r, u64 count) {
+          return c.merging(s, z_both(r.d, size), p_reg(r.g, p_merging), static_cast<unsigned>(count));
         },
         [&](unsigned w, u64 d, u64, u64 count) { return c.lane(w, d, count); });
     judge_immediates(
         c.name, "bhsd", counts, false,
-        [&](cpu_state& s, std::uint32_t size, const lane_registers& r, u64 count) {
-          return c.unpredicated(&s, z_reg(r.d, size), z_reg(r.n, size), static_cast<unsigned>(count));
+        [&](cpu_state* s, std::uint32_t size, const registers& r, u64 count) {
+          return c.unpredicated(s, z_reg(r.d, size), z_reg(r.n, size), static_cast<unsigned>(count));
         },
         [&](unsigned w, u64, u64 n, u64 count) { return c.lane(w, n, count); });
   }
@@ -249,14 +245,14 @@ TEST(IntegerHandlers, AddAndSubtractAnImmediate) {
   const std::initializer_list<u64> immediates = {0, 1, 255, 0x7F00, 0xFF00, 0xFFFFFFFF};
   judge_immediates(
       "sve_add_zi", "bhsd", immediates, false,
-      [](cpu_state& s, std::uint32_t size, const lane_registers& r, u64 immediate) {
-        return sve_add_zi(&s, z_both(r.d, size), static_cast<unsigned>(immediate));
+      [](cpu_state* s, std::uint32_t size, const registers& r, u64 immediate) {
+        return sve_add_zi(s, z_both(r.d, size), static_cast<unsigned>(immediate));
       },
       [](unsigned, u64 d, u64, u64 immediate) { return d + immediate; });
   judge_immediates(
       "sve_sub_zi", "bhsd", immediates, false,
-      [](cpu_state& s, std::uint32_t size, const lane_registers& r, u64 immediate) {
-        return sve_sub_zi(&s, z_both(r.d, size), static_cast<unsigned>(immediate));
+      [](cpu_state* s, std::uint32_t size, const registers& r, u64 immediate) {
+        return sve_sub_zi(s, z_both(r.d, size), static_cast<unsigned>(immediate));
       },
       [](unsigned, u64 d, u64, u64 immediate) { return d - immediate; });
 }
@@ -264,8 +260,8 @@ TEST(IntegerHandlers, AddAndSubtractAnImmediate) {
 TEST(IntegerHandlers, MultiplyByASignedImmediate) {
   judge_immediates(
       "sve_mul_zi", "bhsd", {0, 1, 3, 127, static_cast<u64>(-1), static_cast<u64>(-128)}, false,
-      [](cpu_state& s, std::uint32_t size, const lane_registers& r, u64 immediate) {
-        return sve_mul_zi(&s, z_both(r.d, size), static_cast<int>(immediate));
+      [](cpu_state* s, std::uint32_t size, const registers& r, u64 immediate) {
+        return sve_mul_zi(s, z_both(r.d, size), static_cast<int>(immediate));
       },
       [](unsigned, u64 d, u64, u64 immediate) { return d * immediate; });
 }
@@ -282,8 +278,8 @@ TEST(IntegerHandlers, ApplyAMaskToEveryDoubleword) {
   for (const mask_case& c : cases) {
     judge_immediates(
         c.name, "d", {0, 0xFF, 0x8000000000000001, 0x0F0F0F0F0F0F0F0F}, false,
-        [&](cpu_state& s, std::uint32_t size, const lane_registers& r, u64 mask) {
-          return c.handler(&s, z_both(r.d, size), {mask});
+        [&](cpu_state* s, std::uint32_t size, const registers& r, u64 mask) {
+          return c.handler(s, z_both(r.d, size), {mask});
         },
         [&](unsigned w, u64 d, u64, u64 mask) { return c.lane(w, d, mask); });
   }

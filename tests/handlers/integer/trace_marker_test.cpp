@@ -5,7 +5,7 @@
 
 #include "sve/handlers/integer/integer_arithmetic.h"
 #include "sve/memory/trace.h"
-#include "tests/handlers/lane_judge.h"
+#include "tests/harness/agreement.h"
 #include "tests/support/trace_recorder.h"
 
 namespace quern {
@@ -24,7 +24,7 @@ class TraceMarker : public testing::Test {
   void SetUp() override {
     enable_trace = false;
     start_recording();
-    fill(state, 0, size_d, 0x0102030405060708);
+    fill_elements(state.z[0], size_d, 0x0102030405060708);
     before = state;
   }
   void TearDown() override { enable_trace = false; }
@@ -33,7 +33,7 @@ class TraceMarker : public testing::Test {
     EXPECT_EQ(sve_add_zi(&state, z_both(0, size), immediate), DECODE_OK);
   }
 
-  cpu_state& state = random_state(size_d, lanes_on::all);
+  cpu_state state = random_state(size_d, lanes_on::all);
   cpu_state before;
 };
 

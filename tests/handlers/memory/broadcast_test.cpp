@@ -29,8 +29,8 @@ const member members[] = {
 class Broadcast : public MemoryHandlers {
  protected:
   mapped_pages pages{page::open, page::closed};
-  const aarch64_z_reg zt = z_operand(9);
-  const aarch64_p_reg pg = pg_operand(7);
+  const aarch64_z_reg zt = z_reg(9, size_b);
+  const aarch64_p_reg pg = p_reg(7, p_zeroing);
 };
 
 TEST_F(Broadcast, EveryActiveLaneGetsTheElement) {
@@ -50,7 +50,7 @@ TEST_F(Broadcast, EveryActiveLaneGetsTheElement) {
                 expected.z[zt.num] + i * m.lane_bytes, m.lane_bytes,
                 pattern.is_active(i, vl / m.lane_bytes) ? element_at(element, m.memory_bytes, m.sign_extends) : 0);
           }
-          run([&] { return m.handler(&s, zt, pg, base_operand(31), imm); });
+          run([&] { return m.handler(&s, zt, pg, x_or_sp(31), imm); });
           ASSERT_TRUE(same(s, expected)) << m.name << " #" << imm << ", lanes: " << pattern.name;
           expect_no_trace();
         }
@@ -66,7 +66,7 @@ TEST_F(Broadcast, AnAllFalsePredicateTouchesNoMemory) {
     s.x[1] = pages.address(mapped_pages::size());
     cpu_state expected = s;
     std::memset(expected.z[zt.num], 0, vl);
-    EXPECT_FALSE(caught_fault([&] { run([&] { return m.handler(&s, zt, pg, base_operand(1), 0); }); })) << m.name;
+    EXPECT_FALSE(caught_fault([&] { run([&] { return m.handler(&s, zt, pg, x_or_sp(1), 0); }); })) << m.name;
     EXPECT_TRUE(same(s, expected)) << m.name;
   }
 }
@@ -78,7 +78,7 @@ TEST_F(Broadcast, TheFirstActiveLaneFaults) {
     s.x[1] = pages.address(mapped_pages::size());
     cpu_state expected = s;
     std::memset(expected.z[zt.num], 0, m.lane_bytes);
-    EXPECT_EQ(caught_fault([&] { run([&] { return m.handler(&s, zt, pg, base_operand(1), 0); }); }), s.x[1]) << m.name;
+    EXPECT_EQ(caught_fault([&] { run([&] { return m.handler(&s, zt, pg, x_or_sp(1), 0); }); }), s.x[1]) << m.name;
     EXPECT_TRUE(same(s, expected)) << m.name;
   }
 }

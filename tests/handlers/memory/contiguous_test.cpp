@@ -74,8 +74,8 @@ class Contiguous : public MemoryHandlers {
   std::vector<unsigned char> memory() { return {open(), closed()}; }
 
   mapped_pages pages{page::closed, page::open, page::open, page::closed};
-  const aarch64_z_reg zt = z_operand(31);
-  const aarch64_p_reg pg = pg_operand(6);
+  const aarch64_z_reg zt = z_reg(31, size_b);
+  const aarch64_p_reg pg = p_reg(6, p_zeroing);
 };
 
 // Where an access of so many bytes starts: within a page, off alignment, over a page's edge, against the closed pages.
@@ -95,7 +95,7 @@ TEST_F(Contiguous, LoadsReadActiveLanesAndClearTheOthers) {
         s.x[7] = reinterpret_cast<std::uint64_t>(first);
         const cpu_state expected = loaded(m, pattern, first);
         const std::vector<unsigned char> memory_before = memory();
-        run([&] { return m.immediate(&s, zt, pg, base_operand(7), 0); });
+        run([&] { return m.immediate(&s, zt, pg, x_or_sp(7), 0); });
         ASSERT_TRUE(same(s, expected));
         ASSERT_EQ(memory(), memory_before);
         expect_trace(runs(pattern, MEM_LOAD, s.x[7], m.memory_bytes, m.lane_bytes));
@@ -115,7 +115,7 @@ TEST_F(Contiguous, StoresWriteActiveLanesAlone) {
         s.x[7] = reinterpret_cast<std::uint64_t>(first);
         const std::vector<unsigned char> expected = stored(m, pattern, first);
         const cpu_state before = s;
-        run([&] { return m.immediate(&s, zt, pg, base_operand(7), 0); });
+        run([&] { return m.immediate(&s, zt, pg, x_or_sp(7), 0); });
         ASSERT_EQ(memory(), expected);
         ASSERT_TRUE(same(s, before));
         expect_trace(runs(pattern, MEM_STORE, s.x[7], m.memory_bytes, m.lane_bytes));
@@ -132,7 +132,7 @@ TEST_F(Contiguous, ImmediatesStepByTheBytesOfAllLanes) {
       activate(pg.num, m.lane_bytes, all_lanes.is_active);
       const std::int64_t offset = imm * static_cast<std::int64_t>(vl / m.lane_bytes * m.memory_bytes);
       s.sp = reinterpret_cast<std::uint64_t>(open() + mapped_pages::size());
-      run([&] { return m.immediate(&s, zt, pg, base_operand(31), imm); });
+      run([&] { return m.immediate(&s, zt, pg, x_or_sp(31), imm); });
       ASSERT_EQ(recorded_trace().size(), 1u) << m.name;
       EXPECT_EQ(recorded_trace()[0].addr, s.sp + static_cast<std::uint64_t>(offset)) << m.name << " #" << imm;
     }
@@ -146,7 +146,7 @@ TEST_F(Contiguous, IndicesCountMemoryElements) {
       activate(pg.num, m.lane_bytes, all_lanes.is_active);
       s.x[30] = reinterpret_cast<std::uint64_t>(open() + mapped_pages::size());
       s.x[0] = static_cast<std::uint64_t>(index);
-      run([&] { return m.scaled(&s, zt, pg, base_operand(30), index_operand(0)); });
+      run([&] { return m.scaled(&s, zt, pg, x_or_sp(30), x_reg(0)); });
       ASSERT_EQ(recorded_trace().size(), 1u) << m.name;
       EXPECT_EQ(recorded_trace()[0].addr, s.x[30] + s.x[0] * m.memory_bytes) << m.name << " index " << index;
     }
@@ -161,7 +161,7 @@ TEST_F(Contiguous, ScaledFormsMoveTheSameBytes) {
     s.sp = reinterpret_cast<std::uint64_t>(open() + 40);
     s.x[9] = 5;
     const cpu_state expected = loaded(m, pattern, open() + 40 + 5 * m.memory_bytes);
-    run([&] { return m.scaled(&s, zt, pg, base_operand(31), index_operand(9)); });
+    run([&] { return m.scaled(&s, zt, pg, x_or_sp(31), x_reg(9)); });
     EXPECT_TRUE(same(s, expected)) << m.name;
   }
   for (const member& m : stores) {
@@ -171,7 +171,7 @@ TEST_F(Contiguous, ScaledFormsMoveTheSameBytes) {
     s.sp = reinterpret_cast<std::uint64_t>(open() + 40);
     s.x[9] = 5;
     const std::vector<unsigned char> expected = stored(m, pattern, open() + 40 + 5 * m.memory_bytes);
-    run([&] { return m.scaled(&s, zt, pg, base_operand(31), index_operand(9)); });
+    run([&] { return m.scaled(&s, zt, pg, x_or_sp(31), x_reg(9)); });
     EXPECT_EQ(memory(), expected) << m.name;
   }
 }
@@ -180,7 +180,7 @@ TEST_F(Contiguous, IndexRegister31AddsNothing) {
   activate(pg.num, 8, all_lanes.is_active);
   s.x[3] = reinterpret_cast<std::uint64_t>(open() + 64);
   s.sp = 1000;
-  run([&] { return sve_ld1d_scaled_zprr(&s, zt, pg, base_operand(3), index_operand(31)); });
+  run([&] { return sve_ld1d_scaled_zprr(&s, zt, pg, x_or_sp(3), x_reg(31)); });
   expect_trace({record(0, 0, MEM_LOAD, vl, s.x[3])});
 }
 
@@ -189,7 +189,7 @@ TEST_F(Contiguous, WordsToDoublewordsStepByHalfAVector) {
   s.p[0][0] = 1;
   s.x[0] = reinterpret_cast<std::uint64_t>(open());
   const std::uint64_t expected = element_at(open() + vl / 2, 4, false);
-  run([&] { return sve_ld1w_d_zpri(&s, z_operand(0), pg_operand(0), base_operand(0), 1); });
+  run([&] { return sve_ld1w_d_zpri(&s, z_reg(0, size_b), p_reg(0, p_zeroing), x_or_sp(0), 1); });
   EXPECT_EQ(lane_of(0, 0, 8), expected);
   expect_trace({record(0, 0, MEM_LOAD, 4, s.x[0] + vl / 2)});
 }
@@ -199,7 +199,7 @@ TEST_F(Contiguous, AnAllFalsePredicateTouchesNoMemory) {
     SetUp();
     activate(pg.num, m.lane_bytes, no_lanes.is_active);
     s.x[1] = reinterpret_cast<std::uint64_t>(closed());
-    EXPECT_FALSE(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); })) << m.name;
+    EXPECT_FALSE(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(1), 0); }); })) << m.name;
     expect_no_trace();
   }
 }
@@ -208,8 +208,8 @@ TEST_F(Contiguous, WithTracingOffNothingIsReported) {
   for (const member& m : both()) {
     activate(pg.num, m.lane_bytes, all_lanes.is_active);
     s.x[1] = reinterpret_cast<std::uint64_t>(open());
-    m.immediate(&s, zt, pg, base_operand(1), 0);
-    m.scaled(&s, zt, pg, base_operand(1), index_operand(31));
+    m.immediate(&s, zt, pg, x_or_sp(1), 0);
+    m.scaled(&s, zt, pg, x_or_sp(1), x_reg(31));
   }
   expect_no_trace();
 }
@@ -232,7 +232,7 @@ TEST_F(Contiguous, ALoadStopsAtTheLaneThatFaults) {
               pattern.is_active(i, lanes) ? element_at(first + i * m.memory_bytes, m.memory_bytes, m.sign_extends) : 0;
           put_element(expected.z[zt.num] + i * m.lane_bytes, m.lane_bytes, value);
         }
-        const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(5), 0); }); });
+        const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(5), 0); }); });
         ASSERT_TRUE(fault) << m.name;
         if (misalignment == 0) {
           EXPECT_EQ(*fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes)) << m.name;
@@ -260,7 +260,7 @@ TEST_F(Contiguous, AStoreStopsAtTheLaneThatFaults) {
             put_element(expected.data() + (first - open()) + i * m.memory_bytes, m.memory_bytes,
                         lane_of(zt.num, i, m.lane_bytes));
         }
-        const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(5), 0); }); });
+        const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(5), 0); }); });
         ASSERT_TRUE(fault) << m.name;
         if (misalignment == 0) {
           EXPECT_EQ(*fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes)) << m.name;
@@ -280,7 +280,7 @@ TEST_F(Contiguous, ABlockThatFaultsFaultsInLaneZero) {
     activate(pg.num, m.lane_bytes, all_lanes.is_active);
     s.x[5] = in_closed_page;
     const cpu_state before = s;
-    EXPECT_EQ(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(5), 0); }); }), in_closed_page)
+    EXPECT_EQ(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(5), 0); }); }), in_closed_page)
         << m.name;
     EXPECT_TRUE(same(s, before)) << m.name;
     expect_no_trace();

@@ -82,18 +82,18 @@ class FaultTolerant : public MemoryHandlers {
 
   aarch64_decode_rc load(const member<handler_zpri>& m, std::size_t offset) {
     s.x[2] = pages.address(offset);
-    return m.handler(&s, zt, pg, base_operand(2), 0);
+    return m.handler(&s, zt, pg, x_or_sp(2), 0);
   }
   aarch64_decode_rc load(const member<handler_zprr>& m, std::size_t offset) {
     s.x[2] = pages.address(offset);
-    return m.handler(&s, zt, pg, base_operand(2), index_operand(31));
+    return m.handler(&s, zt, pg, x_or_sp(2), x_reg(31));
   }
 
   const std::size_t size = mapped_pages::size();
   mapped_pages pages{page::open, page::open, page::closed};
   page opened[2] = {page::open, page::open};
-  const aarch64_z_reg zt = z_operand(4);
-  const aarch64_p_reg pg = pg_operand(3);
+  const aarch64_z_reg zt = z_reg(4, size_b);
+  const aarch64_p_reg pg = p_reg(3, p_zeroing);
 };
 
 class NonFault : public FaultTolerant {
@@ -149,7 +149,7 @@ TEST_F(NonFault, ImmediatesStepByTheBytesOfAllLanes) {
       SetUp();
       activate(pg.num, m.lane_bytes, all_lanes.is_active);
       s.sp = pages.address(size);
-      run([&] { return m.handler(&s, zt, pg, base_operand(31), imm); });
+      run([&] { return m.handler(&s, zt, pg, x_or_sp(31), imm); });
       const auto step = imm * static_cast<std::int64_t>(vl / m.lane_bytes * m.memory_bytes);
       expect_trace({record(0, 0, MEM_LOAD, vl, s.sp + static_cast<std::uint64_t>(step))});
     }
@@ -261,7 +261,7 @@ TEST_F(FirstFault, AddressesAreBasePlusIndexElements) {
     activate(pg.num, m.lane_bytes, all_lanes.is_active);
     s.sp = pages.address(size);
     s.x[9] = static_cast<std::uint64_t>(-7);
-    run([&] { return m.handler(&s, zt, pg, base_operand(31), index_operand(9)); });
+    run([&] { return m.handler(&s, zt, pg, x_or_sp(31), x_reg(9)); });
     expect_trace({record(0, 0, MEM_LOAD, vl, s.sp - 7 * m.memory_bytes)});
   }
 }

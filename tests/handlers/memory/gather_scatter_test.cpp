@@ -140,7 +140,7 @@ class GatherScatter : public MemoryHandlers {
   }
 
   auto call(const member& m) {
-    return [&] { return m(&s, zt, pg, zv, base_operand(31), imm); };
+    return [&] { return m(&s, zt, pg, zv, x_or_sp(31), imm); };
   }
 
   unsigned char* open() { return pages.at(mapped_pages::size()); }
@@ -148,8 +148,8 @@ class GatherScatter : public MemoryHandlers {
   std::vector<unsigned char> memory() { return {open(), closed()}; }
 
   mapped_pages pages{{page::closed, page::open, page::open, page::closed}, line - 2 * mapped_pages::size()};
-  const aarch64_z_reg zt = z_operand(31), zv = z_operand(1);
-  const aarch64_p_reg pg = pg_operand(5);
+  const aarch64_z_reg zt = z_reg(31, size_b), zv = z_reg(1, size_b);
+  const aarch64_p_reg pg = p_reg(5, p_zeroing);
   unsigned imm = 31;
 };
 
@@ -181,7 +181,7 @@ TEST_F(GatherScatter, ADestinationMayBeTheVectorOperand) {
     cpu_state registers = s;
     std::vector<unsigned char> image = memory();
     model(m, mixed_lanes, vl / m.lane_bytes, registers, image);
-    run([&] { return m(&s, zv, pg, zv, base_operand(31), imm); });
+    run([&] { return m(&s, zv, pg, zv, x_or_sp(31), imm); });
     EXPECT_EQ(std::memcmp(s.z[zv.num], registers.z[zt.num], vl), 0) << m.name;
   }
 }
@@ -200,7 +200,7 @@ TEST_F(GatherScatter, ImmediatesCountElementsAndAddressesAreNotSignExtended) {
   imm = 4;
   activate(0, 4, all_lanes.is_active);
   for (std::size_t i = 0; i != vl / 4; ++i) set_lane_of(1, i, 4, 0xFFFF'FFFF);
-  run([&] { return sve_ld1w_zpzi(&s, z_operand(0), pg_operand(0), z_operand(1), imm); });
+  run([&] { return sve_ld1w_zpzi(&s, z_reg(0, size_b), p_reg(0, p_zeroing), z_reg(1, size_b), imm); });
   for (std::size_t i = 0; i != vl / 4; ++i) {
     EXPECT_EQ(lane_of(0, i, 4), element_at(pages.at(2 * mapped_pages::size() + 15), 4, false));
     EXPECT_EQ(recorded_trace()[i].addr, line + 15);
@@ -211,7 +211,9 @@ TEST_F(GatherScatter, SignExtendedIndicesIgnoreTheHighWord) {
   activate(0, 8, all_lanes.is_active);
   s.x[0] = line;
   for (std::size_t i = 0; i != vl / 8; ++i) set_lane_of(1, i, 8, 0x1234'5678'FFFF'FFFE);
-  run([&] { return sve_ld1d_sxtw_scaled_zprz(&s, z_operand(0), pg_operand(0), base_operand(0), z_operand(1)); });
+  run([&] {
+    return sve_ld1d_sxtw_scaled_zprz(&s, z_reg(0, size_b), p_reg(0, p_zeroing), x_or_sp(0), z_reg(1, size_b));
+  });
   for (std::size_t i = 0; i != vl / 8; ++i)
     EXPECT_EQ(lane_of(0, i, 8), element_at(pages.at(2 * mapped_pages::size() - 16), 8, false));
 }
@@ -220,7 +222,7 @@ TEST_F(GatherScatter, SumsWrapAt64Bits) {
   activate(0, 8, all_lanes.is_active);
   s.x[0] = ~std::uint64_t{0} - 7;
   for (std::size_t i = 0; i != vl / 8; ++i) set_lane_of(1, i, 8, line + 8);
-  run([&] { return sve_ld1d_zpzr(&s, z_operand(0), pg_operand(0), z_operand(1), base_operand(0)); });
+  run([&] { return sve_ld1d_zpzr(&s, z_reg(0, size_b), p_reg(0, p_zeroing), z_reg(1, size_b), x_or_sp(0)); });
   EXPECT_EQ(recorded_trace()[0].addr, line);
   EXPECT_EQ(lane_of(0, 0, 8), element_at(pages.at(2 * mapped_pages::size()), 8, false));
 }
@@ -231,7 +233,7 @@ TEST_F(GatherScatter, OfEqualAddressesTheHighestLaneStays) {
     set_lane_of(0, i, 4, 1000 + i);
     set_lane_of(1, i, 4, 0xFFFF'FF00);
   }
-  run([&] { return sve_st1w_zpzi(&s, z_operand(0), pg_operand(0), z_operand(1), 0); });
+  run([&] { return sve_st1w_zpzi(&s, z_reg(0, size_b), p_reg(0, p_zeroing), z_reg(1, size_b), 0); });
   EXPECT_EQ(element_at(pages.at(2 * mapped_pages::size() - 256), 4, false), 1000 + vl / 4 - 1);
   expect_trace(one_each(all_lanes, MEM_STORE, 4, vl / 4, [](std::size_t) { return 0xFFFF'FF00; }));
 }
@@ -240,8 +242,8 @@ TEST_F(GatherScatter, BytesAreSignOrZeroExtended) {
   activate(0, 4, all_lanes.is_active);
   *pages.at(2 * mapped_pages::size() - 1) = 0x80;
   for (std::size_t i = 0; i != vl / 4; ++i) set_lane_of(1, i, 4, 0xFFFF'FFFF);
-  run([&] { return sve_ld1sb_s_zpzi(&s, z_operand(2), pg_operand(0), z_operand(1), 0); });
-  run([&] { return sve_ld1b_s_zpzi(&s, z_operand(3), pg_operand(0), z_operand(1), 0); });
+  run([&] { return sve_ld1sb_s_zpzi(&s, z_reg(2, size_b), p_reg(0, p_zeroing), z_reg(1, size_b), 0); });
+  run([&] { return sve_ld1b_s_zpzi(&s, z_reg(3, size_b), p_reg(0, p_zeroing), z_reg(1, size_b), 0); });
   EXPECT_EQ(lane_of(2, 1, 4), 0xFFFF'FF80u);
   EXPECT_EQ(lane_of(3, 1, 4), 0x80u);
 }

@@ -12,6 +12,8 @@
 #include "sve/memory/guest_memory.h"
 #include "sve/memory/trace.h"
 #include "sve/state/cpu_state.h"
+#include "tests/harness/elements.h"
+#include "tests/harness/operand_records.h"
 #include "tests/support/caught_fault.h"
 #include "tests/support/mapped_pages.h"
 #include "tests/support/trace_recorder.h"
@@ -38,21 +40,6 @@ inline constexpr lane_pattern patterns[] = {
 };
 inline constexpr lane_pattern all_lanes = patterns[0], no_lanes = patterns[1], odd_lanes = patterns[3],
                               mixed_lanes = patterns[8];
-
-// The element of `bytes` bytes at `at`, extended to 64 bits.
-inline std::uint64_t element_at(const unsigned char* at, std::size_t bytes, bool sign_extend) {
-  std::uint64_t value = sign_extend && (at[bytes - 1] & 0x80) != 0 ? ~std::uint64_t{0} : 0;
-  for (std::size_t i = bytes; i-- != 0;) value = value << 8 | at[i];
-  return value;
-}
-inline void put_element(unsigned char* at, std::size_t bytes, std::uint64_t value) {
-  for (std::size_t i = 0; i != bytes; ++i) at[i] = static_cast<unsigned char>(value >> 8 * i);
-}
-
-inline aarch64_z_reg z_operand(std::uint32_t n, std::uint32_t size = size_b) { return {n, size, z_none, z_none}; }
-inline aarch64_p_reg pg_operand(std::uint32_t n) { return {n, p_zeroing, p_none, p_none}; }
-inline aarch64_i_rsp_reg base_operand(std::uint32_t n) { return {n, size_x}; }
-inline aarch64_i_reg index_operand(std::uint32_t n) { return {n, size_x, i_none, i_none}; }
 
 class MemoryHandlers : public testing::Test {
  protected:
@@ -82,7 +69,7 @@ class MemoryHandlers : public testing::Test {
   }
 
   std::uint64_t lane_of(std::uint32_t z, std::size_t i, std::size_t lane_bytes) const {
-    return element_at(s.z[z] + i * lane_bytes, lane_bytes, false);
+    return element_at(s.z[z] + i * lane_bytes, lane_bytes);
   }
   void set_lane_of(std::uint32_t z, std::size_t i, std::size_t lane_bytes, std::uint64_t value) {
     put_element(s.z[z] + i * lane_bytes, lane_bytes, value);

@@ -64,8 +64,8 @@ class Structure : public MemoryHandlers {
   std::vector<unsigned char> memory() { return {open(), closed()}; }
 
   mapped_pages pages{page::closed, page::open, page::open, page::open, page::open, page::closed};
-  const aarch64_z_reg zt = z_operand(30);  // so that the third member is Z0
-  const aarch64_p_reg pg = pg_operand(2);
+  const aarch64_z_reg zt = z_reg(30, size_b);  // so that the third member is Z0
+  const aarch64_p_reg pg = p_reg(2, p_zeroing);
 };
 
 TEST_F(Structure, MovesElementsBetweenMemoryAndConsecutiveRegisters) {
@@ -79,7 +79,7 @@ TEST_F(Structure, MovesElementsBetweenMemoryAndConsecutiveRegisters) {
       cpu_state registers = s;
       std::vector<unsigned char> image = memory();
       model(m, pattern, offset, vl / m.bytes, registers, image);
-      run([&] { return m.immediate(&s, zt, pg, base_operand(31), 0); });
+      run([&] { return m.immediate(&s, zt, pg, x_or_sp(31), 0); });
       ASSERT_TRUE(same(s, registers));
       ASSERT_EQ(memory(), image);
       expect_trace(records(m, pattern, s.sp));
@@ -93,7 +93,7 @@ TEST_F(Structure, ImmediatesStepByWholeVectorsOfAllRegisters) {
       SetUp();
       activate(pg.num, m.bytes, all_lanes.is_active);
       s.x[4] = reinterpret_cast<std::uint64_t>(open() + 2 * mapped_pages::size());
-      run([&] { return m.immediate(&s, zt, pg, base_operand(4), imm); });
+      run([&] { return m.immediate(&s, zt, pg, x_or_sp(4), imm); });
       const auto step = static_cast<std::uint64_t>(imm * static_cast<std::int64_t>(m.registers * vl));
       EXPECT_EQ(recorded_trace(), records(m, all_lanes, s.x[4] + step)) << m.name << " #" << imm;
     }
@@ -111,7 +111,7 @@ TEST_F(Structure, IndicesCountElements) {
       cpu_state registers = s;
       std::vector<unsigned char> image = memory();
       model(m, odd_lanes, offset, vl / m.bytes, registers, image);
-      run([&] { return m.scaled(&s, zt, pg, base_operand(4), index_operand(index)); });
+      run([&] { return m.scaled(&s, zt, pg, x_or_sp(4), x_reg(index)); });
       EXPECT_TRUE(same(s, registers)) << m.name;
       EXPECT_EQ(memory(), image) << m.name;
       EXPECT_EQ(recorded_trace(), records(m, odd_lanes, reinterpret_cast<std::uint64_t>(open() + offset))) << m.name;
@@ -127,14 +127,14 @@ TEST_F(Structure, PastZ31ComesZ0) {
     std::memcpy(expected.z[31] + 8 * i, open() + 16 * i, 8);
     std::memcpy(expected.z[0] + 8 * i, open() + 16 * i + 8, 8);
   }
-  run([&] { return sve_ld2d_zpri(&s, z_operand(31), pg_operand(0), base_operand(0), 0); });
+  run([&] { return sve_ld2d_zpri(&s, z_reg(31, size_b), p_reg(0, p_zeroing), x_or_sp(0), 0); });
   EXPECT_TRUE(same(s, expected));
 }
 
 TEST_F(Structure, ThreeActiveLanesAreThreeRecordsOfOneElementEach) {
   activate(0, 1, [](std::size_t i, std::size_t) { return i == 1 || i == 2 || i == 9; });
   s.x[0] = reinterpret_cast<std::uint64_t>(open());
-  run([&] { return sve_ld3b_zpri(&s, z_operand(0), pg_operand(0), base_operand(0), 0); });
+  run([&] { return sve_ld3b_zpri(&s, z_reg(0, size_b), p_reg(0, p_zeroing), x_or_sp(0), 0); });
   expect_trace({record(0, 3, MEM_LOAD, 1, s.x[0] + 5), record(1, 2, MEM_LOAD, 1, s.x[0] + 8),
                 record(2, 6, MEM_LOAD, 1, s.x[0] + 29)});
 }
@@ -142,7 +142,7 @@ TEST_F(Structure, ThreeActiveLanesAreThreeRecordsOfOneElementEach) {
 TEST_F(Structure, OneActiveLaneIsTheFirstAndLastOfItsGroup) {
   activate(0, 8, [](std::size_t i, std::size_t) { return i == 1; });
   s.x[0] = reinterpret_cast<std::uint64_t>(open());
-  run([&] { return sve_st4d_zpri(&s, z_operand(0), pg_operand(0), base_operand(0), 0); });
+  run([&] { return sve_st4d_zpri(&s, z_reg(0, size_b), p_reg(0, p_zeroing), x_or_sp(0), 0); });
   expect_trace({record(0, 7, MEM_STORE, 8, s.x[0] + 56)});
 }
 
@@ -151,7 +151,7 @@ TEST_F(Structure, AnAllFalsePredicateTouchesNoMemory) {
     SetUp();
     activate(pg.num, m.bytes, no_lanes.is_active);
     s.x[1] = reinterpret_cast<std::uint64_t>(closed());
-    EXPECT_FALSE(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); })) << m.name;
+    EXPECT_FALSE(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(1), 0); }); })) << m.name;
     expect_no_trace();
   }
 }
@@ -160,7 +160,7 @@ TEST_F(Structure, WithTracingOffNothingIsReported) {
   for (const member& m : members) {
     activate(pg.num, m.bytes, all_lanes.is_active);
     s.x[1] = reinterpret_cast<std::uint64_t>(open());
-    m.immediate(&s, zt, pg, base_operand(1), 0);
+    m.immediate(&s, zt, pg, x_or_sp(1), 0);
   }
   expect_no_trace();
 }
@@ -174,7 +174,7 @@ TEST_F(Structure, AFaultLeavesTheLanesBeforeItDone) {
     cpu_state registers = s;
     std::vector<unsigned char> image = memory();
     model(m, all_lanes, image.size() - bytes, half, registers, image);
-    const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); });
+    const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(1), 0); }); });
     EXPECT_EQ(fault, reinterpret_cast<std::uint64_t>(closed())) << m.name;
     EXPECT_TRUE(same(s, registers)) << m.name;
     EXPECT_EQ(memory(), image) << m.name;
@@ -190,7 +190,7 @@ TEST_F(Structure, ABlockThatFaultsFaultsInItsFirstElement) {
     activate(pg.num, m.bytes, all_lanes.is_active);
     s.x[1] = in_closed_page;
     const cpu_state before = s;
-    EXPECT_EQ(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, base_operand(1), 0); }); }), in_closed_page)
+    EXPECT_EQ(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(1), 0); }); }), in_closed_page)
         << m.name;
     EXPECT_TRUE(same(s, before)) << m.name;
     expect_no_trace();

@@ -1,6 +1,8 @@
 #include "sve/handlers/permute/element_move.h"
 
-#include "tests/handlers/agreement.h"
+#include <cstring>
+
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {

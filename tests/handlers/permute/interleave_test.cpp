@@ -1,6 +1,6 @@
 #include "sve/handlers/permute/interleave.h"
 
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {

@@ -1,6 +1,8 @@
 #include "sve/handlers/permute/last_element.h"
 
-#include "tests/handlers/agreement.h"
+#include <cstring>
+
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {
@@ -49,9 +51,8 @@ TEST(LastElement, ConditionallyToARegisterAgreesWithItsDefinition) {
                                 z_reg(r.n, size));
         },
         [&](cpu_state& s, std::uint32_t size, registers r) {
-          const std::uint64_t low_bits = ~std::uint64_t{0} >> (64 - (8u << size));
           const elements n = read_elements(s.z[r.n], size);
-          if (num != 31) s.x[num] = define_last(read_flags(s.p[r.g], size), n, s.x[num] & low_bits);
+          if (num != 31) s.x[num] = define_last(read_flags(s.p[r.g], size), n, low_bits(element_width(size), s.x[num]));
         });
 }
 

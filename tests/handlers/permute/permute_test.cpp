@@ -1,8 +1,9 @@
 #include "sve/handlers/permute/permute.h"
 
 #include <algorithm>
+#include <cstring>
 
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {
@@ -38,7 +39,7 @@ TEST(Permute, TableLookupOfEveryIndexAndTheFirstOneBeyond) {
       std::rotate(table.begin(), table.begin() + 1, table.end());
       expected = table;
     }
-    for (auto& element : expected) element &= ~0ull >> (64 - (8u << size));
+    for (auto& element : expected) element = low_bits(element_width(size), element);
     EXPECT_EQ(read_elements(s.z[0], size), expected) << "size " << size;
   }
 }
@@ -123,7 +124,7 @@ TEST(Permute, UnpackWidensAHalf) {
           elements d(all.size() / 2);
           for (std::size_t i = 0; i != d.size(); ++i) {
             d[i] = all[i + (c.high ? d.size() : 0)];
-            if (c.is_signed) d[i] = static_cast<std::uint64_t>(as_signed_number(d[i], c.narrow));
+            if (c.is_signed) d[i] = static_cast<std::uint64_t>(signed_value(element_width(c.narrow), d[i]));
           }
           write_elements(s.z[r.d], c.narrow + 1, d);
         });

@@ -1,7 +1,10 @@
 #include "sve/handlers/predicate/element_count.h"
 
+#include <cstring>
+
 #include "sve/state/predicate_pattern.h"
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
+#include "tests/random_cases/random_registers.h"
 
 namespace quern {
 namespace {

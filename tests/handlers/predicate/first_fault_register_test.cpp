@@ -2,7 +2,7 @@
 
 #include "sve/handlers/predicate/element_count.h"
 #include "sve/handlers/predicate/predicate_constant.h"
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {

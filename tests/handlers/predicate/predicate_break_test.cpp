@@ -1,6 +1,8 @@
 #include "sve/handlers/predicate/predicate_break.h"
 
-#include "tests/handlers/agreement.h"
+#include <cstring>
+
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {

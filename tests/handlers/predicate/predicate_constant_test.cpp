@@ -1,9 +1,10 @@
 #include "sve/handlers/predicate/predicate_constant.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "sve/state/predicate_pattern.h"
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {

@@ -1,8 +1,9 @@
 #include "sve/handlers/predicate/predicate_flags.h"
 
+#include <cstring>
 #include <string_view>
 
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
 
 namespace quern {
 namespace {

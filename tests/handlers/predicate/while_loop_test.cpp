@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "tests/handlers/agreement.h"
+#include "tests/harness/agreement.h"
+#include "tests/random_cases/random_registers.h"
 
 namespace quern {
 namespace {
@@ -13,7 +14,7 @@ constexpr std::uint64_t max_signed = ~std::uint64_t{0} >> 1, max_unsigned = ~std
 using relation = bool (*)(std::uint64_t e, std::uint64_t m, std::uint32_t size);
 
 constexpr relation less_than = [](std::uint64_t e, std::uint64_t m, std::uint32_t size) {
-  return as_signed_number(e, size) < as_signed_number(m, size);
+  return signed_value(element_width(size), e) < signed_value(element_width(size), m);
 };
 constexpr relation lower = [](std::uint64_t e, std::uint64_t m, std::uint32_t) { return e < m; };
 constexpr relation lower_or_same = [](std::uint64_t e, std::uint64_t m, std::uint32_t) { return e <= m; };
