@@ -17,12 +17,12 @@ constexpr std::uint32_t word_st1b = 0xE400E000;    // st1b z0.b, p0, [x0]
 constexpr std::uint32_t word_ldnf1b = 0xA410A000;  // ldnf1b z0.b, p0/z, [x0]
 constexpr std::uint32_t word_gather = 0x85414000;  // ld1w z0.s, p0/z, [x0, z1.s, sxtw]
 
-struct application_fault : client_test {
+struct ApplicationFault : client_test {
   cpu_state& state = start_thread();
   mapped_pages pages{page::open, page::closed};
   unsigned char* pc = nullptr;
 
-  ~application_fault() override { framework.thread_exit(framework.drcontext()); }
+  ~ApplicationFault() override { framework.thread_exit(framework.drcontext()); }
 
   // Carries out the word with lane 2 the first that can't be accessed; where the client goes on, if not in the block.
   std::optional<dr_mcontext_t> fault(std::uint32_t word) {
@@ -61,7 +61,7 @@ struct application_fault : client_test {
   }
 };
 
-TEST_F(application_fault, is_repeated_on_the_bytes_that_can_have_faulted) {
+TEST_F(ApplicationFault, IsRepeatedOnTheBytesThatCanHaveFaulted) {
   for (const std::uint32_t word : {word_ld1b, word_st1b}) {
     const auto to = fault(word);
     ASSERT_TRUE(to);
@@ -76,7 +76,7 @@ TEST_F(application_fault, is_repeated_on_the_bytes_that_can_have_faulted) {
 }
 
 // The lanes behind the one that faulted had addresses in an earlier instruction, on pages that this one does not touch.
-TEST_F(application_fault, of_a_gather_is_not_looked_for_in_lanes_that_it_has_not_reached) {
+TEST_F(ApplicationFault, OfAGatherIsNotLookedForInLanesThatItHasNotReached) {
   std::array<std::int32_t, VL_BYTES / 4> offsets;
   offsets.fill(-4);
   std::memcpy(state.z[1], offsets.data(), sizeof offsets);
@@ -89,7 +89,7 @@ TEST_F(application_fault, of_a_gather_is_not_looked_for_in_lanes_that_it_has_not
 }
 
 // A non-fault load survives what is not mapped, not a page that has nothing behind it.
-TEST_F(application_fault, of_a_probe_is_repeated_on_its_byte) {
+TEST_F(ApplicationFault, OfAProbeIsRepeatedOnItsByte) {
   const auto load = fault(word_ld1b);
   fault(word_st1b);
   pages.set(0, page::closed);
@@ -110,7 +110,7 @@ void go_on(const dr_mcontext_t& to) {
 }
 
 // By a load or by a store, as it was; where nothing faults any more, the code ends at an undefined instruction.
-TEST_F(application_fault, is_raised_again_by_an_access_of_its_kind) {
+TEST_F(ApplicationFault, IsRaisedAgainByAnAccessOfItsKind) {
   pages.set(1, page::open);
   ASSERT_EQ(mprotect(pages.at(mapped_pages::size()), mapped_pages::size(), PROT_READ), 0);
   const dr_mcontext_t store = *fault(word_st1b);
@@ -126,7 +126,7 @@ TEST_F(application_fault, is_raised_again_by_an_access_of_its_kind) {
 }
 #endif
 
-TEST_F(application_fault, has_the_context_of_the_instruction) {
+TEST_F(ApplicationFault, HasTheContextOfTheInstruction) {
   for (const std::uint32_t word : {word_ld1b, word_st1b}) {
     for (const int number : {SIGSEGV, SIGBUS, SIGUSR1}) {
       dr_mcontext_t context = *fault(word);
@@ -138,7 +138,7 @@ TEST_F(application_fault, has_the_context_of_the_instruction) {
 }
 
 // One SIGILL is the client's own, behind the code that found nothing to fault. Any other signal may come there too.
-TEST_F(application_fault, that_is_no_more_has_the_instruction_run_again) {
+TEST_F(ApplicationFault, ThatIsNoMoreHasTheInstructionRunAgain) {
   const dr_mcontext_t start = *fault(word_ld1b);
   std::vector<std::pair<int, std::ptrdiff_t>> again;
   for (const int number : {SIGILL, SIGSEGV, SIGUSR1}) {
@@ -152,7 +152,7 @@ TEST_F(application_fault, that_is_no_more_has_the_instruction_run_again) {
   EXPECT_THAT(again, ElementsAre(testing::Pair(SIGILL, 44)));
 }
 
-TEST_F(application_fault, leaves_signals_elsewhere_alone) {
+TEST_F(ApplicationFault, LeavesSignalsElsewhereAlone) {
   const dr_mcontext_t start = *fault(word_ld1b);
   for (const std::ptrdiff_t offset : {-4, 48}) {
     dr_mcontext_t context = start;
@@ -164,7 +164,7 @@ TEST_F(application_fault, leaves_signals_elsewhere_alone) {
 }
 
 // A fault of an instruction without memory would be the emulator's own.
-TEST_F(application_fault, is_looked_for_in_memory_instructions_only) {
+TEST_F(ApplicationFault, IsLookedForInMemoryInstructionsOnly) {
   EXPECT_FALSE(fault(word_add_b));
   EXPECT_EQ(framework.tries, 0);
   EXPECT_TRUE(fault(word_ld1b));

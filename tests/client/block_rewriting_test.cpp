@@ -52,8 +52,8 @@ lines fpcr_prefix(const std::string& scratch, const std::string& low_half) {
           "restore " + scratch + ", slot 3"};
 }
 
-struct block_rewriting : client_test {
-  block_rewriting() { start(); }
+struct BlockRewriting : client_test {
+  BlockRewriting() { start(); }
 
   const instr_t* find(instr_t::meta kind) const {
     const instr_t* instr = block.first;
@@ -62,12 +62,12 @@ struct block_rewriting : client_test {
   }
 };
 
-TEST_F(block_rewriting, an_empty_block_stays_empty) {
+TEST_F(BlockRewriting, AnEmptyBlockStaysEmpty) {
   EXPECT_EQ(rewrite(), DR_EMIT_DEFAULT);
   EXPECT_EQ(block.first, nullptr);
 }
 
-TEST_F(block_rewriting, a_block_of_labels_stays) {
+TEST_F(BlockRewriting, ABlockOfLabelsStays) {
   append(word_nop);
   instr_t* const nop = block.first;
   drmgr_insert_emulation_end(framework.drcontext(), &block, nop);
@@ -77,19 +77,19 @@ TEST_F(block_rewriting, a_block_of_labels_stays) {
   EXPECT_THAT(text(block), ElementsAre("emulation_end"));
 }
 
-TEST_F(block_rewriting, other_instructions_stay) {
+TEST_F(BlockRewriting, OtherInstructionsStay) {
   append(word_nop);
   append(word_nop);
   EXPECT_EQ(rewrite(), DR_EMIT_DEFAULT);
   EXPECT_THAT(text(block), ElementsAre("native", "native"));
 }
 
-TEST_F(block_rewriting, each_way_has_52_moves) {
+TEST_F(BlockRewriting, EachWayHas52Moves) {
   EXPECT_EQ(moves_to_state().size(), 52u);
   EXPECT_EQ(moves_from_state().size(), 52u);
 }
 
-TEST_F(block_rewriting, an_emulated_instruction_becomes_a_bracket) {
+TEST_F(BlockRewriting, AnEmulatedInstructionBecomesABracket) {
   append(word_nop);
   append(word_add_b);
   append(word_nop);
@@ -97,20 +97,20 @@ TEST_F(block_rewriting, an_emulated_instruction_becomes_a_bracket) {
   EXPECT_EQ(text(block), lines{"native"} + bracket() + lines{"native"});
 }
 
-TEST_F(block_rewriting, the_walk_survives_a_last_instruction_that_is_replaced) {
+TEST_F(BlockRewriting, TheWalkSurvivesALastInstructionThatIsReplaced) {
   append(word_add_b);
   rewrite();
   EXPECT_EQ(text(block), bracket());
 }
 
-TEST_F(block_rewriting, instructions_in_a_row_have_a_bracket_each) {
+TEST_F(BlockRewriting, InstructionsInARowHaveABracketEach) {
   append(word_add_b);
   append(word_add_d);
   rewrite();
   EXPECT_EQ(text(block), bracket() + bracket());
 }
 
-TEST_F(block_rewriting, moves_are_the_applications_and_translate_to_the_replaced_instruction) {
+TEST_F(BlockRewriting, MovesAreTheApplicationsAndTranslateToTheReplacedInstruction) {
   append(word_add_b);
   unsigned char* const pc = block.first->translation;
   rewrite();
@@ -123,7 +123,7 @@ TEST_F(block_rewriting, moves_are_the_applications_and_translate_to_the_replaced
   EXPECT_EQ(moves, 104);
 }
 
-TEST_F(block_rewriting, the_call_has_word_address_and_handler) {
+TEST_F(BlockRewriting, TheCallHasWordAddressAndHandler) {
   append(word_add_d);
   unsigned char* const pc = block.first->translation;
   rewrite();
@@ -139,7 +139,7 @@ TEST_F(block_rewriting, the_call_has_word_address_and_handler) {
 }
 
 // The handler comes from the block's bytes; the call's word is read from the application's memory.
-TEST_F(block_rewriting, the_calls_word_is_read_afresh) {
+TEST_F(BlockRewriting, TheCallsWordIsReadAfresh) {
   append(word_add_d);
   unsigned char* const pc = block.first->translation;
   block.first->raw_bits = application_word(word_add_b);
@@ -150,7 +150,7 @@ TEST_F(block_rewriting, the_calls_word_is_read_afresh) {
   EXPECT_EQ(call.srcs[2].value, reinterpret_cast<std::int64_t>(get_sve_handler(word_add_b)));
 }
 
-TEST_F(block_rewriting, the_marker_tells_of_the_replaced_instruction) {
+TEST_F(BlockRewriting, TheMarkerTellsOfTheReplacedInstruction) {
   append(word_add_b);
   unsigned char* const pc = block.first->translation;
   rewrite();
@@ -162,14 +162,14 @@ TEST_F(block_rewriting, the_marker_tells_of_the_replaced_instruction) {
   EXPECT_TRUE(record.instr->raw_valid);
 }
 
-TEST_F(block_rewriting, the_replaced_instruction_is_destroyed_and_the_marker_is_the_frameworks) {
+TEST_F(BlockRewriting, TheReplacedInstructionIsDestroyedAndTheMarkerIsTheFrameworks) {
   append(word_add_b);
   rewrite();
   framework.clear(block);
   EXPECT_EQ(framework.live_instructions(), 0u);
 }
 
-TEST_F(block_rewriting, a_block_built_again_has_the_same_shape) {
+TEST_F(BlockRewriting, ABlockBuiltAgainHasTheSameShape) {
   const auto build = [&](bool translating) {
     framework.clear(block);
     for (const std::uint32_t word : {word_nop, word_add_b}) append(word);
@@ -181,7 +181,7 @@ TEST_F(block_rewriting, a_block_built_again_has_the_same_shape) {
   EXPECT_EQ(build(false), build(true));
 }
 
-TEST_F(block_rewriting, another_stolen_register_aborts) {
+TEST_F(BlockRewriting, AnotherStolenRegisterAborts) {
   append(word_add_b);
   framework.stolen_register = DR_REG_X29;
   EXPECT_THROW(rewrite(), aborted);
@@ -189,14 +189,14 @@ TEST_F(block_rewriting, another_stolen_register_aborts) {
               MatchesRegex("ASSERT FAILURE: .*:[0-9]+: dr_get_stolen_reg\\(\\) == DR_REG_X28 \\(\\)\n"));
 }
 
-TEST_F(block_rewriting, a_block_without_emulated_instructions_takes_any_stolen_register) {
+TEST_F(BlockRewriting, ABlockWithoutEmulatedInstructionsTakesAnyStolenRegister) {
   append(word_nop);
   framework.stolen_register = DR_REG_X29;
   EXPECT_NO_THROW(rewrite());
 }
 
 // The two reads of a bracket and the one of an FPCR prefix.
-TEST_F(block_rewriting, a_read_of_thread_local_storage_that_fails_aborts) {
+TEST_F(BlockRewriting, AReadOfThreadLocalStorageThatFailsAborts) {
   for (const int failing : {0, 1, 2}) {
     framework.clear(block);
     append(word_add_b);
@@ -210,7 +210,7 @@ TEST_F(block_rewriting, a_read_of_thread_local_storage_that_fails_aborts) {
   }
 }
 
-TEST_F(block_rewriting, a_write_of_fpcr_is_copied_and_stays) {
+TEST_F(BlockRewriting, AWriteOfFpcrIsCopiedAndStays) {
   const struct {
     reg_id_t source;
     const char *scratch, *low_half;
@@ -229,7 +229,7 @@ TEST_F(block_rewriting, a_write_of_fpcr_is_copied_and_stays) {
   }
 }
 
-TEST_F(block_rewriting, writes_of_other_system_registers_and_reads_of_fpcr_stay_alone) {
+TEST_F(BlockRewriting, WritesOfOtherSystemRegistersAndReadsOfFpcrStayAlone) {
   append_msr(DR_REG_NZCV, DR_REG_X3);
   append_msr(DR_REG_FPSR, DR_REG_X3);
   framework.append(block, application_word(word_nop), OP_mrs, {opnd_create_reg(DR_REG_X3)},
@@ -238,7 +238,7 @@ TEST_F(block_rewriting, writes_of_other_system_registers_and_reads_of_fpcr_stay_
   EXPECT_THAT(text(block), ElementsAre("msr nzcv, x3", "msr fpsr, x3", "mrs x3, fpcr"));
 }
 
-TEST_F(block_rewriting, a_mixed_block) {
+TEST_F(BlockRewriting, AMixedBlock) {
   append(word_nop);
   append(word_add_b);
   append_msr(DR_REG_FPCR, DR_REG_X3);
@@ -249,7 +249,7 @@ TEST_F(block_rewriting, a_mixed_block) {
 }
 
 // The framework goes on at the first instruction that was cut off, with a new block.
-TEST_F(block_rewriting, a_long_block_is_cut_after_the_last_replacement_that_fits) {
+TEST_F(BlockRewriting, ALongBlockIsCutAfterTheLastReplacementThatFits) {
   lines expected;
   for (int i = 0; i < max_replacements; ++i) {
     append(word_add_b);
@@ -265,7 +265,7 @@ TEST_F(block_rewriting, a_long_block_is_cut_after_the_last_replacement_that_fits
   EXPECT_EQ(framework.live_instructions(), 0u);
 }
 
-TEST_F(block_rewriting, a_block_with_as_many_replacements_as_fit_is_whole) {
+TEST_F(BlockRewriting, ABlockWithAsManyReplacementsAsFitIsWhole) {
   for (int i = 0; i < max_replacements; ++i) append(word_add_b);
   rewrite();
   int brackets = 0;

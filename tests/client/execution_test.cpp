@@ -32,7 +32,7 @@ struct emulated_thread : client_test {
   ~emulated_thread() override { framework.thread_exit(framework.drcontext()); }
 };
 
-struct execution : emulated_thread, testing::WithParamInterface<processor> {
+struct Execution : emulated_thread, testing::WithParamInterface<processor> {
   machine before = numbered_machine();
   machine after;
 
@@ -49,10 +49,10 @@ struct execution : emulated_thread, testing::WithParamInterface<processor> {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(processors, execution, testing::ValuesIn(processors), testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(processors, Execution, testing::ValuesIn(processors), testing::PrintToStringParamName());
 
 // An add of Z0 alone: nothing but Z0 changes, and in the registers not even that above bit 127.
-TEST_P(execution, an_instruction_changes_its_destination_only) {
+TEST_P(Execution, AnInstructionChangesItsDestinationOnly) {
   std::memset(state.z, 0, sizeof state.z);
   state.z[0][VL_BYTES - 1] = 0x90;
   run({word_add_b});
@@ -64,7 +64,7 @@ TEST_P(execution, an_instruction_changes_its_destination_only) {
   }
 }
 
-TEST_P(execution, the_register_file_holds_the_whole_machine_during_the_call) {
+TEST_P(Execution, TheRegisterFileHoldsTheWholeMachineDuringTheCall) {
   run({word_add_b});
   for (std::size_t n = 0; n < 31; ++n) EXPECT_EQ(state.x[n], n == 28 ? before.stolen_x28 : before.x[n]) << n;
   EXPECT_EQ(state.sp, before.sp);
@@ -74,7 +74,7 @@ TEST_P(execution, the_register_file_holds_the_whole_machine_during_the_call) {
   for (std::size_t n = 1; n < 32; ++n) EXPECT_EQ(std::memcmp(state.z[n], before.q[n].data(), 16), 0) << n;
 }
 
-TEST_P(execution, sources_are_read_before_the_destination_changes) {
+TEST_P(Execution, SourcesAreReadBeforeTheDestinationChanges) {
   run({word_add_d});
   std::uint64_t lane;
   std::memcpy(&lane, before.q[0].data(), 8);
@@ -82,19 +82,19 @@ TEST_P(execution, sources_are_read_before_the_destination_changes) {
   EXPECT_EQ(std::memcmp(&lane, after.q[0].data(), 8), 0);
 }
 
-TEST_P(execution, writes_of_x26_x27_and_x28_reach_the_application) {
+TEST_P(Execution, WritesOfX26X27AndX28ReachTheApplication) {
   run({word_rdvl_x26, word_rdvl_x27, word_rdvl_x28});
   machine expected = before;
   expected.x[26] = expected.x[27] = expected.stolen_x28 = VL_BYTES;
   EXPECT_EQ(after, expected);
 }
 
-TEST_P(execution, x28_is_the_applications_not_the_stolen_register) {
+TEST_P(Execution, X28IsTheApplicationsNotTheStolenRegister) {
   run({word_addvl_x0_x28});
   EXPECT_EQ(after.x[0], before.stolen_x28 + VL_BYTES);
 }
 
-TEST_P(execution, a_write_of_sp_moves_the_real_one) {
+TEST_P(Execution, AWriteOfSpMovesTheRealOne) {
   run({word_addvl_sp});
   machine expected = before;
   expected.sp -= VL_BYTES;
@@ -102,7 +102,7 @@ TEST_P(execution, a_write_of_sp_moves_the_real_one) {
 }
 
 // The upper bytes are not zeroed, as the processor's would be.
-TEST_P(execution, a_native_write_of_a_vector_register_keeps_the_bytes_above_it) {
+TEST_P(Execution, ANativeWriteOfAVectorRegisterKeepsTheBytesAboveIt) {
   std::memset(state.z[3], 0x55, VL_BYTES);
   append(0x4F03E6E3);  // movi v3.16b, #0x77
   append(word_add_b);
@@ -111,7 +111,7 @@ TEST_P(execution, a_native_write_of_a_vector_register_keeps_the_bytes_above_it) 
 }
 
 // Bits that every processor has: the others need not read back.
-TEST_P(execution, a_write_of_fpcr_reaches_both_the_machine_and_the_register_file) {
+TEST_P(Execution, AWriteOfFpcrReachesBothTheMachineAndTheRegisterFile) {
   before.x[3] = 0x00C00000;
   before.x[21] = 0x01800000;
   before.x[22] = 0x03000000;
@@ -131,7 +131,7 @@ TEST_P(execution, a_write_of_fpcr_reaches_both_the_machine_and_the_register_file
 }
 
 // Each register is written by the handler, so that none can keep its value by chance.
-TEST_P(execution, every_register_that_the_handler_writes_reaches_the_application) {
+TEST_P(Execution, EveryRegisterThatTheHandlerWritesReachesTheApplication) {
   append(word_add_b);
   rewrite();
   instr_t* call = block.first;
@@ -155,7 +155,7 @@ TEST_P(execution, every_register_that_the_handler_writes_reaches_the_application
   EXPECT_EQ(after, expected);
 }
 
-struct emulation : emulated_thread {
+struct Emulation : emulated_thread {
   unsigned char* pc = application_word(word_add_b);
 
   // Standard error's text of one call with this handler, whose word differs from the one in the application's code.
@@ -169,7 +169,7 @@ struct emulation : emulated_thread {
   }
 };
 
-TEST_F(emulation, the_handler_sees_the_slots_the_address_and_the_word) {
+TEST_F(Emulation, TheHandlerSeesTheSlotsTheAddressAndTheWord) {
   static cpu_state seen;
   static unsigned int seen_word;
   EXPECT_EQ(emulate([](cpu_state* s, unsigned int word) {
@@ -189,7 +189,7 @@ TEST_F(emulation, the_handler_sees_the_slots_the_address_and_the_word) {
 }
 
 // The report has the word that is in memory now, not the one of the call.
-TEST_F(emulation, a_failure_is_reported_and_the_slots_are_written_back) {
+TEST_F(Emulation, AFailureIsReportedAndTheSlotsAreWrittenBack) {
   char report[128];
   std::snprintf(report, sizeof report, "Error: failed to emulate SVE instruction 0x04200000 at PC %p\n",
                 static_cast<void*>(pc));
@@ -198,7 +198,7 @@ TEST_F(emulation, a_failure_is_reported_and_the_slots_are_written_back) {
   EXPECT_EQ(framework.calls.size(), 3u);
 }
 
-TEST_F(emulation, a_placeholder_reports_two_lines_and_changes_no_register) {
+TEST_F(Emulation, APlaceholderReportsTwoLinesAndChangesNoRegister) {
   state.instr_word = 0xFFFFFFFF04200000;
   cpu_state expected = state;
   char report[256];

@@ -6,11 +6,11 @@ namespace {
 
 using testing::HasSubstr;
 
-struct contract : client_test {
+struct Contract : client_test {
   void* const drcontext = framework.drcontext();
   instr_t* where = nullptr;
 
-  contract() {
+  Contract() {
     append(word_nop);
     where = block.first;
   }
@@ -40,7 +40,7 @@ struct contract : client_test {
   }
 };
 
-TEST_F(contract, an_instruction_is_in_one_list_once) {
+TEST_F(Contract, AnInstructionIsInOneListOnce) {
   instr_t* const store = insert(a_store());
   EXPECT_EQ(violation([&] { instrlist_preinsert(&block, where, store); }), "an instruction is inserted twice");
   EXPECT_THAT(violation([&] { instr_destroy(drcontext, store); }), HasSubstr("destroyed while it is in a list"));
@@ -50,7 +50,7 @@ TEST_F(contract, an_instruction_is_in_one_list_once) {
   EXPECT_THAT(violation([&] { instrlist_preinsert(&other, where, second); }), HasSubstr("before one of another list"));
 }
 
-TEST_F(contract, a_destroyed_instruction_is_used_no_more) {
+TEST_F(Contract, ADestroyedInstructionIsUsedNoMore) {
   instr_t* const store = a_store();
   instr_destroy(drcontext, store);
   EXPECT_THAT(violation([&] { instr_destroy(drcontext, store); }), HasSubstr("or is destroyed"));
@@ -58,7 +58,7 @@ TEST_F(contract, a_destroyed_instruction_is_used_no_more) {
 }
 
 // The label of the start of emulation frees the record's instruction with itself.
-TEST_F(contract, the_instruction_of_an_emulation_record_is_the_frameworks) {
+TEST_F(Contract, TheInstructionOfAnEmulationRecordIsTheFrameworks) {
   emulated_instr_t record{sizeof record, where->translation, instr_create(drcontext)};
   drmgr_insert_emulation_start(drcontext, &block, where, &record);
   instr_t* const label = block.first;
@@ -67,17 +67,17 @@ TEST_F(contract, the_instruction_of_an_emulation_record_is_the_frameworks) {
   EXPECT_THAT(violation([&] { instr_destroy(drcontext, label); }), HasSubstr("or is destroyed"));
 }
 
-TEST_F(contract, an_emulation_record_has_its_size) {
+TEST_F(Contract, AnEmulationRecordHasItsSize) {
   emulated_instr_t record{sizeof record - 8, where->translation, instr_create(drcontext)};
   EXPECT_THAT(violation([&] { drmgr_insert_emulation_start(drcontext, &block, where, &record); }),
               HasSubstr("of another size"));
 }
 
-TEST_F(contract, an_applications_instruction_needs_a_translation) {
+TEST_F(Contract, AnApplicationsInstructionNeedsATranslation) {
   EXPECT_EQ(violation([&] { instrlist_preinsert(&block, where, a_store()); }), "no translation");
 }
 
-TEST_F(contract, slots_are_in_reach_of_generated_code) {
+TEST_F(Contract, SlotsAreInReachOfGeneratedCode) {
   for (const int number : {-1, 3}) {
     const auto slot = static_cast<dr_spill_slot_t>(number);
     for (const std::function<void()>& misuse : std::initializer_list<std::function<void()>>{
@@ -88,7 +88,7 @@ TEST_F(contract, slots_are_in_reach_of_generated_code) {
   }
 }
 
-TEST_F(contract, the_frameworks_code_uses_general_registers_but_the_stolen_one) {
+TEST_F(Contract, TheFrameworksCodeUsesGeneralRegistersButTheStolenOne) {
   for (const reg_id_t number : {DR_REG_X28, DR_REG_XSP, DR_REG_XZR, DR_REG_W0, DR_REG_Q0, DR_REG_NZCV}) {
     for (const std::function<void()>& misuse : std::initializer_list<std::function<void()>>{
              [&] { dr_save_reg(drcontext, &block, where, number, SPILL_SLOT_1); },
@@ -100,21 +100,21 @@ TEST_F(contract, the_frameworks_code_uses_general_registers_but_the_stolen_one) 
   }
 }
 
-TEST_F(contract, a_thread_is_asked_for_its_own_field_only) {
+TEST_F(Contract, AThreadIsAskedForItsOwnFieldOnly) {
   EXPECT_THAT(violation([&] { drmgr_get_tls_field(drcontext, 4); }), HasSubstr("not the client's"));
   EXPECT_THAT(violation([&] { drmgr_insert_read_tls_field(drcontext, 4, &block, where, DR_REG_X26); }),
               HasSubstr("not the client's"));
   EXPECT_THAT(violation([&] { drmgr_get_tls_field(&block, 5); }), HasSubstr("not this thread's"));
 }
 
-TEST_F(contract, an_immediate_fits_its_size) {
+TEST_F(Contract, AnImmediateFitsItsSize) {
   EXPECT_EQ(violation([] { opnd_create_immed_int(0x100000000, OPSZ_4); }), "an immediate too wide");
   EXPECT_EQ(violation([] { opnd_create_immed_int(0xFFFFFFFF, OPSZ_4); }), "");
   EXPECT_EQ(violation([] { opnd_create_immed_int(0x100000000, OPSZ_8); }), "");
 }
 
 // Operands at the ends of what an instruction has room for, and beyond them.
-TEST_F(contract, an_instruction_has_an_encoding) {
+TEST_F(Contract, AnInstructionHasAnEncoding) {
   const auto one = [&](opnd_t memory, reg_id_t data) {
     return instr_create_1dst_1src(drcontext, OP_str, memory, reg(data));
   };

@@ -15,9 +15,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
-using lifecycle = client_test;
+using Lifecycle = client_test;
 
-TEST_F(lifecycle, starts_in_order) {
+TEST_F(Lifecycle, StartsInOrder) {
   start();
   EXPECT_THAT(
       framework.calls,
@@ -29,7 +29,7 @@ TEST_F(lifecycle, starts_in_order) {
   EXPECT_EQ(framework.error_stream, "");
 }
 
-TEST_F(lifecycle, ends_in_order) {
+TEST_F(Lifecycle, EndsInOrder) {
   start();
   framework.calls.clear();
   framework.process_exit();
@@ -37,13 +37,13 @@ TEST_F(lifecycle, ends_in_order) {
                                            "drmgr_unregister_bb_app2app_event", "drreg_exit", "drmgr_exit"));
 }
 
-TEST_F(lifecycle, two_dashes_end_the_arguments) {
+TEST_F(Lifecycle, TwoDashesEndTheArguments) {
   EXPECT_NO_THROW(start({"--"}));
   EXPECT_NO_THROW(start({"--", "-x"}));
   EXPECT_EQ(framework.error_stream, "");
 }
 
-TEST_F(lifecycle, any_other_argument_is_a_usage_error) {
+TEST_F(Lifecycle, AnyOtherArgumentIsAUsageError) {
   for (const char* argument : {"-x", "x", "---", ""}) {
     framework.error_stream.clear();
     framework.calls.clear();
@@ -55,7 +55,7 @@ TEST_F(lifecycle, any_other_argument_is_a_usage_error) {
 }
 
 // Each check of the start, the last call that it lets through, and the text that it is reported with.
-TEST_F(lifecycle, a_failed_start_is_reported_and_aborts) {
+TEST_F(Lifecycle, AFailedStartIsReportedAndAborts) {
   for (const char* call :
        {"drmgr_init", "drmgr_register_bb_app2app_event", "drmgr_register_restore_state_event",
         "drmgr_register_kernel_xfer_event", "drmgr_register_signal_event", "drmgr_register_tls_field", "sve_init"}) {
@@ -70,7 +70,7 @@ TEST_F(lifecycle, a_failed_start_is_reported_and_aborts) {
   }
 }
 
-TEST_F(lifecycle, a_thread_has_a_register_file_until_it_ends) {
+TEST_F(Lifecycle, AThreadHasARegisterFileUntilItEnds) {
   start_thread();
   EXPECT_EQ(framework.live_bytes, sizeof(cpu_state));
   framework.thread_exit(framework.drcontext());
@@ -78,14 +78,14 @@ TEST_F(lifecycle, a_thread_has_a_register_file_until_it_ends) {
 }
 
 // The register file is as the framework's heap gave it.
-TEST_F(lifecycle, a_register_file_is_not_initialised) {
+TEST_F(Lifecycle, ARegisterFileIsNotInitialised) {
   const cpu_state& state = start_thread();
   EXPECT_EQ(state.fpcr, 0xA5A5A5A5u);
   EXPECT_EQ(state.ffr[VL_BYTES - 1], 0xA5);
   framework.thread_exit(framework.drcontext());
 }
 
-TEST_F(lifecycle, a_thread_whose_field_cannot_be_set_aborts) {
+TEST_F(Lifecycle, AThreadWhoseFieldCannotBeSetAborts) {
   start();
   framework.failing = {"drmgr_set_tls_field"};
   EXPECT_THROW(framework.thread_init(framework.drcontext()), aborted);
@@ -93,13 +93,13 @@ TEST_F(lifecycle, a_thread_whose_field_cannot_be_set_aborts) {
   framework.thread_exit(framework.drcontext());
 }
 
-TEST_F(lifecycle, a_thread_that_ends_with_a_null_field_aborts) {
+TEST_F(Lifecycle, AThreadThatEndsWithANullFieldAborts) {
   start();
   EXPECT_THROW(framework.thread_exit(framework.drcontext()), aborted);
   EXPECT_THAT(framework.error_stream, MatchesRegex("ASSERT FAILURE: .*:[0-9]+: data != __null \\(\\)\n"));
 }
 
-TEST_F(lifecycle, an_end_that_cannot_unregister_skips_drreg) {
+TEST_F(Lifecycle, AnEndThatCannotUnregisterSkipsDrreg) {
   start();
   framework.calls.clear();
   framework.failing = {"drmgr_unregister_bb_app2app_event"};
@@ -108,7 +108,7 @@ TEST_F(lifecycle, an_end_that_cannot_unregister_skips_drreg) {
   EXPECT_THAT(framework.error_stream, MatchesRegex("ASSERT FAILURE: .*:[0-9]+: false \\(\\)\n"));
 }
 
-TEST_F(lifecycle, an_end_of_drreg_that_fails_aborts) {
+TEST_F(Lifecycle, AnEndOfDrregThatFailsAborts) {
   start();
   framework.failing = {"drreg_exit"};
   EXPECT_THROW(framework.process_exit(), aborted);
@@ -116,7 +116,7 @@ TEST_F(lifecycle, an_end_of_drreg_that_fails_aborts) {
   EXPECT_THAT(framework.error_stream, MatchesRegex("ASSERT FAILURE: .*:[0-9]+: false \\(\\)\n"));
 }
 
-TEST_F(lifecycle, memory_is_asked_of_the_framework) {
+TEST_F(Lifecycle, MemoryIsAskedOfTheFramework) {
   start();
   EXPECT_EQ(page_size, dr_page_size());
   std::uint64_t value = 0x1122334455667788;
@@ -134,7 +134,7 @@ TEST_F(lifecycle, memory_is_asked_of_the_framework) {
 }
 
 // A page that may be read, yet can't: nothing is behind it.
-TEST_F(lifecycle, a_bus_error_is_survived_by_guarded_reads_only) {
+TEST_F(Lifecycle, ABusErrorIsSurvivedByGuardedReadsOnly) {
   start();
   const mapped_pages pages{page::closed};
   framework.failing = {"dr_safe_read"};

@@ -9,10 +9,10 @@
 namespace quern {
 namespace {
 
-struct signals : client_test {
+struct Signals : client_test {
   cpu_state& state = start_thread();
 
-  ~signals() override {
+  ~Signals() override {
     if (framework.tls_field != nullptr) framework.thread_exit(framework.drcontext());
   }
 
@@ -50,7 +50,7 @@ struct signals : client_test {
   }
 };
 
-TEST_F(signals, a_handler_leaves_the_scalable_registers_as_they_were) {
+TEST_F(Signals, AHandlerLeavesTheScalableRegistersAsTheyWere) {
   fill(1);
   deliver(0x8000);
   fill(2);
@@ -59,7 +59,7 @@ TEST_F(signals, a_handler_leaves_the_scalable_registers_as_they_were) {
   EXPECT_EQ(in_use(), 0u);
 }
 
-TEST_F(signals, all_else_is_not_touched) {
+TEST_F(Signals, AllElseIsNotTouched) {
   deliver(0x8000);
   state.x[0] = 77;
   state.fpsr = 78;
@@ -68,7 +68,7 @@ TEST_F(signals, all_else_is_not_touched) {
   EXPECT_EQ(state.fpsr, 78u);
 }
 
-TEST_F(signals, nested_handlers_end_from_the_innermost) {
+TEST_F(Signals, NestedHandlersEndFromTheInnermost) {
   fill(1);
   deliver(0x8000);
   fill(2);
@@ -80,14 +80,14 @@ TEST_F(signals, nested_handlers_end_from_the_innermost) {
   EXPECT_TRUE(is_filled(1));
 }
 
-TEST_F(signals, a_redirection_by_the_client_is_no_handler) {
+TEST_F(Signals, ARedirectionByTheClientIsNoHandler) {
   const dr_mcontext_t anywhere{.r26 = 0, .r27 = 0, .xsp = 0x8000};
   transfer({DR_XFER_CLIENT_REDIRECT, &anywhere, nullptr, 0x8000, 0});
   EXPECT_EQ(in_use(), 0u);
 }
 
 // After a long jump out of the inner handler or out of both, the next signal finds the code above where they began.
-TEST_F(signals, handlers_that_were_left_are_dropped) {
+TEST_F(Signals, HandlersThatWereLeftAreDropped) {
   deliver(0x8000);
   deliver(0x6000);
   deliver(0x6800);
@@ -101,7 +101,7 @@ TEST_F(signals, handlers_that_were_left_are_dropped) {
   EXPECT_EQ(in_use(), 0u);
 }
 
-TEST_F(signals, an_inner_handler_that_was_left_is_dropped_when_the_outer_ends) {
+TEST_F(Signals, AnInnerHandlerThatWasLeftIsDroppedWhenTheOuterEnds) {
   fill(1);
   deliver(0x8000);
   fill(2);
@@ -113,7 +113,7 @@ TEST_F(signals, an_inner_handler_that_was_left_is_dropped_when_the_outer_ends) {
 }
 
 // On an alternate stack, which may lie above the interrupted one.
-TEST_F(signals, a_handler_on_an_alternate_stack_is_kept) {
+TEST_F(Signals, AHandlerOnAnAlternateStackIsKept) {
   fill(1);
   deliver(0x8000, 0x900000);
   fill(2);
@@ -124,7 +124,7 @@ TEST_F(signals, a_handler_on_an_alternate_stack_is_kept) {
   EXPECT_TRUE(is_filled(1));
 }
 
-TEST_F(signals, a_return_to_where_no_handler_came_from_changes_nothing) {
+TEST_F(Signals, AReturnToWhereNoHandlerCameFromChangesNothing) {
   deliver(0x8000);
   fill(2);
   end(0x7000);
@@ -132,7 +132,7 @@ TEST_F(signals, a_return_to_where_no_handler_came_from_changes_nothing) {
 }
 
 // The outer one runs on the interrupted stack, two inner ones on an alternate stack above it.
-TEST_F(signals, a_handler_is_kept_while_others_run_on_a_stack_above) {
+TEST_F(Signals, AHandlerIsKeptWhileOthersRunOnAStackAbove) {
   fill(1);
   deliver(0x8000);
   fill(2);
@@ -146,14 +146,14 @@ TEST_F(signals, a_handler_is_kept_while_others_run_on_a_stack_above) {
   EXPECT_TRUE(is_filled(1));
 }
 
-TEST_F(signals, a_handler_that_was_left_on_an_alternate_stack_is_dropped_when_that_is_used_again) {
+TEST_F(Signals, AHandlerThatWasLeftOnAnAlternateStackIsDroppedWhenThatIsUsedAgain) {
   deliver(0x8000, 0x900000);
   deliver(0x7000, 0x900000);
   EXPECT_EQ(in_use(), 1u);
 }
 
 // Left on one alternate stack, interrupted at the same place again by a handler on another.
-TEST_F(signals, the_later_of_two_handlers_at_one_place_ends) {
+TEST_F(Signals, TheLaterOfTwoHandlersAtOnePlaceEnds) {
   fill(1);
   deliver(0x8000, 0x900000);
   fill(2);
@@ -164,7 +164,7 @@ TEST_F(signals, the_later_of_two_handlers_at_one_place_ends) {
 }
 
 // Each on a stack of its own.
-TEST_F(signals, the_oldest_handlers_left_unseen_give_way) {
+TEST_F(Signals, TheOldestHandlersLeftUnseenGiveWay) {
   for (std::size_t i = 0; i != saved_vectors_capacity; ++i) {
     fill(i == saved_vectors_capacity - 1 ? 1 : 0);
     deliver(0x8000 + i, 0x900000 + 0x100000 * i);
@@ -178,7 +178,7 @@ TEST_F(signals, the_oldest_handlers_left_unseen_give_way) {
   EXPECT_TRUE(is_filled(1));
 }
 
-TEST_F(signals, a_handler_without_a_place_ends_the_process) {
+TEST_F(Signals, AHandlerWithoutAPlaceEndsTheProcess) {
   std::vector<saved_vectors*> taken;
   while (saved_vectors* const place = save_vectors(state)) taken.push_back(place);
   EXPECT_THROW(deliver(0x8000), aborted);
@@ -186,7 +186,7 @@ TEST_F(signals, a_handler_without_a_place_ends_the_process) {
   for (saved_vectors* const place : taken) release_vectors(place);
 }
 
-TEST_F(signals, a_thread_that_ends_leaves_nothing) {
+TEST_F(Signals, AThreadThatEndsLeavesNothing) {
   deliver(0x8000);
   framework.thread_exit(framework.drcontext());
   framework.tls_field = nullptr;
@@ -194,21 +194,21 @@ TEST_F(signals, a_thread_that_ends_leaves_nothing) {
 }
 
 // As when a new thread has the drcontext of one that a fork has left behind.
-TEST_F(signals, a_thread_that_begins_finds_nothing) {
+TEST_F(Signals, AThreadThatBeginsFindsNothing) {
   deliver(0x8000);
   framework.thread_init(framework.drcontext());
   dr_thread_free(framework.drcontext(), &state, sizeof state);
   EXPECT_EQ(in_use(), 0u);
 }
 
-TEST_F(signals, another_thread_that_ends_leaves_this_ones) {
+TEST_F(Signals, AnotherThreadThatEndsLeavesThisOnes) {
   deliver(0x8000);
   const int another_thread = 0;
   forget_signal_vectors(&another_thread);
   EXPECT_EQ(in_use(), 1u);
 }
 
-TEST_F(signals, rewritten_code_has_the_applications_registers_in_slots) {
+TEST_F(Signals, RewrittenCodeHasTheApplicationsRegistersInSlots) {
   framework.slots[0] = 126;
   framework.slots[1] = 127;
   dr_mcontext_t inside{.r26 = 1, .r27 = reinterpret_cast<reg_t>(&state), .xsp = 5};

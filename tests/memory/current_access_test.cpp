@@ -22,13 +22,13 @@ std::array<unsigned char, VL_BYTES> active(std::initializer_list<std::size_t> la
   return predicate;
 }
 
-class current_access_test : public testing::Test {
+class CurrentAccess : public testing::Test {
  protected:
-  current_access_test() { accesses_are_noted = true; }
-  ~current_access_test() override { accesses_are_noted = false; }
+  CurrentAccess() { accesses_are_noted = true; }
+  ~CurrentAccess() override { accesses_are_noted = false; }
 };
 
-TEST_F(current_access_test, of_a_block_it_is_its_first_byte_and_that_of_its_second_page) {
+TEST_F(CurrentAccess, OfABlockItIsItsFirstByteAndThatOfItsSecondPage) {
   note_access(0x12000, 8, MEM_LOAD);
   EXPECT_THAT(suspects(), ElementsAre(0x12000));
   note_access(0x12FF8, 8, MEM_LOAD);
@@ -37,7 +37,7 @@ TEST_F(current_access_test, of_a_block_it_is_its_first_byte_and_that_of_its_seco
   EXPECT_THAT(suspects(), ElementsAre(0x12FFA, 0x13000));
 }
 
-TEST_F(current_access_test, of_neighbouring_lanes_it_is_the_first_active_byte_of_each_page) {
+TEST_F(CurrentAccess, OfNeighbouringLanesItIsTheFirstActiveByteOfEachPage) {
   const auto predicate = active({1, 2, 3});
   note_lanes(0x12000, 0x7FE, MEM_LOAD, predicate.data(), 4, VL_BYTES / 4);
   EXPECT_THAT(suspects(), ElementsAre(0x127FE, 0x13000));
@@ -45,7 +45,7 @@ TEST_F(current_access_test, of_neighbouring_lanes_it_is_the_first_active_byte_of
   EXPECT_THAT(suspects(), ElementsAre(0x127FE)) << "lanes past the limit are not accessed";
 }
 
-TEST_F(current_access_test, of_addresses_it_is_each_active_one_that_was_reached) {
+TEST_F(CurrentAccess, OfAddressesItIsEachActiveOneThatWasReached) {
   const auto predicate = active({0, 2, 3});
   forget_addresses();
   note_addresses(4, MEM_LOAD, predicate.data(), 4);
@@ -59,7 +59,7 @@ TEST_F(current_access_test, of_addresses_it_is_each_active_one_that_was_reached)
   EXPECT_THAT(suspects(), ElementsAre());
 }
 
-TEST_F(current_access_test, nothing_is_noted_unless_a_host_asks) {
+TEST_F(CurrentAccess, NothingIsNotedUnlessAHostAsks) {
   const auto predicate = active({0});
   note_access(0x12000, 8, MEM_LOAD);
   accesses_are_noted = false;

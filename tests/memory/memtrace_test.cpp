@@ -35,7 +35,7 @@ void activate(std::size_t lane_bytes, const auto& lane_is_active) {
 }
 constexpr auto every_lane = [](std::size_t) { return true; };
 
-class TraceTest : public testing::Test {
+class Memtrace : public testing::Test {
  protected:
   void SetUp() override {
     state.pc = code;
@@ -60,7 +60,7 @@ class TraceTest : public testing::Test {
 
 // The 24 combinations of element types that loads and stores use are among these.
 template <class Pair>
-class LinearTrace : public TraceTest {};
+class LinearTrace : public Memtrace {};
 
 template <class T, class U>
 struct access {
@@ -131,13 +131,13 @@ TYPED_TEST(LinearTrace, IsSilentWhileTracingIsOff) {
   this->expect({});
 }
 
-TEST_F(TraceTest, AnInactiveLaneSplitsARun) {
+TEST_F(Memtrace, AnInactiveLaneSplitsARun) {
   activate(1, [](std::size_t i) { return i == 0 || i == 2; });
   report<unsigned char, unsigned char>();
   expect({record(0, 0, MEM_LOAD, 1, first), record(1, 0, MEM_LOAD, 1, first + 2)});
 }
 
-TEST_F(TraceTest, RunsAreMaximalAndAscend) {
+TEST_F(Memtrace, RunsAreMaximalAndAscend) {
   activate(4, [](std::size_t i) { return i != 2; });
   if (VL_BYTES == 16) {
     report<unsigned int, unsigned int>();
@@ -148,7 +148,7 @@ TEST_F(TraceTest, RunsAreMaximalAndAscend) {
   expect({record(0, 0, MEM_LOAD, 8, first), record(1, 0, MEM_LOAD, VL_BYTES - 12, first + 12)});
 }
 
-TEST_F(TraceTest, EachLaneGroupsItsRecords) {
+TEST_F(Memtrace, EachLaneGroupsItsRecords) {
   std::uint64_t addresses[VL_BYTES / 4];
   for (std::size_t i = 0; i != std::size(addresses); ++i) addresses[i] = 0x9000 - 16 * i;
   struct {
@@ -169,7 +169,7 @@ TEST_F(TraceTest, EachLaneGroupsItsRecords) {
   }
 }
 
-TEST_F(TraceTest, EachLaneIsSilentWhileTracingIsOff) {
+TEST_F(Memtrace, EachLaneIsSilentWhileTracingIsOff) {
   enable_trace = false;
   const std::uint64_t addresses[VL_BYTES / 8]{};
   activate(8, every_lane);
@@ -177,7 +177,7 @@ TEST_F(TraceTest, EachLaneIsSilentWhileTracingIsOff) {
   expect({});
 }
 
-TEST_F(TraceTest, IsSwitchedByThread) {
+TEST_F(Memtrace, IsSwitchedByThread) {
   activate(1, every_lane);
   std::thread([this] {
     EXPECT_FALSE(enable_trace);
@@ -186,7 +186,7 @@ TEST_F(TraceTest, IsSwitchedByThread) {
   expect({});
 }
 
-TEST_F(TraceTest, TellsTheThreadThatMadeTheAccess) {
+TEST_F(Memtrace, TellsTheThreadThatMadeTheAccess) {
   activate(1, every_lane);
   std::uint32_t tid = 0;
   std::thread([&] {

@@ -18,7 +18,7 @@ std::unique_ptr<cpu_state> filled(unsigned char value) {
   return state;
 }
 
-TEST(saved_vectors, bring_back_z_p_and_ffr_and_nothing_else) {
+TEST(SavedVectors, BringBackZPAndFfrAndNothingElse) {
   const auto state = filled(0xA5);
   saved_vectors* const saved = save_vectors(*state);
   const auto other = filled(0x5A);
@@ -32,7 +32,7 @@ TEST(saved_vectors, bring_back_z_p_and_ffr_and_nothing_else) {
   EXPECT_EQ(other->instr_word, filled(0x5A)->instr_word);
 }
 
-TEST(saved_vectors, have_places_of_their_own_until_all_are_in_use) {
+TEST(SavedVectors, HavePlacesOfTheirOwnUntilAllAreInUse) {
   const auto state = filled(1);
   std::set<saved_vectors*> places;
   while (saved_vectors* const place = save_vectors(*state)) {
@@ -47,7 +47,7 @@ TEST(saved_vectors, have_places_of_their_own_until_all_are_in_use) {
   release_vectors(nullptr);
 }
 
-TEST(saved_vectors, of_many_threads_do_not_mix) {
+TEST(SavedVectors, OfManyThreadsDoNotMix) {
   std::vector<std::thread> threads;
   for (unsigned char value = 1; value <= 8; ++value) {
     threads.emplace_back([value] {

@@ -8,7 +8,7 @@
 namespace quern {
 namespace {
 
-TEST(failure_line, is_as_printed) {
+TEST(FailureLine, IsAsPrinted) {
   for (const std::uint32_t word : {0u, 0x04200000u, 0xFFFFFFFFu, 0x1Fu}) {
     for (const std::uintptr_t pc : {std::uintptr_t{0x1}, std::uintptr_t{0x400abc}, ~std::uintptr_t{3}}) {
       char expected[128];

@@ -17,7 +17,7 @@ sve_handler look_up(unsigned int word) {
   return word % 4 == 0 ? nullptr : word % 2 == 0 ? even : odd;
 }
 
-TEST(handler_cache, answers_as_the_lookup_with_words_that_meet_in_one_place) {
+TEST(HandlerCache, AnswersAsTheLookupWithWordsThatMeetInOnePlace) {
   static handler_cache cache{};
   for (int round = 0; round != 2; ++round) {
     for (std::uint32_t i = 0; i != 5000; ++i) {
@@ -27,7 +27,7 @@ TEST(handler_cache, answers_as_the_lookup_with_words_that_meet_in_one_place) {
   }
 }
 
-TEST(handler_cache, looks_a_word_up_once) {
+TEST(HandlerCache, LooksAWordUpOnce) {
   static handler_cache cache{};
   lookups = 0;
   for (int i = 0; i != 10; ++i) EXPECT_EQ(cache.find(0x04A00001, look_up), odd);
@@ -35,7 +35,7 @@ TEST(handler_cache, looks_a_word_up_once) {
   EXPECT_EQ(lookups, 2);
 }
 
-TEST(handler_cache, knows_word_0_from_the_start) {
+TEST(HandlerCache, KnowsWord0FromTheStart) {
   static handler_cache cache{};
   lookups = 0;
   EXPECT_EQ(cache.find(0, look_up), nullptr);

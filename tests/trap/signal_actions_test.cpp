@@ -48,7 +48,7 @@ const action_case cases[] = {
      {dispatcher, trap_flags | SA_RESTART, ~trap_signals}},
 };
 
-TEST(kernel_action, is_what_the_wanted_action_needs) {
+TEST(KernelAction, IsWhatTheWantedActionNeeds) {
   for (const action_case& c : cases) {
     const signal_action installed = kernel_action(c.signal, c.wanted, dispatcher);
     EXPECT_EQ(installed.handler, c.installed.handler) << c.name;
@@ -57,7 +57,7 @@ TEST(kernel_action, is_what_the_wanted_action_needs) {
   }
 }
 
-TEST(application_action, is_default_until_set_and_then_what_was_set) {
+TEST(ApplicationAction, IsDefaultUntilSetAndThenWhatWasSet) {
   EXPECT_TRUE(is_default(application_action(SIGUSR2)));
   EXPECT_TRUE(is_default(application_action(signal_count)));
   set_application_action(SIGUSR2, {handler, SA_RESTART, usr});
@@ -69,7 +69,7 @@ TEST(application_action, is_default_until_set_and_then_what_was_set) {
   EXPECT_TRUE(is_default(application_action(SIGUSR1)));
 }
 
-TEST(signal_action, handler_is_neither_default_nor_ignored) {
+TEST(SignalAction, HandlerIsNeitherDefaultNorIgnored) {
   EXPECT_FALSE(has_handler({by_default, 0, 0}));
   EXPECT_FALSE(has_handler({ignored, 0, 0}));
   EXPECT_TRUE(is_ignore({ignored, 0, 0}));

@@ -6,7 +6,7 @@
 namespace quern {
 namespace {
 
-TEST(signal_set, has_the_bits_of_the_c_librarys_sets) {
+TEST(SignalSet, HasTheBitsOfTheCLibrarysSets) {
   for (const int signal : {1, SIGILL, SIGBUS, SIGSEGV, 31, 34, 64}) {
     sigset_t set;
     sigemptyset(&set);
@@ -20,13 +20,13 @@ TEST(signal_set, has_the_bits_of_the_c_librarys_sets) {
   }
 }
 
-TEST(trap_signals, are_these_three) {
+TEST(TrapSignals, AreTheseThree) {
   for (int signal = -1; signal <= 70; ++signal) {
     EXPECT_EQ(is_trap(signal), signal == SIGILL || signal == SIGBUS || signal == SIGSEGV) << signal;
   }
 }
 
-TEST(changed_mask, does_what_sigprocmask_does) {
+TEST(ChangedMask, DoesWhatSigprocmaskDoes) {
   EXPECT_EQ(changed_mask(0b0011, SIG_BLOCK, 0b0110), 0b0111u);
   EXPECT_EQ(changed_mask(0b0011, SIG_UNBLOCK, 0b0110), 0b0001u);
   EXPECT_EQ(changed_mask(0b0011, SIG_SETMASK, 0b0110), 0b0110u);

@@ -10,7 +10,7 @@
 namespace quern::test {
 namespace {
 
-struct place : trace_test {
+struct Place : trace_test {
   // Traces `number` records in a process of its own under that QUERN_TRACE (null: unset).
   static child_end trace_to(const char* value, std::uint64_t number = 1) {
     return run([=] {
@@ -29,29 +29,29 @@ std::string numbered(const char* before, pid_t process, const char* behind) {
   return before + std::to_string(process) + behind;
 }
 
-TEST_F(place, the_default_is_named_for_the_process_in_the_current_folder) {
+TEST_F(Place, TheDefaultIsNamedForTheProcessInTheCurrentFolder) {
   const child_end end = trace_to(nullptr);
   EXPECT_EQ(fs::path(only_file()).filename(), numbered("quern.", end.process, ".trace"));
 }
 
-TEST_F(place, an_empty_QUERN_TRACE_means_the_default) {
+TEST_F(Place, AnEmptyQuernTraceMeansTheDefault) {
   const child_end end = trace_to("");
   EXPECT_EQ(fs::path(only_file()).filename(), numbered("quern.", end.process, ".trace"));
 }
 
-TEST_F(place, percent_p_is_the_process_number_wherever_it_stands) {
+TEST_F(Place, PercentPIsTheProcessNumberWhereverItStands) {
   const child_end end = trace_to("a%p.b%p%");
   EXPECT_EQ(fs::path(only_file()).filename(), numbered("a", end.process, ".b") + std::to_string(end.process) + "%");
 }
 
-TEST_F(place, percent_p_in_the_current_folders_name_is_left_alone) {
+TEST_F(Place, PercentPInTheCurrentFoldersNameIsLeftAlone) {
   fs::create_directory(folder / "in%p");
   fs::current_path(folder / "in%p");
   EXPECT_TRUE(trace_to("t").ended_well());
   EXPECT_EQ(records_in("in%p/t"), 1u);
 }
 
-TEST_F(place, it_is_settled_at_the_start_whatever_folder_the_program_goes_to) {
+TEST_F(Place, ItIsSettledAtTheStartWhateverFolderTheProgramGoesTo) {
   fs::create_directory(folder / "elsewhere");
   const child_end end = run([] {
     if (!sve_init(0, "")) return 1;
@@ -63,13 +63,13 @@ TEST_F(place, it_is_settled_at_the_start_whatever_folder_the_program_goes_to) {
   EXPECT_EQ(records_in(numbered("quern.", end.process, ".trace")), 2000u);
 }
 
-TEST_F(place, no_record_no_file) {
+TEST_F(Place, NoRecordNoFile) {
   EXPECT_TRUE(trace_to(nullptr, 0).ended_well());
   EXPECT_TRUE(trace_to("chosen", 0).ended_well());
   EXPECT_TRUE(files().empty());
 }
 
-TEST_F(place, what_cannot_be_written_is_refused_at_the_start) {
+TEST_F(Place, WhatCannotBeWrittenIsRefusedAtTheStart) {
   std::ofstream("file") << "text";
   fs::create_directory("folder");
   const std::string long_name(300, 'n'), long_path = "/" + std::string(5000, 'p');
@@ -83,7 +83,7 @@ TEST_F(place, what_cannot_be_written_is_refused_at_the_start) {
   EXPECT_EQ(files().size(), 2u);
 }
 
-TEST_F(place, an_earlier_file_is_never_overwritten) {
+TEST_F(Place, AnEarlierFileIsNeverOverwritten) {
   std::ofstream("trace") << "precious";
   const child_end end = trace_to("trace");
   EXPECT_TRUE(end.ended_well());
@@ -94,7 +94,7 @@ TEST_F(place, an_earlier_file_is_never_overwritten) {
 }
 
 // A program that runs another in its place keeps its process number.
-TEST_F(place, a_taken_name_with_the_process_number_gets_a_number_behind_it) {
+TEST_F(Place, ATakenNameWithTheProcessNumberGetsANumberBehindIt) {
   const child_end end = run([] {
     const std::string name = "quern." + std::to_string(getpid()) + ".trace";
     std::ofstream(name) << "first";
@@ -145,7 +145,7 @@ void expect_own_files(const fs::path& parents, const char* before, const char* b
   }
 }
 
-TEST_F(place, a_forked_child_writes_a_file_of_its_own) {
+TEST_F(Place, AForkedChildWritesAFileOfItsOwn) {
   const child_end end = trace_across_fork(nullptr);
   ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
   EXPECT_EQ(end.errors, "");
@@ -153,7 +153,7 @@ TEST_F(place, a_forked_child_writes_a_file_of_its_own) {
   expect_own_files(numbered("quern.", end.process, ".trace"), "quern.", ".trace");
 }
 
-TEST_F(place, a_forked_child_adds_its_number_to_a_name_without_one) {
+TEST_F(Place, AForkedChildAddsItsNumberToANameWithoutOne) {
   const child_end end = trace_across_fork("trace");
   ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
   EXPECT_EQ(end.errors, "");
@@ -161,7 +161,7 @@ TEST_F(place, a_forked_child_adds_its_number_to_a_name_without_one) {
   expect_own_files("trace", "trace.", "");
 }
 
-TEST_F(place, a_forked_child_takes_no_name_that_its_parent_has_yet_to_take) {
+TEST_F(Place, AForkedChildTakesNoNameThatItsParentHasYetToTake) {
   const child_end end = run([] {
     setenv("QUERN_TRACE", "trace", 1);
     if (!sve_init(0, "")) return 1;
@@ -179,7 +179,7 @@ TEST_F(place, a_forked_child_takes_no_name_that_its_parent_has_yet_to_take) {
   EXPECT_EQ(records_in("trace"), 2u);
 }
 
-TEST_F(place, saying_that_it_was_forked_does_nothing_elsewhere) {
+TEST_F(Place, SayingThatItWasForkedDoesNothingElsewhere) {
   const child_end end = run([] {
     if (!sve_init(0, "")) return 1;
     store_records(3);
@@ -194,7 +194,7 @@ TEST_F(place, saying_that_it_was_forked_does_nothing_elsewhere) {
 
 // What fails only when there is something to write: one line, and the program runs on.
 
-TEST_F(place, a_default_that_cannot_be_written_costs_one_line) {
+TEST_F(Place, ADefaultThatCannotBeWrittenCostsOneLine) {
   fs::create_directory(folder / "gone");
   fs::current_path(folder / "gone");
   fs::remove(folder / "gone");
@@ -205,7 +205,7 @@ TEST_F(place, a_default_that_cannot_be_written_costs_one_line) {
   fs::current_path(folder);
 }
 
-TEST_F(place, a_folder_that_goes_away_costs_one_line_and_the_records_so_far_are_kept) {
+TEST_F(Place, AFolderThatGoesAwayCostsOneLineAndTheRecordsSoFarAreKept) {
   fs::create_directory(folder / "before");
   const child_end end = run([&] {
     setenv("QUERN_TRACE", "before/trace", 1);
@@ -227,7 +227,7 @@ TEST_F(place, a_folder_that_goes_away_costs_one_line_and_the_records_so_far_are_
   for (std::uint64_t count = 0; count != 100; ++count) EXPECT_EQ(reader.next()->count, count);
 }
 
-TEST_F(place, a_file_that_another_took_the_place_of_is_left_alone) {
+TEST_F(Place, AFileThatAnotherTookThePlaceOfIsLeftAlone) {
   const child_end end = run([] {
     setenv("QUERN_TRACE", "trace", 1);
     if (!sve_init(0, "")) return 1;
@@ -243,7 +243,7 @@ TEST_F(place, a_file_that_another_took_the_place_of_is_left_alone) {
   EXPECT_EQ(records_in("moved"), trace_chunk_records);
 }
 
-TEST_F(place, no_room_costs_one_line_and_no_signal) {
+TEST_F(Place, NoRoomCostsOneLineAndNoSignal) {
   const auto chunks = std::uint64_t{3};
   const child_end end = run([=] {
     const std::uint64_t room = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE)) + chunks * trace_chunk_size + 1000;
@@ -261,7 +261,7 @@ TEST_F(place, no_room_costs_one_line_and_no_signal) {
   expect_all_counts(reader, chunks * trace_chunk_records);
 }
 
-TEST_F(place, no_room_for_the_header_leaves_no_file) {
+TEST_F(Place, NoRoomForTheHeaderLeavesNoFile) {
   const child_end end = run([] {
     const rlimit limit{100, 100};
     setrlimit(RLIMIT_FSIZE, &limit);
@@ -275,7 +275,7 @@ TEST_F(place, no_room_for_the_header_leaves_no_file) {
 }
 
 // The application may close every descriptor and open its own under the same numbers.
-TEST_F(place, no_descriptor_is_kept_that_the_program_could_close_or_reuse) {
+TEST_F(Place, NoDescriptorIsKeptThatTheProgramCouldCloseOrReuse) {
   const child_end end = run([] {
     const int lowest = dup(0);
     close(lowest);

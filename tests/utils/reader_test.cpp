@@ -8,7 +8,7 @@
 namespace quern::test {
 namespace {
 
-struct reading : trace_test {
+struct Reading : trace_test {
   // The file of two threads, with 4 and 3 records, the second of which ran between the first's two halves.
   std::string two_threads() {
     const child_end end = run([] {
@@ -46,7 +46,7 @@ std::uint64_t whole_below(std::uint64_t size, std::uint64_t first, std::uint64_t
   return size < first ? 0 : std::min((size - first) / sizeof(stored_record), records);
 }
 
-TEST_F(reading, a_file_cut_at_any_byte_is_said_to_be_cut_and_gives_all_whole_records) {
+TEST_F(Reading, AFileCutAtAnyByteIsSaidToBeCutAndGivesAllWholeRecords) {
   const std::string path = two_threads();
   const std::uint64_t size = fs::file_size(path), header = trace_reader(path).header().header_size;
   const std::uint64_t first = header + sizeof(trace_chunk_header), second = first + trace_chunk_size;
@@ -69,7 +69,7 @@ TEST_F(reading, a_file_cut_at_any_byte_is_said_to_be_cut_and_gives_all_whole_rec
   }
 }
 
-TEST_F(reading, threads_are_merged_by_count_and_told_apart) {
+TEST_F(Reading, ThreadsAreMergedByCountAndToldApart) {
   trace_reader reader(two_threads());
   std::vector<std::uint32_t> threads;
   for (std::uint64_t count = 0; count != 7; ++count) {
@@ -82,7 +82,7 @@ TEST_F(reading, threads_are_merged_by_count_and_told_apart) {
   EXPECT_EQ(threads, (std::vector<std::uint32_t>{a, a, b, b, b, a, a}));
 }
 
-TEST_F(reading, a_record_that_was_being_written_is_counted_and_left_out) {
+TEST_F(Reading, ARecordThatWasBeingWrittenIsCountedAndLeftOut) {
   const std::string path = two_threads();
   const std::uint64_t first = trace_reader(path).header().header_size + sizeof(trace_chunk_header);
   const std::uint32_t no = 0;
@@ -95,7 +95,7 @@ TEST_F(reading, a_record_that_was_being_written_is_counted_and_left_out) {
   EXPECT_EQ(reader.next()->count, 2u);
 }
 
-TEST_F(reading, the_summary_tells_loads_stores_markers_and_addresses) {
+TEST_F(Reading, TheSummaryTellsLoadsStoresMarkersAndAddresses) {
   const child_end end = run([] {
     setenv("QUERN_TRACE", "trace", 1);
     if (!sve_init(0, "")) return 1;
@@ -127,7 +127,7 @@ TEST_F(reading, the_summary_tells_loads_stores_markers_and_addresses) {
   EXPECT_EQ(summary.threads.size(), 1u);
 }
 
-TEST_F(reading, an_access_that_ends_with_the_address_space_has_a_last_address) {
+TEST_F(Reading, AnAccessThatEndsWithTheAddressSpaceHasALastAddress) {
   const child_end end = run([] {
     setenv("QUERN_TRACE", "trace", 1);
     if (!sve_init(0, "")) return 1;
@@ -138,7 +138,7 @@ TEST_F(reading, an_access_that_ends_with_the_address_space_has_a_last_address) {
   EXPECT_EQ(trace_reader("trace").summary().last_address, ~std::uint64_t{0});
 }
 
-TEST_F(reading, what_is_no_trace_is_named) {
+TEST_F(Reading, WhatIsNoTraceIsNamed) {
   std::ofstream("empty") << "";
   std::ofstream("text") << "some other file, longer than a magic number";
   std::ofstream("short") << "QUERNX";
@@ -151,7 +151,7 @@ TEST_F(reading, what_is_no_trace_is_named) {
   EXPECT_EQ(complaint("/dev/null"), "/dev/null is not a regular file");
 }
 
-TEST_F(reading, headers_that_cannot_be_are_refused) {
+TEST_F(Reading, HeadersThatCannotBeAreRefused) {
   struct change {
     std::size_t offset;
     std::uint32_t value;
@@ -178,7 +178,7 @@ TEST_F(reading, headers_that_cannot_be_are_refused) {
   }
 }
 
-TEST_F(reading, a_chunk_without_its_mark_is_damaged_and_the_others_are_read) {
+TEST_F(Reading, AChunkWithoutItsMarkIsDamagedAndTheOthersAreRead) {
   const std::string path = two_threads();
   overwrite(path, trace_reader(path).header().header_size, "X", 1);
   const trace_reader reader(path);
@@ -186,7 +186,7 @@ TEST_F(reading, a_chunk_without_its_mark_is_damaged_and_the_others_are_read) {
   EXPECT_EQ(reader.summary().records, 3u);
 }
 
-TEST_F(reading, a_count_of_slots_beyond_the_chunk_is_cut_down) {
+TEST_F(Reading, ACountOfSlotsBeyondTheChunkIsCutDown) {
   const std::string path = two_threads();
   const std::uint32_t many = 0xFFFFFFFF;
   overwrite(path, trace_reader(path).header().header_size + offsetof(trace_chunk_header, count), &many, sizeof many);
@@ -196,7 +196,7 @@ TEST_F(reading, a_count_of_slots_beyond_the_chunk_is_cut_down) {
 }
 
 // Whatever is damaged, the records come in order, as many as were summed up.
-TEST_F(reading, random_damage_does_no_harm) {
+TEST_F(Reading, RandomDamageDoesNoHarm) {
   const std::string path = two_threads();
   std::ifstream file(path, std::ios::binary);
   const std::string intact((std::istreambuf_iterator<char>(file)), {});

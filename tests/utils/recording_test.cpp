@@ -12,9 +12,9 @@
 namespace quern::test {
 namespace {
 
-struct recording : trace_test {};
+struct Recording : trace_test {};
 
-TEST_F(recording, eight_threads_lose_and_mix_nothing) {
+TEST_F(Recording, EightThreadsLoseAndMixNothing) {
   constexpr int threads = 8;
   constexpr std::uint64_t each = 10'000;
   const child_end end = run([&] {
@@ -35,7 +35,7 @@ TEST_F(recording, eight_threads_lose_and_mix_nothing) {
 }
 
 // Each thread's records carry a number that it counts itself; they are read back in its order.
-TEST_F(recording, a_threads_records_stay_in_its_order) {
+TEST_F(Recording, AThreadsRecordsStayInItsOrder) {
   const auto count_up = [] {
     for (std::uint64_t i = 0; i != 5000; ++i) {
       sve_mem_ref_t record{};
@@ -59,7 +59,7 @@ TEST_F(recording, a_threads_records_stay_in_its_order) {
   for (const auto& [thread, records] : next) EXPECT_EQ(records, 5000u) << thread;
 }
 
-TEST_F(recording, threads_that_end_leave_their_records_and_no_mapping) {
+TEST_F(Recording, ThreadsThatEndLeaveTheirRecordsAndNoMapping) {
   constexpr std::uint64_t threads = 20;
   const auto mappings_of_the_file = [] {
     std::ifstream maps("/proc/self/maps");
@@ -83,7 +83,7 @@ TEST_F(recording, threads_that_end_leave_their_records_and_no_mapping) {
 
 void trace_in_handler(int) { store_records(7); }
 
-TEST_F(recording, signal_handlers_trace_in_the_midst_of_tracing) {
+TEST_F(Recording, SignalHandlersTraceInTheMidstOfTracing) {
   const child_end end = run([] {
     if (!sve_init(0, "")) return 1;
     struct sigaction action {};
@@ -113,7 +113,7 @@ void trace_and_let_read(int) {
   mprotect(unreadable_page, static_cast<std::size_t>(sysconf(_SC_PAGESIZE)), PROT_READ);
 }
 
-TEST_F(recording, a_handler_that_fills_chunks_leaves_the_interrupted_slot_in_place) {
+TEST_F(Recording, AHandlerThatFillsChunksLeavesTheInterruptedSlotInPlace) {
   const child_end end = run([] {
     if (!sve_init(0, "")) return 1;
     const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
@@ -133,7 +133,7 @@ TEST_F(recording, a_handler_that_fills_chunks_leaves_the_interrupted_slot_in_pla
   expect_all_counts(reader, 21 + 3 * trace_chunk_records);
 }
 
-TEST_F(recording, errno_is_kept) {
+TEST_F(Recording, ErrnoIsKept) {
   const child_end end = run([] {
     if (!sve_init(0, "")) return 1;
     errno = 77;
@@ -143,7 +143,7 @@ TEST_F(recording, errno_is_kept) {
   EXPECT_TRUE(end.ended_well()) << end.status;
 }
 
-TEST_F(recording, a_killed_process_leaves_all_that_it_stored) {
+TEST_F(Recording, AKilledProcessLeavesAllThatItStored) {
   int reports[2];
   ASSERT_EQ(pipe(reports), 0);
   const child process([&] {
@@ -170,7 +170,7 @@ TEST_F(recording, a_killed_process_leaves_all_that_it_stored) {
   expect_all_counts(reader, reader.summary().records);
 }
 
-TEST_F(recording, the_header_tells_whose_trace_it_is) {
+TEST_F(Recording, TheHeaderTellsWhoseTraceItIs) {
   const child_end end = run([] {
     if (!sve_init(0, "a program")) return 1;
     store_records(1);
@@ -188,7 +188,7 @@ TEST_F(recording, the_header_tells_whose_trace_it_is) {
 }
 
 // The bytes of a small file, field by field, as docs/trace-format.md gives them.
-TEST_F(recording, the_file_is_laid_out_as_documented) {
+TEST_F(Recording, TheFileIsLaidOutAsDocumented) {
   const child_end end = run([] {
     if (!sve_init(0, "x")) return 1;
     store_records(2);

@@ -17,7 +17,7 @@ CpuContext context_of(std::uint32_t vl_units) {
   return ctx;
 }
 
-TEST(CountVLSI, is_the_patterns_lanes_times_the_field_plus_1) {
+TEST(CountVLSI, IsThePatternsLanesTimesTheFieldPlus1) {
   CpuContext ctx = context_of(4);
   EXPECT_EQ(VecU8CountVLSI(all, 0, &ctx), 32u);
   EXPECT_EQ(VecU16CountVLSI(all, 0, &ctx), 16u);
@@ -29,7 +29,7 @@ TEST(CountVLSI, is_the_patterns_lanes_times_the_field_plus_1) {
   EXPECT_EQ(VecU8CountVLSI(unallocated, 0, &ctx), 0u);
 }
 
-TEST(CountVLSI, reads_26_bits_of_the_vector_length) {
+TEST(CountVLSI, Reads26BitsOfTheVectorLength) {
   CpuContext ctx = context_of(0xFC000002);
   EXPECT_EQ(VecU64CountVLSI(all, 0, &ctx), 2u);
 }
@@ -39,7 +39,7 @@ constexpr unsigned int cnt_word(unsigned size, unsigned multiplier, unsigned pat
   return 0x0420E000 | size << 22 | (multiplier - 1) << 16 | pattern << 5 | rd;
 }
 
-TEST(CountVLSI, is_what_the_words_of_cnt_write) {
+TEST(CountVLSI, IsWhatTheWordsOfCntWrite) {
   const auto state = std::make_unique<cpu_state>();
   for (unsigned size = 0; size != 4; ++size) {
     const unsigned int word = cnt_word(size, 3, all, 26);
@@ -49,7 +49,7 @@ TEST(CountVLSI, is_what_the_words_of_cnt_write) {
   }
 }
 
-TEST(CountVLSI, to_register_31_writes_nothing) {
+TEST(CountVLSI, ToRegister31WritesNothing) {
   const auto state = std::make_unique<cpu_state>();
   state->sp = 0x1111;
   const unsigned int word = cnt_word(2, 1, all, 31);
@@ -58,7 +58,7 @@ TEST(CountVLSI, to_register_31_writes_nothing) {
   for (const std::uint64_t x : state->x) EXPECT_EQ(x, 0u);
 }
 
-TEST(CountVLSI, passes_the_flags_and_ffr_through_the_context) {
+TEST(CountVLSI, PassesTheFlagsAndFfrThroughTheContext) {
   const auto state = std::make_unique<cpu_state>();
   state->nzcv = 0xABCD0000F0000000;
   state->ffr[0] = 0xFE;

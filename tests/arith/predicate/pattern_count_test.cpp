@@ -19,7 +19,7 @@ const count_case cases[] = {
     {31, 7, 6},   {31, 256, 256},                                                  // ALL clears the lowest bit
 };
 
-TEST(VecTrueILength, counts_the_elements_that_a_pattern_selects) {
+TEST(VecTrueILength, CountsTheElementsThatAPatternSelects) {
   for (const count_case& c : cases)
     EXPECT_EQ(VecTrueILength(c.pattern, c.count), c.selected) << c.pattern << ' ' << c.count;
 }

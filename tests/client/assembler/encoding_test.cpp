@@ -19,10 +19,10 @@ std::string spelt(const instr_t& instr) {
   return words;
 }
 
-using encoding_test = client_test;
+using Encoding = client_test;
 
 // Every instruction of a bracket, and of the prefixes of a write of FPCR from every register that has one of its own.
-TEST_F(encoding_test, the_disassembler_reads_what_was_meant) {
+TEST_F(Encoding, TheDisassemblerReadsWhatWasMeant) {
   start();
   append(word_add_b);
   for (const reg_id_t source : {DR_REG_X0, DR_REG_X21, DR_REG_X22, DR_REG_X30, DR_REG_XZR})
