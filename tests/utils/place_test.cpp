@@ -1,6 +1,7 @@
 // Where a trace goes: the names, what is refused, what is left behind, and who gets a file of their own.
 #include <sys/resource.h>
 
+#include <climits>
 #include <fstream>
 #include <thread>
 
@@ -81,6 +82,65 @@ TEST_F(Place, WhatCannotBeWrittenIsRefusedAtTheStart) {
     EXPECT_NE(end.errors.find("QUERN_TRACE"), std::string::npos) << value;
   }
   EXPECT_EQ(files().size(), 2u);
+}
+
+// Names that are too long by a few letters: their beginning alone would be a path that can be written.
+
+// A path to `name` in the folder, of `size` letters.
+std::string path_of_size(std::size_t size, const fs::path& folder, const std::string& name) {
+  std::string path = folder.string() + "/";
+  while (path.size() + 2 + name.size() <= size) path += "./";
+  return path + std::string(size - path.size() - name.size(), '/') + name;
+}
+constexpr std::size_t longest_path = PATH_MAX - 1;
+
+TEST_F(Place, APathTooLongByALetterIsRefusedNotCut) {
+  const std::string path = path_of_size(longest_path + 1, folder, "trace%p");
+  const child_end end = trace_to(path.c_str());
+  EXPECT_TRUE(WIFEXITED(end.status) && WEXITSTATUS(end.status) == 3) << end.status;
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  EXPECT_NE(end.errors.find("File name too long"), std::string::npos) << end.errors;
+  EXPECT_TRUE(files().empty());
+}
+
+TEST_F(Place, APathWithoutRoomForTheProcessNumberIsRefusedNotCut) {
+  const std::string path = path_of_size(longest_path - 1, folder, "trace");
+  const child_end end = trace_to(path.c_str());
+  EXPECT_TRUE(WIFEXITED(end.status) && WEXITSTATUS(end.status) == 3) << end.status;
+  EXPECT_NE(end.errors.find("File name too long"), std::string::npos) << end.errors;
+  EXPECT_TRUE(files().empty());
+}
+
+TEST_F(Place, ATakenPathWithoutRoomForANumberBehindItCostsOneLine) {
+  const child_end end = run([&] {
+    const std::string process = "." + std::to_string(getpid());
+    const std::string path = path_of_size(longest_path - process.size() - 1, folder, "trace");
+    setenv("QUERN_TRACE", path.c_str(), 1);
+    if (!sve_init(0, "")) return 1;
+    std::ofstream("trace") << "first";
+    std::ofstream("trace" + process) << "second";
+    store_records(2);
+    return 0;
+  });
+  EXPECT_TRUE(end.ended_well()) << end.status;
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  EXPECT_NE(end.errors.find("File name too long"), std::string::npos) << end.errors;
+  EXPECT_EQ(files().size(), 2u);
+}
+
+TEST_F(Place, ADefaultInAFolderOfTooLongANameCostsOneLine) {
+  for (std::string path = folder; path.size() != longest_path - 6;) {
+    const std::size_t room = longest_path - 6 - path.size();
+    const std::string part(room > 202 ? 200 : room - 1, 'd');
+    fs::create_directory(part);
+    fs::current_path(part);
+    path += "/" + part;
+  }
+  const child_end end = trace_to(nullptr);
+  EXPECT_TRUE(end.ended_well()) << end.status;
+  EXPECT_EQ(end.lines(), 1) << end.errors;
+  EXPECT_NE(end.errors.find("File name too long"), std::string::npos) << end.errors;
+  EXPECT_TRUE(fs::is_empty("."));
 }
 
 TEST_F(Place, AnEarlierFileIsNeverOverwritten) {

@@ -59,6 +59,17 @@ class Structure : public MemoryHandlers {
                     [&](std::size_t i) { return first + (i * m.registers + m.registers - 1) * m.bytes; });
   }
 
+  // Runs `handler` and expects that it moves the pattern's lanes at `offset` in the open pages, and reports it.
+  void expect_moves(const member& m, const lane_pattern& pattern, std::size_t offset, const auto& handler) {
+    cpu_state registers = s;
+    std::vector<unsigned char> image = memory();
+    model(m, pattern, offset, vl / m.bytes, registers, image);
+    ASSERT_FALSE(caught_fault([&] { run(handler); })) << m.name;
+    ASSERT_TRUE(same(s, registers)) << m.name;
+    ASSERT_EQ(memory(), image) << m.name;
+    expect_trace(records(m, pattern, reinterpret_cast<std::uint64_t>(open() + offset)));
+  }
+
   unsigned char* open() { return pages.at(mapped_pages::size()); }
   unsigned char* closed() { return pages.at(5 * mapped_pages::size()); }
   std::vector<unsigned char> memory() { return {open(), closed()}; }
@@ -76,13 +87,7 @@ TEST_F(Structure, MovesElementsBetweenMemoryAndConsecutiveRegisters) {
       activate(pg.num, m.bytes, pattern.is_active);
       const std::size_t offset = 37;
       s.sp = reinterpret_cast<std::uint64_t>(open() + offset);
-      cpu_state registers = s;
-      std::vector<unsigned char> image = memory();
-      model(m, pattern, offset, vl / m.bytes, registers, image);
-      run([&] { return m.immediate(&s, zt, pg, x_or_sp(31), 0); });
-      ASSERT_TRUE(same(s, registers));
-      ASSERT_EQ(memory(), image);
-      expect_trace(records(m, pattern, s.sp));
+      expect_moves(m, pattern, offset, [&] { return m.immediate(&s, zt, pg, x_or_sp(31), 0); });
     }
   }
 }
@@ -100,22 +105,25 @@ TEST_F(Structure, ImmediatesStepByWholeVectorsOfAllRegisters) {
   }
 }
 
-TEST_F(Structure, IndicesCountElements) {
+// The base makes up for an index whose upper half counts, by wrapping.
+TEST_F(Structure, IndicesCountElementsInAll64Bits) {
   for (const member& m : members) {
-    for (const std::uint32_t index : {8u, 31u}) {
+    for (const std::int64_t index : {std::int64_t{-5}, std::int64_t{3}, (std::int64_t{1} << 32) + 1}) {
       SetUp();
       activate(pg.num, m.bytes, odd_lanes.is_active);
-      s.x[4] = reinterpret_cast<std::uint64_t>(open() + mapped_pages::size());
-      s.x[8] = static_cast<std::uint64_t>(-5);
-      const std::size_t offset = mapped_pages::size() - (index == 31 ? 0 : 5 * m.bytes);
-      cpu_state registers = s;
-      std::vector<unsigned char> image = memory();
-      model(m, odd_lanes, offset, vl / m.bytes, registers, image);
-      run([&] { return m.scaled(&s, zt, pg, x_or_sp(4), x_reg(index)); });
-      EXPECT_TRUE(same(s, registers)) << m.name;
-      EXPECT_EQ(memory(), image) << m.name;
-      EXPECT_EQ(recorded_trace(), records(m, odd_lanes, reinterpret_cast<std::uint64_t>(open() + offset))) << m.name;
+      s.x[8] = static_cast<std::uint64_t>(index);
+      s.x[4] = reinterpret_cast<std::uint64_t>(open() + mapped_pages::size()) - s.x[8] * m.bytes;
+      expect_moves(m, odd_lanes, mapped_pages::size(), [&] { return m.scaled(&s, zt, pg, x_or_sp(4), x_reg(8)); });
     }
+  }
+}
+
+TEST_F(Structure, IndexRegister31AddsNothing) {
+  for (const member& m : members) {
+    SetUp();
+    activate(pg.num, m.bytes, odd_lanes.is_active);
+    s.x[4] = reinterpret_cast<std::uint64_t>(open());
+    expect_moves(m, odd_lanes, 0, [&] { return m.scaled(&s, zt, pg, x_or_sp(4), x_reg(31)); });
   }
 }
 
