@@ -6,10 +6,6 @@
 
 #include "sve/handlers/handler_types.h"
 
-handler_zpri_unsigned sve_ld1rb_zpri, sve_ld1rb_h_zpri, sve_ld1rb_s_zpri, sve_ld1rb_d_zpri;
-handler_zpri_unsigned sve_ld1rh_zpri, sve_ld1rh_s_zpri, sve_ld1rh_d_zpri;
-handler_zpri_unsigned sve_ld1rw_zpri, sve_ld1rw_d_zpri;
-handler_zpri_unsigned sve_ld1rd_zpri;
-handler_zpri_unsigned sve_ld1rsb_h_zpri, sve_ld1rsb_s_zpri, sve_ld1rsb_d_zpri;
-handler_zpri_unsigned sve_ld1rsh_s_zpri, sve_ld1rsh_d_zpri;
-handler_zpri_unsigned sve_ld1rsw_d_zpri;
+#define LOAD(letters, T, U) handler_zpri_unsigned sve_ld1r##letters##_zpri;
+#define STORE(letters, T, U)
+#include "sve/handlers/memory/elements.def"

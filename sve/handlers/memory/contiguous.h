@@ -10,33 +10,14 @@
 
 #include "sve/handlers/handler_types.h"
 
-// LD1: loads, immediate and register offset.
-handler_zpri sve_ld1b_zpri, sve_ld1b_h_zpri, sve_ld1b_s_zpri, sve_ld1b_d_zpri;
-handler_zpri sve_ld1h_zpri, sve_ld1h_s_zpri, sve_ld1h_d_zpri;
-handler_zpri sve_ld1w_zpri, sve_ld1w_d_zpri;
-handler_zpri sve_ld1d_zpri;
-handler_zpri sve_ld1sb_h_zpri, sve_ld1sb_s_zpri, sve_ld1sb_d_zpri;
-handler_zpri sve_ld1sh_s_zpri, sve_ld1sh_d_zpri;
-handler_zpri sve_ld1sw_d_zpri;
-
-handler_zprr sve_ld1b_scaled_zprr, sve_ld1b_h_scaled_zprr, sve_ld1b_s_scaled_zprr, sve_ld1b_d_scaled_zprr;
-handler_zprr sve_ld1h_scaled_zprr, sve_ld1h_s_scaled_zprr, sve_ld1h_d_scaled_zprr;
-handler_zprr sve_ld1w_scaled_zprr, sve_ld1w_d_scaled_zprr;
-handler_zprr sve_ld1d_scaled_zprr;
-handler_zprr sve_ld1sb_h_scaled_zprr, sve_ld1sb_s_scaled_zprr, sve_ld1sb_d_scaled_zprr;
-handler_zprr sve_ld1sh_s_scaled_zprr, sve_ld1sh_d_scaled_zprr;
-handler_zprr sve_ld1sw_d_scaled_zprr;
-
-// ST1: stores, immediate and register offset.
-handler_zpri sve_st1b_zpri, sve_st1b_h_zpri, sve_st1b_s_zpri, sve_st1b_d_zpri;
-handler_zpri sve_st1h_zpri, sve_st1h_s_zpri, sve_st1h_d_zpri;
-handler_zpri sve_st1w_zpri, sve_st1w_d_zpri;
-handler_zpri sve_st1d_zpri;
-
-handler_zprr sve_st1b_scaled_zprr, sve_st1b_h_scaled_zprr, sve_st1b_s_scaled_zprr, sve_st1b_d_scaled_zprr;
-handler_zprr sve_st1h_scaled_zprr, sve_st1h_s_scaled_zprr, sve_st1h_d_scaled_zprr;
-handler_zprr sve_st1w_scaled_zprr, sve_st1w_d_scaled_zprr;
-handler_zprr sve_st1d_scaled_zprr;
+// LD1 and ST1: immediate and register offset.
+#define LOAD(letters, T, U)             \
+  handler_zpri sve_ld1##letters##_zpri; \
+  handler_zprr sve_ld1##letters##_scaled_zprr;
+#define STORE(letters, T, U)            \
+  handler_zpri sve_st1##letters##_zpri; \
+  handler_zprr sve_st1##letters##_scaled_zprr;
+#include "sve/handlers/memory/elements.def"
 
 // LDNT1 and STNT1.
 handler_zpri sve_ldnt1b_zpri, sve_ldnt1h_zpri, sve_ldnt1w_zpri, sve_ldnt1d_zpri;

@@ -1,7 +1,7 @@
 // Non-fault and first-fault loads.
 #include "sve/handlers/memory/fault_tolerant.h"
 
-#include <algorithm>
+#include <cstring>
 
 #include "sve/handlers/memory/memory_access.h"
 #include "sve/memory/guest_memory.h"
@@ -38,79 +38,62 @@ class probed_page {
 
 template <class T, class U>
 aarch64_decode_rc load_non_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  unsigned char* z = state->z[zt.num];
+  unsigned char *const z = state->z[zt.num], *const p = state->p[pg.num];
   probed_page page(address);
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     const std::uint64_t element = address + i * sizeof(T);
-    if (!is_active<U>(state->p[pg.num], i)) {
-      set_lane<U>(z, i, U{0});
+    if (!is_active<U>(p, i)) {
+      skip_lane<MEM_LOAD, U>(z, i);
     } else if (page.holds(element)) {
       note_access(element, sizeof(T), MEM_LOAD);
-      load_lane<T, U>(z, i, element);
+      move_lane<MEM_LOAD, T, U>(z, i, element);
     } else {
       set_lane<U>(state->ffr, i, U{0});
     }
   }
-  trace_contiguous<T, U>(state, state->p[pg.num], address, MEM_LOAD);
+  trace_contiguous<MEM_LOAD, T, U>(state, p, address);
   return DECODE_OK;
 }
 
-// The number of lanes of U to load. The next page is probed at the same offset, though not all of it is needed.
-template <class U>
-std::size_t lanes_before_fault(std::uint64_t address) {
-  const bool ends_in_page = offset_in_page(address) <= offset_in_page(address + VL_BYTES);
-  if (ends_in_page || readable(address + page_size)) return lane_count<U>;
+// A first-fault load whose vector would reach the end of the page. The next page is probed at the same offset, though
+// not all of it is needed; if it can't be read, only the lanes are loaded that fit in this one, as if each took U's
+// bytes. In a function of its own, so that the others save no registers.
+template <class T, class U>
+[[gnu::noinline]] aarch64_decode_rc load_at_page_end(cpu_state* state, unsigned char* z, unsigned char* p,
+                                                     std::uint64_t address) {
   const int bytes_left = static_cast<int>(page_size) - offset_in_page(address);
-  return static_cast<std::size_t>(std::min(bytes_left, VL_BYTES)) / sizeof(U);
+  if (readable(address + page_size) || bytes_left >= VL_BYTES)
+    return move_contiguous<MEM_LOAD, T, U>(state, z, p, address);
+  const std::size_t lanes = static_cast<std::size_t>(bytes_left) / sizeof(U);
+  move_lanes<MEM_LOAD, T, U>(z, p, address, lanes);
+  std::memset(state->ffr + lanes * sizeof(U), 0, VL_BYTES - lanes * sizeof(U));
+  trace_contiguous<MEM_LOAD, T, U>(state, p, address);
+  return DECODE_OK;
 }
 
 template <class T, class U>
-aarch64_decode_rc load_first_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  const std::size_t lanes = lanes_before_fault<U>(address);
-  if (lanes == lane_count<U>) {
-    const auto load = [](auto vectors, unsigned char* z, const unsigned char* p, std::uint64_t from) {
-      is_block<T, U>(vectors, p, from) ? load_block<T, U>(vectors, z, from) : load_elements<T, U>(z, p, from);
-    };
-    by_widest_vectors(load, state->z[zt.num], state->p[pg.num], address);
-  } else {
-    load_lanes<T, U>(state->z[zt.num], state->p[pg.num], address, lanes);
-    std::memset(state->ffr + lanes * sizeof(U), 0, VL_BYTES - lanes * sizeof(U));
-  }
-  trace_contiguous<T, U>(state, state->p[pg.num], address, MEM_LOAD);
-  return DECODE_OK;
+aarch64_decode_rc load_first_fault(cpu_state* state, unsigned char* z, unsigned char* p, std::uint64_t address) {
+  const bool ends_in_page = offset_in_page(address) <= offset_in_page(address + VL_BYTES);
+  if (!ends_in_page) [[unlikely]]
+    return load_at_page_end<T, U>(state, z, p, address);
+  return move_contiguous<MEM_LOAD, T, U>(state, z, p, address);
 }
 
 }  // namespace
 
-#define NON_FAULT(name, T, U)                                                                                   \
-  aarch64_decode_rc sve_ldnf1##name##_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,                \
-                                           aarch64_i_rsp_reg base, int imm) {                                   \
-    return load_non_fault<T, U>(state, zt, pg, value_of(state, base) + scaled(imm, lane_count<U> * sizeof(T))); \
+#define LOAD(letters, T, U)                                                                                   \
+  aarch64_decode_rc sve_ldnf1##letters##_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,           \
+                                              aarch64_i_rsp_reg base, int imm) {                              \
+    return load_non_fault<T, U>(state, zt, pg, read_x(state, base) + scaled(imm, lane_count<U> * sizeof(T))); \
   }
+#define STORE(letters, T, U)
+#include "sve/handlers/memory/elements.def"
 
-NON_FAULT(b, std::uint8_t, std::uint8_t)
-NON_FAULT(b_h, std::uint8_t, std::uint16_t)
-NON_FAULT(b_s, std::uint8_t, std::uint32_t)
-NON_FAULT(b_d, std::uint8_t, std::uint64_t)
-NON_FAULT(h, std::uint16_t, std::uint16_t)
-NON_FAULT(h_s, std::uint16_t, std::uint32_t)
-NON_FAULT(h_d, std::uint16_t, std::uint64_t)
-NON_FAULT(w, std::uint32_t, std::uint32_t)
-NON_FAULT(w_d, std::uint32_t, std::uint64_t)
-NON_FAULT(d, std::uint64_t, std::uint64_t)
-NON_FAULT(sb_h, std::int8_t, std::uint16_t)
-NON_FAULT(sb_s, std::int8_t, std::uint32_t)
-NON_FAULT(sb_d, std::int8_t, std::uint64_t)
-NON_FAULT(sh_s, std::int16_t, std::uint32_t)
-NON_FAULT(sh_d, std::int16_t, std::uint64_t)
-NON_FAULT(sw_d, std::int32_t, std::uint64_t)
-
-#undef NON_FAULT
-
-#define FIRST_FAULT(name, T, U)                                                                               \
-  aarch64_decode_rc sve_ldff1##name##_scaled_zprr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,       \
-                                                  aarch64_i_rsp_reg base, aarch64_i_reg index) {              \
-    return load_first_fault<T, U>(state, zt, pg, value_of(state, base) + value_of(state, index) * sizeof(T)); \
+#define FIRST_FAULT(name, T, U)                                                                         \
+  aarch64_decode_rc sve_ldff1##name##_scaled_zprr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, \
+                                                  aarch64_i_rsp_reg base, aarch64_i_reg index) {        \
+    return load_first_fault<T, U>(state, state->z[zt.num], state->p[pg.num],                            \
+                                  read_x(state, base) + read_x(state, index) * sizeof(T));              \
   }
 
 FIRST_FAULT(b, std::uint8_t, std::uint8_t)

@@ -10,13 +10,9 @@
 // LDNF1: each page is probed once a lane reaches it. An active lane in an unreadable page keeps its old value and has
 // its element's bytes of FFR cleared; lanes of later, readable pages load. An inactive lane becomes 0. The offset is
 // imm times the bytes that all lanes touch in memory.
-handler_zpri sve_ldnf1b_zpri, sve_ldnf1b_h_zpri, sve_ldnf1b_s_zpri, sve_ldnf1b_d_zpri;
-handler_zpri sve_ldnf1h_zpri, sve_ldnf1h_s_zpri, sve_ldnf1h_d_zpri;
-handler_zpri sve_ldnf1w_zpri, sve_ldnf1w_d_zpri;
-handler_zpri sve_ldnf1d_zpri;
-handler_zpri sve_ldnf1sb_h_zpri, sve_ldnf1sb_s_zpri, sve_ldnf1sb_d_zpri;
-handler_zpri sve_ldnf1sh_s_zpri, sve_ldnf1sh_d_zpri;
-handler_zpri sve_ldnf1sw_d_zpri;
+#define LOAD(letters, T, U) handler_zpri sve_ldnf1##letters##_zpri;
+#define STORE(letters, T, U)
+#include "sve/handlers/memory/elements.def"
 
 // LDFF1: decided once, from the distance to the end of the page. When the span reaches it and the next page can't be
 // read, only the lanes that fit in the first page are loaded, counted as if each took a whole lane of memory; FFR is

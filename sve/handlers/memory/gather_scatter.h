@@ -14,47 +14,17 @@
 
 #include "sve/handlers/handler_types.h"
 
-// Gathers, vector of addresses.
-handler_zpzi sve_ld1b_s_zpzi, sve_ld1sb_s_zpzi, sve_ld1h_s_zpzi, sve_ld1sh_s_zpzi, sve_ld1w_zpzi;
-handler_zpzi sve_ld1b_d_zpzi, sve_ld1sb_d_zpzi, sve_ld1h_d_zpzi, sve_ld1sh_d_zpzi, sve_ld1w_d_zpzi, sve_ld1sw_d_zpzi,
-    sve_ld1d_zpzi;
-
-// Gathers, vector of offsets: 64-bit, then 32-bit sign- and zero-extended.
-handler_zpzr sve_ld1b_d_zpzr, sve_ld1sb_d_zpzr, sve_ld1h_d_zpzr, sve_ld1sh_d_zpzr, sve_ld1w_d_zpzr, sve_ld1sw_d_zpzr,
-    sve_ld1d_zpzr;
-handler_zpzr sve_ld1b_s_sxtw_zpzr, sve_ld1sb_s_sxtw_zpzr, sve_ld1h_s_sxtw_zpzr, sve_ld1sh_s_sxtw_zpzr,
-    sve_ld1w_sxtw_zpzr;
-handler_zpzr sve_ld1b_s_uxtw_zpzr, sve_ld1sb_s_uxtw_zpzr, sve_ld1h_s_uxtw_zpzr, sve_ld1sh_s_uxtw_zpzr,
-    sve_ld1w_uxtw_zpzr;
-handler_zpzr sve_ld1b_d_sxtw_zpzr, sve_ld1sb_d_sxtw_zpzr, sve_ld1h_d_sxtw_zpzr, sve_ld1sh_d_sxtw_zpzr,
-    sve_ld1w_d_sxtw_zpzr, sve_ld1sw_d_sxtw_zpzr, sve_ld1d_sxtw_zpzr;
-handler_zpzr sve_ld1b_d_uxtw_zpzr, sve_ld1sb_d_uxtw_zpzr, sve_ld1h_d_uxtw_zpzr, sve_ld1sh_d_uxtw_zpzr,
-    sve_ld1w_d_uxtw_zpzr, sve_ld1sw_d_uxtw_zpzr, sve_ld1d_uxtw_zpzr;
-
-// Gathers, vector of indices: 64-bit, then 32-bit sign- and zero-extended.
-handler_zprz sve_ld1h_d_scaled_zprz, sve_ld1sh_d_scaled_zprz, sve_ld1w_d_scaled_zprz, sve_ld1sw_d_scaled_zprz,
-    sve_ld1d_scaled_zprz;
-handler_zprz sve_ld1h_s_sxtw_scaled_zprz, sve_ld1sh_s_sxtw_scaled_zprz, sve_ld1w_sxtw_scaled_zprz;
-handler_zprz sve_ld1h_s_uxtw_scaled_zprz, sve_ld1sh_s_uxtw_scaled_zprz, sve_ld1w_uxtw_scaled_zprz;
-handler_zprz sve_ld1h_d_sxtw_scaled_zprz, sve_ld1sh_d_sxtw_scaled_zprz, sve_ld1w_d_sxtw_scaled_zprz,
-    sve_ld1sw_d_sxtw_scaled_zprz, sve_ld1d_sxtw_scaled_zprz;
-handler_zprz sve_ld1h_d_uxtw_scaled_zprz, sve_ld1sh_d_uxtw_scaled_zprz, sve_ld1w_d_uxtw_scaled_zprz,
-    sve_ld1sw_d_uxtw_scaled_zprz, sve_ld1d_uxtw_scaled_zprz;
-
-// Scatters, vector of addresses.
-handler_zpzi sve_st1b_s_zpzi, sve_st1h_s_zpzi, sve_st1w_zpzi;
-handler_zpzi sve_st1b_d_zpzi, sve_st1h_d_zpzi, sve_st1w_d_zpzi, sve_st1d_zpzi;
-
-// Scatters, vector of offsets: 64-bit, then 32-bit sign- and zero-extended.
-handler_zpzr sve_st1b_d_zpzr, sve_st1h_d_zpzr, sve_st1w_d_zpzr, sve_st1d_zpzr;
-handler_zpzr sve_st1b_s_sxtw_zpzr, sve_st1h_s_sxtw_zpzr, sve_st1w_sxtw_zpzr;
-handler_zpzr sve_st1b_s_uxtw_zpzr, sve_st1h_s_uxtw_zpzr, sve_st1w_uxtw_zpzr;
-handler_zpzr sve_st1b_d_sxtw_zpzr, sve_st1h_d_sxtw_zpzr, sve_st1w_d_sxtw_zpzr, sve_st1d_sxtw_zpzr;
-handler_zpzr sve_st1b_d_uxtw_zpzr, sve_st1h_d_uxtw_zpzr, sve_st1w_d_uxtw_zpzr, sve_st1d_uxtw_zpzr;
-
-// Scatters, vector of indices: 64-bit, then 32-bit sign- and zero-extended.
-handler_zprz sve_st1h_d_scaled_zprz, sve_st1w_d_scaled_zprz, sve_st1d_scaled_zprz;
-handler_zprz sve_st1h_s_sxtw_scaled_zprz, sve_st1w_sxtw_scaled_zprz;
-handler_zprz sve_st1h_s_uxtw_scaled_zprz, sve_st1w_uxtw_scaled_zprz;
-handler_zprz sve_st1h_d_sxtw_scaled_zprz, sve_st1w_d_sxtw_scaled_zprz, sve_st1d_sxtw_scaled_zprz;
-handler_zprz sve_st1h_d_uxtw_scaled_zprz, sve_st1w_d_uxtw_scaled_zprz, sve_st1d_uxtw_scaled_zprz;
+#define WORDS(kind, name, T)      \
+  handler_zpzi sve_##name##_zpzi; \
+  handler_zpzr sve_##name##_sxtw_zpzr, sve_##name##_uxtw_zpzr;
+#define SCALED_WORDS(kind, name, T) \
+  WORDS(kind, name, T)              \
+  handler_zprz sve_##name##_sxtw_scaled_zprz, sve_##name##_uxtw_scaled_zprz;
+#define DOUBLEWORDS(kind, name, T) \
+  WORDS(kind, name, T)             \
+  handler_zpzr sve_##name##_zpzr;
+#define SCALED_DOUBLEWORDS(kind, name, T) \
+  SCALED_WORDS(kind, name, T)             \
+  handler_zpzr sve_##name##_zpzr;         \
+  handler_zprz sve_##name##_scaled_zprz;
+#include "sve/handlers/memory/gather_scatter.def"

@@ -1,134 +1,141 @@
-// What the memory handlers share: operand values, one element's access, and the contiguous walk over a register's
-// lanes.
+// What the memory handlers share: one element's access, and the moves of a register's worth of consecutive elements.
+// In the names here T is the element in memory and U the register's lane, which is unsigned; a signed T sign-extends.
+// A kind is that of the trace: MEM_LOAD moves elements to the lanes, MEM_STORE the lanes' low bytes to the elements.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
-#include "sve/handlers/memory/block_moves.h"
+#include "sve/handlers/general_register.h"
 #include "sve/memory/current_access.h"
 #include "sve/memory/memtrace.h"
 #include "sve/state/cpu_state.h"
+#include "sve/state/lanes.h"
 
 namespace quern {
-
-inline std::uint64_t value_of(const cpu_state* state, aarch64_i_rsp_reg r) {
-  return r.num == 31 ? state->sp : state->x[r.num];
-}
-inline std::uint64_t value_of(const cpu_state* state, aarch64_i_reg r) { return r.num == 31 ? 0 : state->x[r.num]; }
 
 // An immediate in units of `bytes`, as a 64-bit offset.
 inline std::uint64_t scaled(std::int64_t imm, std::size_t bytes) { return static_cast<std::uint64_t>(imm) * bytes; }
 
-// Lane i of z from the element at `address`, which the caller has noted.
-template <class T, class U>
-inline void load_lane(unsigned char* z, std::size_t i, std::uint64_t address) {
-  set_lane<U>(z, i, static_cast<U>(lane<T>(reinterpret_cast<const unsigned char*>(address), 0)));
-  settle();
+// Any access of application memory may fault, and what has been done until then must be in place for a signal handler
+// to see: no access may move, or merge with another, across this point.
+inline void settle() { std::atomic_signal_fence(std::memory_order_seq_cst); }
+
+// Whether every lane of U is active.
+template <class U>
+inline bool all_active(const unsigned char* pg) {
+  constexpr std::uint64_t lowest_bits = ~std::uint64_t{0} / std::make_unsigned_t<U>(~U{0});  // bit 0 of each lane
+  std::uint64_t common = lowest_bits;
+  for (std::size_t i = 0; i != lane_count<std::uint64_t>; ++i) common &= lane<std::uint64_t>(pg, i);
+  return common == lowest_bits;
 }
 
-// The element at `address`, which the caller has noted, from the low bytes of lane i of z.
-template <class T, class U>
-inline void store_lane(const unsigned char* z, std::size_t i, std::uint64_t address) {
-  set_lane<T>(reinterpret_cast<unsigned char*>(address), 0, static_cast<T>(lane<U>(z, i)));
-  settle();
-}
-
-// Lanes 0 to count - 1 of z from consecutive elements at `address`; an inactive lane becomes 0.
-template <class T, class U>
-inline void load_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t address, std::size_t count) {
-  note_lanes(address, sizeof(T), MEM_LOAD, pg, sizeof(U), count);
-  for (std::size_t i = 0; i != count; ++i) {
-    if (is_active<U>(pg, i)) {
-      load_lane<T, U>(z, i, address + i * sizeof(T));
-    } else {
-      set_lane<U>(z, i, U{0});
-    }
-  }
-}
-
-// Bytes from `address` to the end of its page, which are readable all or not at all, whatever the host's page size: no
-// host has smaller pages.
+// Bytes from `address` to the end of its page, which are accessible all or not at all, whatever the host's page size:
+// no host has smaller pages.
 inline std::size_t left_in_page(std::uint64_t address) {
   constexpr std::uint64_t smallest_page = 4096;
   return smallest_page - (address & (smallest_page - 1));
 }
 
-// Whether a copy of such a block has no middle to fault in.
-inline bool in_one_page(std::uint64_t address, std::size_t bytes) { return bytes <= left_in_page(address); }
-
-// Copies a block. memmove, since it is always the library's, with the widest moves that the host has: of a memcpy of
-// constant length the compiler makes a row of narrow ones.
-inline void copy_block(void* to, const void* from, std::size_t bytes) { std::memmove(to, from, bytes); }
-
-// Moves a register's worth of elements T that go into a second page: those that lie whole in the first at once, then
-// the next alone, since it may lie in both, then the others. A fault is that of the lane that it would be one by one.
-template <class T>
-inline void copy_in_two_pages(unsigned char* to, const unsigned char* from, std::size_t left) {
-  const std::size_t whole = left / sizeof(T) * sizeof(T), after = whole + sizeof(T);
-  copy_block(to, from, whole);
-  settle();
-  set_lane<T>(to + whole, 0, lane<T>(from + whole, 0));
-  settle();
-  copy_block(to + after, from + after, VL_BYTES - after);
-}
-
-// All lanes of z from the elements at `address`, which lie in one page: a fault is lane 0's.
-template <class T, class U>
-inline void load_block(auto vectors, unsigned char* z, std::uint64_t address) {
-  note_access(address, sizeof(T), MEM_LOAD);
-  const auto* const elements = reinterpret_cast<const unsigned char*>(address);
-  if constexpr (sizeof(T) == sizeof(U)) {
-    copy_vector(vectors, z, elements);
+// Lane i of z and element j at `elements`.
+template <memaccess_type_t kind, class T, class U>
+inline void move_element(unsigned char* z, std::size_t i, unsigned char* elements, std::size_t j) {
+  if constexpr (kind == MEM_LOAD) {
+    set_lane<U>(z, i, static_cast<U>(lane<T>(elements, j)));
   } else {
-    load_lane<T, U>(z, 0, address);
-    extend_lanes<T, U>(vectors, z, elements);
+    set_lane<T>(elements, j, static_cast<T>(lane<U>(z, i)));
   }
 }
 
-// The elements at `address` from all lanes of z, likewise.
-template <class T, class U>
-inline void store_block(auto vectors, const unsigned char* z, std::uint64_t address) {
-  note_access(address, sizeof(T), MEM_STORE);
-  auto* const elements = reinterpret_cast<unsigned char*>(address);
-  if constexpr (sizeof(T) == sizeof(U)) {
-    copy_vector(vectors, elements, z);
-  } else {
-    store_lane<T, U>(z, 0, address);
-    truncate_lanes<T, U>(vectors, elements, z);
-  }
+// Lane i of z and the element at `address`, which the caller has noted.
+template <memaccess_type_t kind, class T, class U>
+inline void move_lane(unsigned char* z, std::size_t i, std::uint64_t address) {
+  move_element<kind, T, U>(z, i, reinterpret_cast<unsigned char*>(address), 0);
+  settle();
 }
 
-// Whether a contiguous access is that of a whole block in one page. `vectors` is what by_widest_vectors gives.
-template <class T, class U>
-inline bool is_block(auto vectors, const unsigned char* pg, std::uint64_t address) {
-  return in_one_page(address, lane_count<U> * sizeof(T)) && all_active<U>(vectors, pg);
+// What an inactive lane comes to: 0 in a load, nothing in a store.
+template <memaccess_type_t kind, class U>
+inline void skip_lane(unsigned char* z, std::size_t i) {
+  if constexpr (kind == MEM_LOAD) set_lane<U>(z, i, U{0});
 }
 
-// A contiguous access that is not one: in two pages, or of some lanes. Out of line, so that the access of a block need
-// not save the registers that this takes.
-template <class T, class U>
-[[gnu::noinline]] void load_elements(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  if (sizeof(T) != sizeof(U) || !all_active<U>(vectors_of<16>{}, pg))
-    return load_lanes<T, U>(z, pg, address, lane_count<U>);
-  note_lanes(address, sizeof(T), MEM_LOAD, pg, sizeof(U), lane_count<U>);
-  copy_in_two_pages<T>(z, reinterpret_cast<const unsigned char*>(address), left_in_page(address));
-}
-
-template <class T, class U>
-[[gnu::noinline]] void store_elements(const unsigned char* z, const unsigned char* pg, std::uint64_t address) {
-  note_lanes(address, sizeof(T), MEM_STORE, pg, sizeof(U), lane_count<U>);
-  if (sizeof(T) == sizeof(U) && all_active<U>(vectors_of<16>{}, pg))
-    return copy_in_two_pages<T>(reinterpret_cast<unsigned char*>(address), z, left_in_page(address));
-  for (std::size_t i = 0; i != lane_count<U>; ++i) {
-    if (is_active<U>(pg, i)) store_lane<T, U>(z, i, address + i * sizeof(T));
+// The active ones of the first `count` lanes of z, one by one, and consecutive elements at `address`.
+template <memaccess_type_t kind, class T, class U>
+inline void move_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t address, std::size_t count) {
+  note_lanes(address, sizeof(T), kind, pg, sizeof(U), count);
+  for (std::size_t i = 0; i != count; ++i) {
+    if (is_active<U>(pg, i)) {
+      move_lane<kind, T, U>(z, i, address + i * sizeof(T));
+    } else {
+      skip_lane<kind, U>(z, i);
+    }
   }
 }
 
 // Reports a contiguous access.
-template <class T, class U>
-inline void trace_contiguous(cpu_state* state, unsigned char* pg, std::uint64_t address, memaccess_type_t kind) {
+template <memaccess_type_t kind, class T, class U>
+inline void trace_contiguous(cpu_state* state, unsigned char* pg, std::uint64_t address) {
   memtrace_lin<T, U>(state, reinterpret_cast<T*>(address), reinterpret_cast<char*>(pg), kind);
+}
+
+// `count` lanes of z and elements at `address`, which have been noted. All but the first lie in the page where that one
+// ends. It goes alone, so that a fault is its own; the others then don't fault, and go in any order.
+template <memaccess_type_t kind, class T, class U>
+inline void move_block(unsigned char* z, std::uint64_t address, std::size_t count) {
+  move_lane<kind, T, U>(z, 0, address);
+  auto* const elements = reinterpret_cast<unsigned char*>(address);
+  if constexpr (sizeof(T) == sizeof(U)) {
+    std::memcpy(kind == MEM_LOAD ? z : elements, kind == MEM_LOAD ? elements : z, count * sizeof(T));
+  } else {
+#pragma GCC ivdep  // no application's memory is the register file
+    for (std::size_t i = 0; i != count; ++i) move_element<kind, T, U>(z, i, elements, i);
+  }
+  settle();
+}
+
+// All lanes of z and consecutive elements that go into a second page: those that lie whole in the first, then the
+// others, whose first one may lie in both.
+template <memaccess_type_t kind, class T, class U>
+inline void move_two_blocks(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  note_lanes(address, sizeof(T), kind, pg, sizeof(U), lane_count<U>);
+  const std::size_t whole = left_in_page(address) / sizeof(T);
+  if (whole != 0) move_block<kind, T, U>(z, address, whole);
+  move_block<kind, T, U>(z + whole * sizeof(U), address + whole * sizeof(T), lane_count<U> - whole);
+}
+
+// What most contiguous accesses don't need, in functions of their own, so that the others save no registers.
+
+template <memaccess_type_t kind, class T, class U>
+[[gnu::noinline]] aarch64_decode_rc move_some(cpu_state* state, unsigned char* z, unsigned char* pg,
+                                              std::uint64_t address) {
+  move_lanes<kind, T, U>(z, pg, address, lane_count<U>);
+  trace_contiguous<kind, T, U>(state, pg, address);
+  return DECODE_OK;
+}
+
+template <memaccess_type_t kind, class T, class U>
+[[gnu::noinline]] aarch64_decode_rc move_in_two_pages(cpu_state* state, unsigned char* z, unsigned char* pg,
+                                                      std::uint64_t address) {
+  move_two_blocks<kind, T, U>(z, pg, address);
+  trace_contiguous<kind, T, U>(state, pg, address);
+  return DECODE_OK;
+}
+
+// A contiguous access of the active lanes of z, traced. A fault is that of the lane that it would be one by one, with
+// the lanes before it done.
+template <memaccess_type_t kind, class T, class U>
+inline aarch64_decode_rc move_contiguous(cpu_state* state, unsigned char* z, unsigned char* pg, std::uint64_t address) {
+  if (!all_active<U>(pg)) [[unlikely]]
+    return move_some<kind, T, U>(state, z, pg, address);
+  if (left_in_page(address) < lane_count<U> * sizeof(T)) [[unlikely]]
+    return move_in_two_pages<kind, T, U>(state, z, pg, address);
+  note_access(address, sizeof(T), kind);
+  move_block<kind, T, U>(z, address, lane_count<U>);
+  trace_contiguous<kind, T, U>(state, pg, address);
+  return DECODE_OK;
 }
 
 }  // namespace quern

@@ -1,57 +1,87 @@
 // Loads and stores of structures of two, three or four elements.
 #include "sve/handlers/memory/structure.h"
 
-#include "sve/handlers/memory/structure_blocks.h"
+#include "sve/handlers/memory/memory_access.h"
 
 using namespace quern;
 
 namespace {
 
-template <class T>
-std::uint64_t address_of(const cpu_state* state, aarch64_i_rsp_reg base, long offset) {
-  return value_of(state, base) + scaled(offset, sizeof(T));
-}
+// A structure's registers, from Z`first` on: past Z31 comes Z0.
+template <int N>
+struct members {
+  unsigned char* z[N];
+
+  members(cpu_state* state, unsigned first) {
+    for (unsigned k = 0; k != N; ++k) z[k] = state->z[(first + k) % 32];
+  }
+};
 
 // Whether all structures are to be accessed, and lie in one page.
 template <class T, int N>
-bool are_block(auto vectors, const unsigned char* p, std::uint64_t address) {
-  return in_one_page(address, N * VL_BYTES) && all_active<std::make_unsigned_t<T>>(vectors, p);
+bool are_block(const unsigned char* p, std::uint64_t address) {
+  return N * VL_BYTES <= left_in_page(address) && all_active<T>(p);
 }
 
-// What most calls don't need is in functions of its own, so that the others save no registers.
+// All of them at once: the first element goes alone, so that a fault is its own.
+template <memaccess_type_t kind, class T, int N>
+void move_all(const members<N> registers, std::uint64_t address) {
+  note_access(address, sizeof(T), kind);
+  move_lane<kind, T, T>(registers.z[0], 0, address);
+  auto* const elements = reinterpret_cast<unsigned char*>(address);
+#pragma GCC ivdep  // no application's memory is the register file
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+#pragma GCC unroll 4
+    for (unsigned k = 0; k != N; ++k) move_element<kind, T, T>(registers.z[k], i, elements, i * N + k);
+  }
+}
 
-template <class T, int N>
-[[gnu::noinline]] void load_each(cpu_state* state, unsigned zt, const unsigned char* p, std::uint64_t address) {
-  const members<N> to(state, zt);
-  note_lanes(address, N * sizeof(T), MEM_LOAD, p, sizeof(T), lane_count<T>);
+// The active ones, element by element.
+template <memaccess_type_t kind, class T, int N>
+void move_each(const members<N> registers, const unsigned char* p, std::uint64_t address) {
+  note_lanes(address, N * sizeof(T), kind, p, sizeof(T), lane_count<T>);
   for (std::size_t i = 0; i != lane_count<T>; ++i, address += N * sizeof(T)) {
+    const bool active = is_active<T>(p, i);
+#pragma GCC unroll 4
     for (unsigned k = 0; k != N; ++k) {
-      if (is_active<T>(p, i)) {
-        load_lane<T, T>(to.z[k], i, address + k * sizeof(T));
+      if (active) {
+        move_lane<kind, T, T>(registers.z[k], i, address + k * sizeof(T));
       } else {
-        set_lane<T>(to.z[k], i, T{0});
+        skip_lane<kind, T>(registers.z[k], i);
       }
     }
   }
 }
 
-template <class T, int N>
-[[gnu::noinline]] void store_each(cpu_state* state, unsigned zt, const unsigned char* p, std::uint64_t address) {
-  const members<N> from(state, zt);
-  note_lanes(address, N * sizeof(T), MEM_STORE, p, sizeof(T), lane_count<T>);
-  for (std::size_t i = 0; i != lane_count<T>; ++i, address += N * sizeof(T)) {
-    if (!is_active<T>(p, i)) continue;
-    for (unsigned k = 0; k != N; ++k) store_lane<T, T>(from.z[k], i, address + k * sizeof(T));
-  }
-}
+// What most calls don't need is in functions of its own, so that the others save no registers.
 
 // Reports one access for each active structure: that of its last element.
-template <class T, class U, int N>
-[[gnu::noinline]] void trace_structures(const cpu_state* state, const unsigned char* p, std::uint64_t address,
-                                        memaccess_type_t kind) {
+template <memaccess_type_t kind, class T, class U, int N>
+[[gnu::noinline]] void trace_structures(const cpu_state* state, const unsigned char* p, std::uint64_t address) {
   std::uint64_t last_elements[lane_count<U>];
   for (std::size_t i = 0; i != lane_count<U>; ++i) last_elements[i] = address + (i * N + N - 1) * sizeof(T);
   memtrace_each<T, U>(state, last_elements, p, kind);
+}
+
+template <memaccess_type_t kind, class T, class U, int N>
+[[gnu::noinline]] aarch64_decode_rc move_some(cpu_state* state, unsigned zt, const unsigned char* p,
+                                              std::uint64_t address) {
+  move_each<kind, T>(members<N>(state, zt), p, address);
+  if (enable_trace) trace_structures<kind, T, U, N>(state, p, address);
+  return DECODE_OK;
+}
+
+// Always a part of the two functions below: between functions the operands would be moved to other registers.
+template <memaccess_type_t kind, class T, class U, int N>
+[[gnu::always_inline]] inline aarch64_decode_rc move_structures(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,
+                                                                aarch64_i_rsp_reg base, long offset) {
+  const unsigned char* const p = state->p[pg.num];
+  const std::uint64_t address = read_x(state, base) + scaled(offset, sizeof(T));
+  if (!are_block<T, N>(p, address)) [[unlikely]]
+    return move_some<kind, T, U, N>(state, zt.num, p, address);
+  move_all<kind, T>(members<N>(state, zt.num), address);
+  if (enable_trace) trace_structures<kind, T, U, N>(state, p, address);
+  return DECODE_OK;
 }
 
 }  // namespace
@@ -59,33 +89,13 @@ template <class T, class U, int N>
 template <class T, class U, int N>
 aarch64_decode_rc sve_ldN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base,
                                long offset) {
-  const auto load = [](auto vectors, cpu_state* s, unsigned z, const unsigned char* p, std::uint64_t from) {
-    if (!are_block<T, N>(vectors, p, from)) [[unlikely]]
-      return load_each<T, N>(s, z, p, from);
-    note_access(from, sizeof(T), MEM_LOAD);
-    load_structures<T>(vectors, members<N>(s, z), from);
-  };
-  const unsigned char* p = state->p[pg.num];
-  const std::uint64_t address = address_of<T>(state, base, offset);
-  by_widest_vectors(load, state, zt.num, p, address);
-  if (enable_trace) trace_structures<T, U, N>(state, p, address, MEM_LOAD);
-  return DECODE_OK;
+  return move_structures<MEM_LOAD, T, U, N>(state, zt, pg, base, offset);
 }
 
 template <class T, class U, int N>
 aarch64_decode_rc sve_stN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base,
                                long offset) {
-  const auto store = [](auto vectors, cpu_state* s, unsigned z, const unsigned char* p, std::uint64_t to) {
-    if (!are_block<T, N>(vectors, p, to)) [[unlikely]]
-      return store_each<T, N>(s, z, p, to);
-    note_access(to, sizeof(T), MEM_STORE);
-    store_structures<T>(vectors, members<N>(s, z), to);
-  };
-  const unsigned char* p = state->p[pg.num];
-  const std::uint64_t address = address_of<T>(state, base, offset);
-  by_widest_vectors(store, state, zt.num, p, address);
-  if (enable_trace) trace_structures<T, U, N>(state, p, address, MEM_STORE);
-  return DECODE_OK;
+  return move_structures<MEM_STORE, T, U, N>(state, zt, pg, base, offset);
 }
 
 // The family's instance, and its two instructions: imm counts N whole vectors, the index counts elements.
@@ -97,7 +107,7 @@ aarch64_decode_rc sve_stN_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg
   }                                                                                                                 \
   aarch64_decode_rc sve_##name##_scaled_zprr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,                  \
                                              aarch64_i_rsp_reg base, aarch64_i_reg index) {                         \
-    return family<T, T, N>(state, zt, pg, base, static_cast<long>(value_of(state, index)));                         \
+    return family<T, T, N>(state, zt, pg, base, static_cast<long>(read_x(state, index)));                           \
   }
 #define STRUCTURES(letter, T)                \
   STRUCTURE(sve_ldN_zpri, ld2##letter, T, 2) \

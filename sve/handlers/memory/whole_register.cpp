@@ -1,6 +1,8 @@
 // Spill and fill of whole vectors and predicates.
 #include "sve/handlers/memory/whole_register.h"
 
+#include <cstring>
+
 #include "sve/handlers/memory/memory_access.h"
 #include "sve/state/predicate_bits.h"
 
@@ -10,7 +12,7 @@ namespace {
 
 // Where the register of `bytes` bytes goes or comes from, in the access that follows.
 void* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t bytes, memaccess_type_t kind) {
-  const std::uint64_t address = value_of(state, base) + scaled(imm, bytes);
+  const std::uint64_t address = read_x(state, base) + scaled(imm, bytes);
   note_access(address, bytes, kind);
   return reinterpret_cast<void*>(address);
 }
@@ -18,12 +20,12 @@ void* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t
 }  // namespace
 
 aarch64_decode_rc sve_ldr_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
-  copy_block(state->z[zt.num], place(state, base, imm, VL_BYTES, MEM_LOAD), VL_BYTES);
+  std::memcpy(state->z[zt.num], place(state, base, imm, VL_BYTES, MEM_LOAD), VL_BYTES);
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_str_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
-  copy_block(place(state, base, imm, VL_BYTES, MEM_STORE), state->z[zt.num], VL_BYTES);
+  std::memcpy(place(state, base, imm, VL_BYTES, MEM_STORE), state->z[zt.num], VL_BYTES);
   return DECODE_OK;
 }
 
