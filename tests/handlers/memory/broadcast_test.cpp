@@ -1,30 +1,23 @@
 // Loads of one memory element into every active lane.
 #include "sve/handlers/memory/broadcast.h"
 
+#include "tests/handlers/memory/element_letters.h"
 #include "tests/handlers/memory/memory_fixture.h"
 
 namespace {
 
 using namespace quern;
 
-struct member {
+struct member : element_sizes {
   const char* name;
   handler_zpri_unsigned* handler;
-  std::size_t memory_bytes, lane_bytes;
-  bool sign_extends;
 };
 
-#define MEMBER(name, memory_bytes, lane_bytes, sign_extends) \
-  { #name, sve_##name##_zpri, memory_bytes, lane_bytes, sign_extends }
 const member members[] = {
-    MEMBER(ld1rb, 1, 1, false),   MEMBER(ld1rb_h, 1, 2, false), MEMBER(ld1rb_s, 1, 4, false),
-    MEMBER(ld1rb_d, 1, 8, false), MEMBER(ld1rh, 2, 2, false),   MEMBER(ld1rh_s, 2, 4, false),
-    MEMBER(ld1rh_d, 2, 8, false), MEMBER(ld1rw, 4, 4, false),   MEMBER(ld1rw_d, 4, 8, false),
-    MEMBER(ld1rd, 8, 8, false),   MEMBER(ld1rsb_h, 1, 2, true), MEMBER(ld1rsb_s, 1, 4, true),
-    MEMBER(ld1rsb_d, 1, 8, true), MEMBER(ld1rsh_s, 2, 4, true), MEMBER(ld1rsh_d, 2, 8, true),
-    MEMBER(ld1rsw_d, 4, 8, true),
+#define LOAD(letters, T, U) {sizes_of(#letters), "ld1r" #letters, sve_ld1r##letters##_zpri},
+#define STORE(letters, T, U)
+#include "sve/handlers/memory/elements.def"
 };
-#undef MEMBER
 
 class Broadcast : public MemoryHandlers {
  protected:

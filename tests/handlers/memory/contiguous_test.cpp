@@ -1,35 +1,31 @@
 // Contiguous loads and stores of one register.
 #include "sve/handlers/memory/contiguous.h"
 
+#include "tests/handlers/memory/element_letters.h"
 #include "tests/handlers/memory/memory_fixture.h"
 
 namespace {
 
 using namespace quern;
 
-struct member {
+struct member : element_sizes {
   const char* name;
   handler_zpri* immediate;
   handler_zprr* scaled;
-  std::size_t memory_bytes, lane_bytes;
-  bool sign_extends;
 };
 
-#define MEMBER(name, memory_bytes, lane_bytes, sign_extends) \
-  { #name, sve_##name##_zpri, sve_##name##_scaled_zprr, memory_bytes, lane_bytes, sign_extends }
+#define MEMBER(name, letters) \
+  {sizes_of(#letters), #name #letters, sve_##name##letters##_zpri, sve_##name##letters##_scaled_zprr},
 const member loads[] = {
-    MEMBER(ld1b, 1, 1, false),   MEMBER(ld1b_h, 1, 2, false), MEMBER(ld1b_s, 1, 4, false), MEMBER(ld1b_d, 1, 8, false),
-    MEMBER(ld1h, 2, 2, false),   MEMBER(ld1h_s, 2, 4, false), MEMBER(ld1h_d, 2, 8, false), MEMBER(ld1w, 4, 4, false),
-    MEMBER(ld1w_d, 4, 8, false), MEMBER(ld1d, 8, 8, false),   MEMBER(ld1sb_h, 1, 2, true), MEMBER(ld1sb_s, 1, 4, true),
-    MEMBER(ld1sb_d, 1, 8, true), MEMBER(ld1sh_s, 2, 4, true), MEMBER(ld1sh_d, 2, 8, true), MEMBER(ld1sw_d, 4, 8, true),
-    MEMBER(ldnt1b, 1, 1, false), MEMBER(ldnt1h, 2, 2, false), MEMBER(ldnt1w, 4, 4, false), MEMBER(ldnt1d, 8, 8, false),
-};
+#define LOAD(letters, T, U) MEMBER(ld1, letters)
+#define STORE(letters, T, U)
+#include "sve/handlers/memory/elements.def"
+    MEMBER(ldnt1, b) MEMBER(ldnt1, h) MEMBER(ldnt1, w) MEMBER(ldnt1, d)};
 const member stores[] = {
-    MEMBER(st1b, 1, 1, false),   MEMBER(st1b_h, 1, 2, false), MEMBER(st1b_s, 1, 4, false), MEMBER(st1b_d, 1, 8, false),
-    MEMBER(st1h, 2, 2, false),   MEMBER(st1h_s, 2, 4, false), MEMBER(st1h_d, 2, 8, false), MEMBER(st1w, 4, 4, false),
-    MEMBER(st1w_d, 4, 8, false), MEMBER(st1d, 8, 8, false),   MEMBER(stnt1b, 1, 1, false), MEMBER(stnt1h, 2, 2, false),
-    MEMBER(stnt1w, 4, 4, false), MEMBER(stnt1d, 8, 8, false),
-};
+#define LOAD(letters, T, U)
+#define STORE(letters, T, U) MEMBER(st1, letters)
+#include "sve/handlers/memory/elements.def"
+    MEMBER(stnt1, b) MEMBER(stnt1, h) MEMBER(stnt1, w) MEMBER(stnt1, d)};
 #undef MEMBER
 
 std::vector<member> both() {
@@ -274,16 +270,20 @@ TEST_F(Contiguous, AStoreStopsAtTheLaneThatFaults) {
 
 // The whole vector lies in one page, where it is moved as a block: the fault is still lane 0's, and nothing is done.
 TEST_F(Contiguous, ABlockThatFaultsFaultsInLaneZero) {
-  const std::uint64_t in_closed_page = pages.address(3 * mapped_pages::size() + 64);
   for (const member& m : both()) {
-    SetUp();
-    activate(pg.num, m.lane_bytes, all_lanes.is_active);
-    s.x[5] = in_closed_page;
-    const cpu_state before = s;
-    EXPECT_EQ(caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(5), 0); }); }), in_closed_page)
-        << m.name;
-    EXPECT_TRUE(same(s, before)) << m.name;
-    expect_no_trace();
+    const std::size_t into_second_page = mapped_pages::size() - vl / m.lane_bytes * m.memory_bytes * 3 / 4;
+    for (const std::size_t in_closed_page : {3 * mapped_pages::size() + 64, into_second_page}) {
+      SetUp();
+      activate(pg.num, m.lane_bytes, all_lanes.is_active);
+      s.x[5] = pages.address(in_closed_page);
+      const cpu_state before = s;
+      const std::vector<unsigned char> memory_before = memory();
+      const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(5), 0); }); });
+      EXPECT_EQ(fault, s.x[5]) << m.name;
+      EXPECT_TRUE(same(s, before)) << m.name;
+      EXPECT_EQ(memory(), memory_before) << m.name;
+      expect_no_trace();
+    }
   }
 }
 

@@ -2,6 +2,7 @@
 #include "sve/handlers/memory/fault_tolerant.h"
 
 #include "sve/memory/memory_host.h"
+#include "tests/handlers/memory/element_letters.h"
 #include "tests/handlers/memory/memory_fixture.h"
 
 namespace {
@@ -9,31 +10,20 @@ namespace {
 using namespace quern;
 
 template <class Handler>
-struct member {
+struct member : element_sizes {
   const char* name;
   Handler* handler;
-  std::size_t memory_bytes, lane_bytes;
-  bool sign_extends;
 };
 
-#define NON_FAULT(name, memory_bytes, lane_bytes, sign_extends) \
-  { #name, sve_##name##_zpri, memory_bytes, lane_bytes, sign_extends }
 const member<handler_zpri> non_fault[] = {
-    NON_FAULT(ldnf1b, 1, 1, false),   NON_FAULT(ldnf1b_h, 1, 2, false), NON_FAULT(ldnf1b_s, 1, 4, false),
-    NON_FAULT(ldnf1b_d, 1, 8, false), NON_FAULT(ldnf1h, 2, 2, false),   NON_FAULT(ldnf1h_s, 2, 4, false),
-    NON_FAULT(ldnf1h_d, 2, 8, false), NON_FAULT(ldnf1w, 4, 4, false),   NON_FAULT(ldnf1w_d, 4, 8, false),
-    NON_FAULT(ldnf1d, 8, 8, false),   NON_FAULT(ldnf1sb_h, 1, 2, true), NON_FAULT(ldnf1sb_s, 1, 4, true),
-    NON_FAULT(ldnf1sb_d, 1, 8, true), NON_FAULT(ldnf1sh_s, 2, 4, true), NON_FAULT(ldnf1sh_d, 2, 8, true),
-    NON_FAULT(ldnf1sw_d, 4, 8, true),
+#define LOAD(letters, T, U) {sizes_of(#letters), "ldnf1" #letters, sve_ldnf1##letters##_zpri},
+#define STORE(letters, T, U)
+#include "sve/handlers/memory/elements.def"
 };
-#undef NON_FAULT
 
-#define FIRST_FAULT(name, memory_bytes, lane_bytes) \
-  { #name, sve_##name##_scaled_zprr, memory_bytes, lane_bytes, false }
-const member<handler_zprr> first_fault[] = {
-    FIRST_FAULT(ldff1b, 1, 1), FIRST_FAULT(ldff1b_h, 1, 2), FIRST_FAULT(ldff1b_s, 1, 4), FIRST_FAULT(ldff1b_d, 1, 8),
-    FIRST_FAULT(ldff1w, 4, 4), FIRST_FAULT(ldff1w_d, 4, 8), FIRST_FAULT(ldff1d, 8, 8),
-};
+#define FIRST_FAULT(letters) {sizes_of(#letters), "ldff1" #letters, sve_ldff1##letters##_scaled_zprr},
+const member<handler_zprr> first_fault[] = {FIRST_FAULT(b) FIRST_FAULT(b_h) FIRST_FAULT(b_s) FIRST_FAULT(b_d)
+                                                FIRST_FAULT(w) FIRST_FAULT(w_d) FIRST_FAULT(d)};
 #undef FIRST_FAULT
 
 // What has been probed, by a host that knows which pages are open.

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "tests/handlers/memory/element_letters.h"
 #include "tests/handlers/memory/memory_fixture.h"
 
 namespace {
@@ -11,13 +12,13 @@ using namespace quern;
 
 enum class extension { none, sxtw, uxtw };
 
-struct member {
-  member(const char* n, handler_zpzi* h, extension, memaccess_type_t k, std::size_t m, std::size_t e, bool s)
-      : name(n), zpzi(h), extend(extension::none), kind(k), memory_bytes(m), lane_bytes(e), sign_extends(s) {}
-  member(const char* n, handler_zpzr* h, extension x, memaccess_type_t k, std::size_t m, std::size_t e, bool s)
-      : name(n), zpzr(h), extend(x), kind(k), memory_bytes(m), lane_bytes(e), sign_extends(s) {}
-  member(const char* n, handler_zprz* h, extension x, memaccess_type_t k, std::size_t m, std::size_t e, bool s)
-      : name(n), zprz(h), extend(x), kind(k), memory_bytes(m), lane_bytes(e), sign_extends(s) {}
+struct member : element_sizes {
+  member(const char* n, handler_zpzi* h, extension x, memaccess_type_t k, element_sizes e)
+      : element_sizes(e), name(n), zpzi(h), extend(x), kind(k) {}
+  member(const char* n, handler_zpzr* h, extension x, memaccess_type_t k, element_sizes e)
+      : element_sizes(e), name(n), zpzr(h), extend(x), kind(k) {}
+  member(const char* n, handler_zprz* h, extension x, memaccess_type_t k, element_sizes e)
+      : element_sizes(e), name(n), zprz(h), extend(x), kind(k) {}
 
   // One of the three is there: a vector of addresses; offsets and a base; a base and indices.
   const char* name;
@@ -26,8 +27,6 @@ struct member {
   handler_zprz* zprz = nullptr;
   extension extend;
   memaccess_type_t kind;
-  std::size_t memory_bytes, lane_bytes;
-  bool sign_extends;
 
   aarch64_decode_rc operator()(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zv,
                                aarch64_i_rsp_reg base, unsigned imm) const {
@@ -46,41 +45,30 @@ struct member {
   }
 };
 
-#define BYTES_S(X) X(ld1b_s, MEM_LOAD, 1, 4, false), X(ld1sb_s, MEM_LOAD, 1, 4, true), X(st1b_s, MEM_STORE, 1, 4, false)
-#define OTHERS_S(X)                                                                                   \
-  X(ld1h_s, MEM_LOAD, 2, 4, false), X(ld1sh_s, MEM_LOAD, 2, 4, true), X(ld1w, MEM_LOAD, 4, 4, false), \
-      X(st1h_s, MEM_STORE, 2, 4, false), X(st1w, MEM_STORE, 4, 4, false)
-#define BYTES_D(X) X(ld1b_d, MEM_LOAD, 1, 8, false), X(ld1sb_d, MEM_LOAD, 1, 8, true), X(st1b_d, MEM_STORE, 1, 8, false)
-#define OTHERS_D(X)                                                                                        \
-  X(ld1h_d, MEM_LOAD, 2, 8, false), X(ld1sh_d, MEM_LOAD, 2, 8, true), X(ld1w_d, MEM_LOAD, 4, 8, false),    \
-      X(ld1sw_d, MEM_LOAD, 4, 8, true), X(ld1d, MEM_LOAD, 8, 8, false), X(st1h_d, MEM_STORE, 2, 8, false), \
-      X(st1w_d, MEM_STORE, 4, 8, false), X(st1d, MEM_STORE, 8, 8, false)
-#define ZPZI(name, ...) member(#name "_zpzi", sve_##name##_zpzi, extension::none, __VA_ARGS__)
-#define ZPZR(name, ...) member(#name "_zpzr", sve_##name##_zpzr, extension::none, __VA_ARGS__)
-#define SXTW_ZPZR(name, ...) member(#name "_sxtw_zpzr", sve_##name##_sxtw_zpzr, extension::sxtw, __VA_ARGS__)
-#define UXTW_ZPZR(name, ...) member(#name "_uxtw_zpzr", sve_##name##_uxtw_zpzr, extension::uxtw, __VA_ARGS__)
-#define ZPRZ(name, ...) member(#name "_scaled_zprz", sve_##name##_scaled_zprz, extension::none, __VA_ARGS__)
-#define SXTW_ZPRZ(name, ...) \
-  member(#name "_sxtw_scaled_zprz", sve_##name##_sxtw_scaled_zprz, extension::sxtw, __VA_ARGS__)
-#define UXTW_ZPRZ(name, ...) \
-  member(#name "_uxtw_scaled_zprz", sve_##name##_uxtw_scaled_zprz, extension::uxtw, __VA_ARGS__)
+// `letters` begin with those of the instruction, which don't count.
+element_sizes sizes_behind_instruction(std::string_view letters) { return sizes_of(letters.substr(3)); }
+
 const member members[] = {
-    BYTES_S(ZPZI),       OTHERS_S(ZPZI),      BYTES_D(ZPZI),       OTHERS_D(ZPZI),      BYTES_D(ZPZR),
-    OTHERS_D(ZPZR),      BYTES_S(SXTW_ZPZR),  OTHERS_S(SXTW_ZPZR), BYTES_D(SXTW_ZPZR),  OTHERS_D(SXTW_ZPZR),
-    BYTES_S(UXTW_ZPZR),  OTHERS_S(UXTW_ZPZR), BYTES_D(UXTW_ZPZR),  OTHERS_D(UXTW_ZPZR), OTHERS_D(ZPRZ),
-    OTHERS_S(SXTW_ZPRZ), OTHERS_D(SXTW_ZPRZ), OTHERS_S(UXTW_ZPRZ), OTHERS_D(UXTW_ZPRZ),
+#define MEMBER(kind, name, form, extend) \
+  member(#name #form, sve_##name##form, extension::extend, kind, sizes_behind_instruction(#name)),
+#define WORDS(kind, name, T)           \
+  MEMBER(kind, name, _zpzi, none)      \
+  MEMBER(kind, name, _sxtw_zpzr, sxtw) \
+  MEMBER(kind, name, _uxtw_zpzr, uxtw)
+#define SCALED_WORDS(kind, name, T)           \
+  WORDS(kind, name, T)                        \
+  MEMBER(kind, name, _sxtw_scaled_zprz, sxtw) \
+  MEMBER(kind, name, _uxtw_scaled_zprz, uxtw)
+#define DOUBLEWORDS(kind, name, T) \
+  WORDS(kind, name, T)             \
+  MEMBER(kind, name, _zpzr, none)
+#define SCALED_DOUBLEWORDS(kind, name, T) \
+  SCALED_WORDS(kind, name, T)             \
+  MEMBER(kind, name, _zpzr, none)         \
+  MEMBER(kind, name, _scaled_zprz, none)
+#include "sve/handlers/memory/gather_scatter.def"
+#undef MEMBER
 };
-#undef UXTW_ZPRZ
-#undef SXTW_ZPRZ
-#undef ZPRZ
-#undef UXTW_ZPZR
-#undef SXTW_ZPZR
-#undef ZPZR
-#undef ZPZI
-#undef OTHERS_D
-#undef BYTES_D
-#undef OTHERS_S
-#undef BYTES_S
 
 // The pages lie around 4 GiB, so that a 32-bit lane can hold an address in them and a sum can leave 32 bits.
 constexpr std::uint64_t line = std::uint64_t{1} << 32;

@@ -1,7 +1,6 @@
 // Loads and stores of structures of two, three or four elements.
 #include "sve/handlers/memory/structure.h"
 
-#include "sve/handlers/memory/structure_blocks.h"
 #include "tests/handlers/memory/memory_fixture.h"
 
 namespace {
@@ -203,42 +202,6 @@ TEST_F(Structure, ABlockThatFaultsFaultsInItsFirstElement) {
     EXPECT_TRUE(same(s, before)) << m.name;
     expect_no_trace();
   }
-}
-
-// A processor runs the code for one width of vectors only, the test that of all.
-template <class T, int N, std::size_t vector_bytes>
-void expect_blocks_part_and_join(cpu_state& s) {
-  SCOPED_TRACE(testing::Message() << N << " x " << sizeof(T) << ", vectors of " << vector_bytes);
-  T structures[lane_count<T>][N], stored[lane_count<T>][N];
-  std::memcpy(structures, s.z[0], sizeof structures);
-  const quern::members<N> registers(&s, 8);
-  load_structures<T>(vectors_of<vector_bytes>{}, registers, reinterpret_cast<std::uint64_t>(structures));
-  for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    for (std::size_t k = 0; k != N; ++k) ASSERT_EQ(lane<T>(registers.z[k], i), structures[i][k]) << i << " " << k;
-  }
-  store_structures<T>(vectors_of<vector_bytes>{}, registers, reinterpret_cast<std::uint64_t>(stored));
-  EXPECT_EQ(std::memcmp(stored, structures, sizeof stored), 0);
-}
-
-template <class T, int N>
-void expect_blocks_part_and_join(cpu_state& s) {
-  expect_blocks_part_and_join<T, N, 16>(s);
-  expect_blocks_part_and_join<T, N, 32>(s);
-  expect_blocks_part_and_join<T, N, 64>(s);
-}
-
-template <class T>
-void expect_blocks_part_and_join(cpu_state& s) {
-  expect_blocks_part_and_join<T, 2>(s);
-  expect_blocks_part_and_join<T, 3>(s);
-  expect_blocks_part_and_join<T, 4>(s);
-}
-
-TEST_F(Structure, BlocksAreTheSameByVectorsOfEveryWidth) {
-  expect_blocks_part_and_join<std::uint8_t>(s);
-  expect_blocks_part_and_join<std::uint16_t>(s);
-  expect_blocks_part_and_join<std::uint32_t>(s);
-  expect_blocks_part_and_join<std::uint64_t>(s);
 }
 
 }  // namespace
