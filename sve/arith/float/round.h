@@ -90,8 +90,9 @@ constexpr T fraction_below_top(Word word) {
 template <float_bits T, class Word>
 constexpr T normalize_and_round(int sgn, int exp, Word word, int unit, int rm, int mode, int* flags) {
   const int zeros = leading_zeros(word);
+  const auto top = static_cast<Word>(word << zeros);  // NOLINT: the analyzer takes a product of two numbers for a zero
   const int exp_of_top = exp + bits_of<Word> - 1 - unit - zeros;
-  return round<T>(sgn, exp_of_top, fraction_below_top<T>(static_cast<Word>(word << zeros)), rm, mode, flags);
+  return round<T>(sgn, exp_of_top, fraction_below_top<T>(top), rm, mode, flags);
 }
 
 }  // namespace quern
