@@ -16,6 +16,7 @@
 #include <cstring>
 #include <type_traits>
 
+#include "sve/arith/predicate/predicate_support.h"
 #include "sve/state/cpu_context.h"
 #include "sve/state/lanes.h"
 #include "sve/veclib/predicate_lanes.h"
@@ -99,6 +100,14 @@ inline PredV compare_lanes(Op op, const CpuContext& ctx, const PredV& pg, const 
   for (std::size_t i = 0; i != lane_count<T>; ++i)
     set_lane<T>(outcomes.bytes, i, op(operand_at<T>(operands, i)...) ? T{1} : T{0});
   return within(to_predicate<T>(outcomes) & pg, ctx);
+}
+
+// The result itself, once it has set N, Z, C and V: N if its first active element is set, Z if none is, C if the last
+// one is not (PredTest).
+template <class T>
+inline PredV with_flags(const PredV& result, const PredV& pg, CpuContext& ctx) {
+  PredSetNZCV(pg, result, 8 * sizeof(T), &ctx);
+  return result;
 }
 
 // op over the active lanes, from `start` on: op(start, x) is x. It has to be associative and commutative. The

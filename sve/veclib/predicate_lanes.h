@@ -17,7 +17,7 @@ namespace quern::veclib {
 template <class T>
 inline constexpr std::uint64_t lowest_bits = ~std::uint64_t{0} / ((1u << sizeof(T)) - 1);
 template <class T>
-inline constexpr std::uint64_t element_bits = (1u << sizeof(T)) - 1;
+inline constexpr std::uint64_t group_bits = (1u << sizeof(T)) - 1;
 
 // Whether element i is active: its lowest bit. The others of its sizeof(T) bits don't count.
 template <class T>
@@ -31,7 +31,7 @@ template <class T>
 inline void set_element(PredV& predicate, std::size_t i, bool active) {
   const std::size_t bit = i * sizeof(T);
   std::uint64_t& word = predicate.words[bit / 64];
-  word = (word & ~(element_bits<T> << bit % 64)) | std::uint64_t{active} << bit % 64;
+  word = (word & ~(group_bits<T> << bit % 64)) | std::uint64_t{active} << bit % 64;
 }
 
 // All bits of predicates at once.

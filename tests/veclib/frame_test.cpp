@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "sve/veclib/integer/arithmetic.h"
+#include "sve/veclib/integer/integer_arithmetic.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ constexpr VecV filled(unsigned char byte) {
   return vector;
 }
 
-TEST(LaneCount, follows_the_contexts_units) {
+TEST(LaneCount, FollowsTheContextsUnits) {
   EXPECT_EQ(veclib::lanes<std::uint8_t>(context()), VL_BYTES);
   EXPECT_EQ(veclib::lanes<std::uint16_t>(context()), VL_BYTES / 2);
   EXPECT_EQ(veclib::lanes<std::uint32_t>(context()), VL_BYTES / 4);
@@ -29,9 +29,9 @@ TEST(LaneCount, follows_the_contexts_units) {
   EXPECT_EQ(veclib::lanes<std::uint16_t>(context(1)), 4u);
 }
 
-TEST(LaneCount, reads_26_bits_of_the_units) { EXPECT_EQ(veclib::lanes<std::uint64_t>(context(0xFC000002)), 2u); }
+TEST(LaneCount, Reads26BitsOfTheUnits) { EXPECT_EQ(veclib::lanes<std::uint64_t>(context(0xFC000002)), 2u); }
 
-TEST(PredicateElement, is_active_by_its_lowest_bit_alone) {
+TEST(PredicateElement, IsActiveByItsLowestBitAlone) {
   PredV predicate{};
   predicate.words[0] = 2;
   EXPECT_FALSE(veclib::is_active<std::uint16_t>(predicate, 0));
@@ -42,7 +42,7 @@ TEST(PredicateElement, is_active_by_its_lowest_bit_alone) {
   EXPECT_EQ(lane<std::uint16_t>(veclib::lane_masks<std::uint16_t>(predicate).bytes, 0), 0xFFFF);
 }
 
-TEST(PredicateElement, is_written_with_its_upper_bits_clear) {
+TEST(PredicateElement, IsWrittenWithItsUpperBitsClear) {
   PredV predicate{};
   predicate.words[0] = ~std::uint64_t{0};
   veclib::set_element<std::uint32_t>(predicate, 1, true);
@@ -56,7 +56,7 @@ class LaneMasks : public testing::Test {};
 using lane_types = testing::Types<std::uint8_t, std::uint16_t, std::uint32_t, std::uint64_t>;
 TYPED_TEST_SUITE(LaneMasks, lane_types);
 
-TYPED_TEST(LaneMasks, are_ones_just_where_an_element_is_active) {
+TYPED_TEST(LaneMasks, AreOnesJustWhereAnElementIsActive) {
   PredV predicate{};
   for (std::size_t i = 0; i != std::size(predicate.words); ++i) predicate.words[i] = 0x9E3779B97F4A7C15 * (2 * i + 1);
   const VecV masks = veclib::lane_masks<TypeParam>(predicate);
@@ -66,7 +66,7 @@ TYPED_TEST(LaneMasks, are_ones_just_where_an_element_is_active) {
   }
 }
 
-TEST(Merging, takes_inactive_lanes_from_the_first_operand) {
+TEST(Merging, TakesInactiveLanesFromTheFirstOperand) {
   CpuContext ctx = context();
   PredV odd_elements{};
   for (std::uint64_t& word : odd_elements.words) word = 0x4444444444444444;  // of two bytes
@@ -75,7 +75,7 @@ TEST(Merging, takes_inactive_lanes_from_the_first_operand) {
     EXPECT_EQ(lane<std::uint16_t>(result.bytes, i), i % 2 == 0 ? 0x0909 : 0x0606) << i;
 }
 
-TEST(Loops, clear_what_lies_beyond_the_vector_length) {
+TEST(Loops, ClearWhatLiesBeyondTheVectorLength) {
   CpuContext ctx = context(1);
   PredV all{};
   for (std::uint64_t& word : all.words) word = ~std::uint64_t{0};

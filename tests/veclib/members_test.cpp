@@ -83,12 +83,12 @@ std::set<std::string> wanted_names() {
   return names;
 }
 
-TEST(Members, are_listed_once_each) {
+TEST(Members, AreListedOnceEach) {
   std::set<std::string> seen;
   for (const member& each : members()) EXPECT_TRUE(seen.insert(each.name).second) << each.name;
 }
 
-TEST(Members, have_names_of_rows_only) {
+TEST(Members, HaveNamesOfRowsOnly) {
   const std::set<std::string> wanted = wanted_names();
   for (const member& each : members()) EXPECT_TRUE(wanted.contains(each.name)) << each.name;
 }
@@ -99,7 +99,7 @@ std::string stem_of(const std::string& name) {
   return std::regex_replace(name, tag, "", std::regex_constants::format_first_only);
 }
 
-TEST(Members, are_there_for_every_row_that_does_something) {
+TEST(Members, AreThereForEveryRowThatDoesSomething) {
   std::set<std::string> missing = wanted_names();
   EXPECT_EQ(missing.size(), 1447u);
   for (const member& each : members()) missing.erase(each.name);

@@ -2,20 +2,11 @@
 #include "sve/handlers/integer/divide.h"
 
 #include "sve/handlers/register_loops.h"
+#include "sve/state/integer_operations.h"
 
 using namespace quern;
 
 namespace {
-
-// AArch64's quotient, by tests that keep a host whose division traps from doing so.
-template <class T>
-constexpr T quotient(T dividend, T divisor) {
-  if (divisor == 0) return 0;
-  if constexpr (std::is_signed_v<T>) {
-    if (divisor == -1) return static_cast<T>(0 - static_cast<std::make_unsigned_t<T>>(dividend));
-  }
-  return static_cast<T>(dividend / divisor);
-}
 
 using signed_quotients = element_types<std::int64_t, std::int32_t>;
 using unsigned_quotients = element_types<std::uint64_t, std::uint32_t>;

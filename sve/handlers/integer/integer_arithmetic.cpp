@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "sve/handlers/integer/integer_operations.h"
+#include "sve/state/integer_operations.h"
 #include "sve/handlers/integer/trace_marker.h"
 #include "sve/handlers/register_loops.h"
 

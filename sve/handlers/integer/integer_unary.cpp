@@ -4,7 +4,7 @@
 #include <bit>
 #include <functional>
 
-#include "sve/handlers/integer/integer_operations.h"
+#include "sve/state/integer_operations.h"
 #include "sve/handlers/register_loops.h"
 
 using namespace quern;

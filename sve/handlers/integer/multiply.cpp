@@ -2,7 +2,7 @@
 #include "sve/handlers/integer/multiply.h"
 
 #include "sve/handlers/general_register.h"
-#include "sve/handlers/integer/integer_operations.h"
+#include "sve/state/integer_operations.h"
 #include "sve/handlers/register_loops.h"
 
 using namespace quern;

@@ -4,7 +4,7 @@
 #include <functional>
 #include <limits>
 
-#include "sve/handlers/integer/integer_operations.h"
+#include "sve/state/integer_operations.h"
 #include "sve/handlers/lane_loops.h"
 #include "sve/state/cpu_state.h"
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <utility>
 
-#include "sve/handlers/integer/integer_operations.h"
+#include "sve/state/integer_operations.h"
 #include "sve/handlers/register_loops.h"
 
 using namespace quern;

@@ -7,20 +7,20 @@ namespace {
 
 constexpr std::uint64_t all_ones = ~std::uint64_t{0};
 
-TEST(HighestBitSet, looks_at_the_low_bits_alone) {
+TEST(HighestBitSet, LooksAtTheLowBitsAlone) {
   EXPECT_EQ(HighestBitSet(0x1FF, 8), 7);
   EXPECT_EQ(HighestBitSet(0x100, 8), -1);
   EXPECT_EQ(HighestBitSet(all_ones, 64), 63);
   EXPECT_EQ(HighestBitSet(all_ones, 0), -1);
 }
 
-TEST(CountLeadingZeroBits, of_0_is_the_width) {
+TEST(CountLeadingZeroBits, Of0IsTheWidth) {
   EXPECT_EQ(CountLeadingZeroBits(0, 16), 16);
   EXPECT_EQ(CountLeadingZeroBits(1, 16), 15);
   EXPECT_EQ(CountLeadingZeroBits(0xF8000, 16), 0);
 }
 
-TEST(CountLeadingSignBits, begins_below_the_sign) {
+TEST(CountLeadingSignBits, BeginsBelowTheSign) {
   EXPECT_EQ(CountLeadingSignBits(0xFFFF, 16), 15);
   EXPECT_EQ(CountLeadingSignBits(0xC000, 16), 1);
   EXPECT_EQ(CountLeadingSignBits(0x8000, 16), 0);
@@ -30,14 +30,14 @@ TEST(CountLeadingSignBits, begins_below_the_sign) {
   EXPECT_EQ(CountLeadingSignBits(std::uint64_t{1} << 63, 64), 0);
 }
 
-TEST(BitCount, counts_none_of_no_bits) {
+TEST(BitCount, CountsNoneOfNoBits) {
   EXPECT_EQ(BitCount(0xFFFF, 8), 8);
   EXPECT_EQ(BitCount(all_ones, 64), 64);
   EXPECT_EQ(BitCount(all_ones, 0), 0);
   EXPECT_EQ(BitCount(all_ones, -4), 0);
 }
 
-TEST(BitReverse, mirrors_the_low_bits) {
+TEST(BitReverse, MirrorsTheLowBits) {
   EXPECT_EQ(BitReverse(0x101, 8), 0x80u);
   EXPECT_EQ(BitReverse(0x0003, 16), 0xC000u);
   EXPECT_EQ(BitReverse(1, 64), std::uint64_t{1} << 63);
@@ -45,7 +45,7 @@ TEST(BitReverse, mirrors_the_low_bits) {
   EXPECT_EQ(BitReverse(all_ones, -1), 0u);
 }
 
-TEST(Reverse, reverses_elements_of_1_2_and_4_bytes) {
+TEST(Reverse, ReversesElementsOf12And4Bytes) {
   static constexpr struct {
     int bits, bytes;
     std::uint64_t expected;
@@ -66,13 +66,13 @@ TEST(Reverse, reverses_elements_of_1_2_and_4_bytes) {
   for (const auto& c : cases) EXPECT_EQ(Reverse(0x0123456789ABCDEF, c.bits, c.bytes), c.expected) << c.bits << c.bytes;
 }
 
-TEST(PolynomialMult, adds_without_carries) {
+TEST(PolynomialMult, AddsWithoutCarries) {
   EXPECT_TRUE(PolynomialMult(3, 3) == 5);
   EXPECT_TRUE(PolynomialMult(all_ones, 2) == uint128{all_ones} << 1);
   EXPECT_TRUE(PolynomialMult(std::uint64_t{1} << 63, std::uint64_t{1} << 63) == uint128{1} << 126);
 }
 
-TEST(MaxAndMin, give_the_whole_operand_that_wins) {
+TEST(MaxAndMin, GiveTheWholeOperandThatWins) {
   static constexpr struct {
     std::uint64_t a, b;
     int size, is_unsigned;

@@ -26,14 +26,14 @@ void expect(SatResult (*saturate)(int128, int, int), const saturation_case (&cas
         << bits(c.i) << " to " << c.N << (c.is_unsigned ? "u" : "s");
 }
 
-TEST(Ones, of_0_and_of_64_are_all_ones) {
+TEST(Ones, Of0AndOf64AreAllOnes) {
   EXPECT_EQ(ones(0), all_ones);
   EXPECT_EQ(ones(64), all_ones);
   EXPECT_EQ(ones(1), 1u);
   EXPECT_EQ(ones(63), all_ones >> 1);
 }
 
-TEST(SatQ, keeps_the_bounds_and_clamps_one_past_them) {
+TEST(SatQ, KeepsTheBoundsAndClampsOnePastThem) {
   static constexpr saturation_case cases[] = {
       {127, 8, 0, {127, 0}},
       {128, 8, 0, {127, 1}},
@@ -55,7 +55,7 @@ TEST(SatQ, keeps_the_bounds_and_clamps_one_past_them) {
   expect(SatQ, cases);
 }
 
-TEST(SatQShift, leaves_values_whole) {
+TEST(SatQShift, LeavesValuesWhole) {
   static constexpr saturation_case cases[] = {
       {-1, 8, 0, {all_ones, 0}},
       {-129, 8, 0, {all_ones - 127, 1}},
@@ -72,7 +72,7 @@ TEST(SatQShift, leaves_values_whole) {
   expect(SatQShift, cases);
 }
 
-TEST(SatQUShift, asks_the_low_word_first) {
+TEST(SatQUShift, AsksTheLowWordFirst) {
   EXPECT_EQ(SatQUShift(255, 8), (SatResult{255, 0}));
   EXPECT_EQ(SatQUShift(two_to(64) + 7, 8), (SatResult{7, 0}));
   EXPECT_EQ(SatQUShift(256, 8), (SatResult{255, 1}));
@@ -81,7 +81,7 @@ TEST(SatQUShift, asks_the_low_word_first) {
   EXPECT_EQ(SatQUShift(-1, 8), (SatResult{0, 1}));
 }
 
-TEST(SatQBigInt, saturates_256_bits_as_SatQ_does_128) {
+TEST(SatQBigInt, Saturates256BitsAsSatQDoes128) {
   for (const int128 i : {int128{127}, int128{128}, int128{-128}, int128{-129}, two_to(64), -two_to(126)})
     for (const int is_unsigned : {0, 1})
       EXPECT_EQ(SatQBigInt(toBigInt(i), 8, is_unsigned), SatQ(i, 8, is_unsigned)) << bits(i);
@@ -92,7 +92,7 @@ TEST(SatQBigInt, saturates_256_bits_as_SatQ_does_128) {
   EXPECT_EQ(SatQBigInt({{0, std::uint64_t{1} << 63, 0, 0}}, 8, 0), (SatResult{127, 1}));
 }
 
-TEST(ShiftQLeftInt, saturates_what_is_shifted_out) {
+TEST(ShiftQLeftInt, SaturatesWhatIsShiftedOut) {
   static constexpr struct {
     int128 a, n;
     int size, is_unsigned;
@@ -124,7 +124,7 @@ void expect(SatResult (*operation)(std::uint64_t, std::uint64_t, int, int), cons
     EXPECT_EQ(operation(c.a, c.b, c.size, c.is_unsigned), c.expected) << c.a << ", " << c.b << " in " << c.size;
 }
 
-TEST(SatAdd, leaves_a_sum_in_range_uncut) {
+TEST(SatAdd, LeavesASumInRangeUncut) {
   static constexpr operation_case cases[] = {
       {0xFF, 0, 8, 0, {all_ones, 0}},      {0x7F, 1, 8, 0, {0x7F, 1}},   {0x80, 0xFF, 8, 0, {0x80, 1}},
       {200, 100, 8, 1, {255, 1}},          {200, 55, 8, 1, {255, 0}},    {all_ones >> 1, 1, 64, 0, {all_ones >> 1, 1}},
@@ -133,7 +133,7 @@ TEST(SatAdd, leaves_a_sum_in_range_uncut) {
   expect(SatAdd, cases);
 }
 
-TEST(SatSub, cuts_its_value_to_the_size) {
+TEST(SatSub, CutsItsValueToTheSize) {
   static constexpr operation_case cases[] = {
       {0xFF, 0, 8, 0, {0xFF, 0}}, {0x80, 1, 8, 0, {0x80, 1}}, {0x7F, 0xFF, 8, 0, {0x7F, 1}},
       {100, 200, 8, 1, {0, 1}},   {200, 100, 8, 1, {100, 0}}, {0, 1, 64, 1, {0, 1}},
@@ -141,7 +141,7 @@ TEST(SatSub, cuts_its_value_to_the_size) {
   expect(SatSub, cases);
 }
 
-TEST(SatMult, never_gives_the_saturated_value) {
+TEST(SatMult, NeverGivesTheSaturatedValue) {
   static constexpr operation_case cases[] = {
       {16, 16, 8, 1, {256, 1}},
       {15, 17, 8, 1, {255, 0}},
@@ -153,7 +153,7 @@ TEST(SatMult, never_gives_the_saturated_value) {
   expect(SatMult, cases);
 }
 
-TEST(SatShiftLeft, saturates_to_its_range) {
+TEST(SatShiftLeft, SaturatesToItsRange) {
   static constexpr operation_case cases[] = {
       {1, 7, 8, 1, {0x80, 0}},      {1, 100, 8, 1, {0xFF, 1}},           {1, 6, 8, 0, {0x40, 0}},
       {1, 7, 8, 0, {0x7F, 1}},      {0x80, 1, 8, 0, {0x80, 1}},          {0xFF, 3, 8, 0, {all_ones - 7, 0}},
@@ -162,7 +162,7 @@ TEST(SatShiftLeft, saturates_to_its_range) {
   expect(SatShiftLeft, cases);
 }
 
-TEST(SatShiftLeftU, makes_a_negative_value_0) {
+TEST(SatShiftLeftU, MakesANegativeValue0) {
   EXPECT_EQ(SatShiftLeftU(0xFF, 0, 8), (SatResult{0, 1}));
   EXPECT_EQ(SatShiftLeftU(0x7F, 1, 8), (SatResult{0xFE, 0}));
   EXPECT_EQ(SatShiftLeftU(0x7F, 2, 8), (SatResult{0xFF, 1}));

@@ -19,7 +19,7 @@ std::string text(int128 i) {
   return digits;
 }
 
-TEST(Int, reads_the_low_bits_by_their_sign) {
+TEST(Int, ReadsTheLowBitsByTheirSign) {
   static constexpr struct {
     std::uint64_t v;
     int size, is_unsigned;
@@ -42,16 +42,16 @@ TEST(Int, reads_the_low_bits_by_their_sign) {
     EXPECT_EQ(text(Int(c.v, c.size, c.is_unsigned)), text(c.expected)) << c.v << ' ' << c.size;
 }
 
-TEST(Int, of_no_bits_is_0_unsigned_and_the_wrapped_sign_bit_otherwise) {
+TEST(Int, OfNoBitsIs0UnsignedAndTheWrappedSignBitOtherwise) {
   EXPECT_EQ(text(Int(all_ones, 0, 1)), text(0));
   EXPECT_EQ(text(Int(all_ones, -3, 1)), text(0));
   EXPECT_EQ(text(Int(top_bit, 0, 0)), text(-1));
   EXPECT_EQ(text(Int(top_bit - 1, 0, 0)), text(0));
 }
 
-TEST(UInt, is_the_unsigned_reading) { EXPECT_EQ(text(UInt(0x1FF, 8)), text(255)); }
+TEST(UInt, IsTheUnsignedReading) { EXPECT_EQ(text(UInt(0x1FF, 8)), text(255)); }
 
-TEST(SInt, knows_the_sizes_of_lanes_alone) {
+TEST(SInt, KnowsTheSizesOfLanesAlone) {
   EXPECT_EQ(SInt(0x180, 8), -128);
   EXPECT_EQ(SInt(0x18000, 16), -32768);
   EXPECT_EQ(SInt(0xFFFFFFFF, 32), -1);
@@ -59,7 +59,7 @@ TEST(SInt, knows_the_sizes_of_lanes_alone) {
   for (const int size : {0, 1, 7, 24, 63, 65, 128}) EXPECT_EQ(SInt(all_ones, size), 0) << size;
 }
 
-TEST(WideArithmetic, wraps_at_128_bits) {
+TEST(WideArithmetic, WrapsAt128Bits) {
   constexpr int128 least = wide(top_bit, 0);
   EXPECT_EQ(text(AbsInt(least)), text(least));
   EXPECT_EQ(text(AbsInt(-5)), text(5));
@@ -69,24 +69,24 @@ TEST(WideArithmetic, wraps_at_128_bits) {
   EXPECT_EQ(bits(wide(3, 7)), 7u);
 }
 
-TEST(ShiftLeft, counts_modulo_64_whatever_the_size) {
+TEST(ShiftLeft, CountsModulo64WhateverTheSize) {
   EXPECT_EQ(ShiftLeft(1, 65, 8), 2u);
   EXPECT_EQ(ShiftLeft(0xFF, 4, 8), 0xFF0u);
 }
 
-TEST(ShiftLeftInt, takes_counts_above_64_as_64) {
+TEST(ShiftLeftInt, TakesCountsAbove64As64) {
   EXPECT_EQ(text(ShiftLeftInt(1, 100)), text(wide(1, 0)));
   EXPECT_EQ(text(ShiftLeftInt(1, 64)), text(wide(1, 0)));
   EXPECT_EQ(text(ShiftLeftInt(1, 63)), text(wide(0, top_bit)));
   EXPECT_EQ(text(ShiftLeftInt(-1, 200)), text(wide(all_ones, 0)));
 }
 
-TEST(ShiftLeftInt, by_a_negative_count_shifts_right) {
+TEST(ShiftLeftInt, ByANegativeCountShiftsRight) {
   EXPECT_EQ(text(ShiftLeftInt(-256, -4)), text(-16));
   EXPECT_EQ(text(ShiftLeftInt(wide(2, 0), -100)), text(ShiftRightInt(wide(2, 0), 65)));
 }
 
-TEST(ShiftRightInt, takes_counts_above_65_as_65) {
+TEST(ShiftRightInt, TakesCountsAbove65As65) {
   EXPECT_EQ(text(ShiftRightInt(-1, 70)), text(-1));
   for (const int128 a : {wide(0x8123456789ABCDEF, 5), wide(0x7123456789ABCDEF, all_ones)}) {
     for (const int n : {66, 70, 127, 129, 1000}) EXPECT_EQ(text(ShiftRightInt(a, n)), text(a >> 65)) << n;
@@ -94,24 +94,24 @@ TEST(ShiftRightInt, takes_counts_above_65_as_65) {
   }
 }
 
-TEST(ShiftRightInt, by_128_asks_the_two_top_bits) {
+TEST(ShiftRightInt, By128AsksTheTwoTopBits) {
   EXPECT_EQ(text(ShiftRightInt(wide(0xC000000000000000, 0), 128)), text(-1));  // -2^126
   EXPECT_EQ(text(ShiftRightInt(wide(0x8000000000000000, 0), 128)), text(0));
   EXPECT_EQ(text(ShiftRightInt(wide(0x4000000000000000, 0), 128)), text(0));
 }
 
-TEST(BigInt, is_sign_extended_from_128_bits) {
+TEST(BigInt, IsSignExtendedFrom128Bits) {
   const BigInt negative = toBigInt(-2), positive = toBigInt(wide(3, 7));
   EXPECT_THAT(negative.words, testing::ElementsAre(all_ones - 1, all_ones, all_ones, all_ones));
   EXPECT_THAT(positive.words, testing::ElementsAre(7, 3, 0, 0));
 }
 
-TEST(BigInt, adds_with_carries_between_words) {
+TEST(BigInt, AddsWithCarriesBetweenWords) {
   EXPECT_THAT(AddBigInt({{all_ones, all_ones, 5, 0}}, {{1, 0, 0, 0}}).words, testing::ElementsAre(0, 0, 6, 0));
   EXPECT_THAT(AddBigInt(toBigInt(-1), toBigInt(1)).words, testing::ElementsAre(0, 0, 0, 0));
 }
 
-TEST(BigInt, shifts_right_with_its_sign) {
+TEST(BigInt, ShiftsRightWithItsSign) {
   const BigInt b{{1, 2, 3, top_bit}};
   EXPECT_THAT(ShiftRightBigInt(b, 0).words, testing::ElementsAre(1, 2, 3, top_bit));
   EXPECT_THAT(ShiftRightBigInt(b, 64).words, testing::ElementsAre(2, 3, top_bit, all_ones));

@@ -1,5 +1,5 @@
 // Counts by pattern: the library's functions, and the way of their words to a register.
-#include "sve/veclib/counting.h"
+#include "sve/veclib/predicate/element_count.h"
 
 #include <gtest/gtest.h>
 

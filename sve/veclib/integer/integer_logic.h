@@ -1,0 +1,7 @@
+// Bitwise logic, as functions of the vector library.
+#pragma once
+
+#include "sve/state/cpu_context.h"
+
+#define MEMBERS "sve/veclib/integer/integer_logic.def"
+#include "sve/veclib/members/declare.inc"

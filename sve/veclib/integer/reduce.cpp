@@ -1,0 +1,40 @@
+// Integer reductions.
+#include "sve/veclib/integer/reduce.h"
+
+#include <functional>
+#include <limits>
+
+#include "sve/state/integer_operations.h"
+#include "sve/veclib/frame.h"
+
+namespace quern::veclib {
+namespace {
+
+// A fold in the lane's type, from what `start` is for it. The result has the lane's bits alone.
+template <class Op, class Start>
+constexpr auto reducing(Op op, Start start) {
+  return [op, start]<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& a) -> std::uint64_t {
+    return as_unsigned(reduce_lanes<T, T>(op, start(T{}), ctx, pg, a));
+  };
+}
+
+constexpr auto zero = []<class T>(T) { return T{0}; };
+constexpr auto ones_of = []<class T>(T) { return static_cast<T>(~T{0}); };
+constexpr auto least = []<class T>(T) { return std::numeric_limits<T>::min(); };
+constexpr auto greatest = []<class T>(T) { return std::numeric_limits<T>::max(); };
+
+constexpr auto AddReduceV = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& a) {
+  const auto sum = [](std::uint64_t x, std::uint64_t y) { return x + y; };
+  return reduce_lanes<T, std::uint64_t>(sum, 0, ctx, pg, a);
+};
+constexpr auto AndReduceV = reducing(std::bit_and{}, ones_of);
+constexpr auto OrReduceV = reducing(std::bit_or{}, zero);
+constexpr auto XorReduceV = reducing(std::bit_xor{}, zero);
+constexpr auto MaxReduceV = reducing(maximum{}, least);
+constexpr auto MinReduceV = reducing(minimum{}, greatest);
+
+}  // namespace
+}  // namespace quern::veclib
+
+#define MEMBERS "sve/veclib/integer/reduce.def"
+#include "sve/veclib/members/define.inc"

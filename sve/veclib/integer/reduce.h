@@ -1,0 +1,7 @@
+// Integer reductions, as functions of the vector library.
+#pragma once
+
+#include "sve/state/cpu_context.h"
+
+#define MEMBERS "sve/veclib/integer/reduce.def"
+#include "sve/veclib/members/declare.inc"

@@ -1,0 +1,7 @@
+// Shifts, as functions of the vector library.
+#pragma once
+
+#include "sve/state/cpu_context.h"
+
+#define MEMBERS "sve/veclib/integer/shift.def"
+#include "sve/veclib/members/declare.inc"
