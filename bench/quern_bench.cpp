@@ -8,6 +8,7 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   quern::register_direct_thunks();
   quern::register_memory();
+  quern::register_float();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

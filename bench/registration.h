@@ -10,4 +10,7 @@ void register_direct_thunks();
 // The memory instructions, all and half of the lanes active, with tracing off and on, beside memcpy of the same bytes.
 void register_memory();
 
+// The routines of the software floating point.
+void register_float();
+
 }  // namespace quern

@@ -25,8 +25,8 @@ T add(T left, T right, int flip, int mode, int* flags) {
   if (is_infinite(b)) return infinity<T>(b_sgn);
   if (is_zero(a) && is_zero(b) && a.sgn == b_sgn) return zero<T>(a.sgn);
 
-  const term<significand<T>> x = {a.sgn, a.exp, a.mnt << guard_bits};
-  const term<significand<T>> y = {b_sgn, b.exp, b.mnt << guard_bits};
+  const term<mantissa<T>> x = {a.sgn, a.exp, a.mnt << guard_bits};
+  const term<mantissa<T>> y = {b_sgn, b.exp, b.mnt << guard_bits};
   return round_sum<T>(add_terms(x, y), float_format<T>::fraction_bits + guard_bits, mode, flags);
 }
 

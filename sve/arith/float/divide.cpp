@@ -13,8 +13,8 @@ namespace {
 // needs, and fits in one; a remainder is sticky.
 template <float_bits T>
 T quotient(const unpacked<T>& a, const unpacked<T>& b, int mode, int* flags) {
-  using word = significand<T>;
-  using wide = wide_significand<T>;
+  using word = mantissa<T>;
+  using wide = wide_mantissa<T>;
   const int a_zeros = leading_zeros(a.mnt), b_zeros = leading_zeros(b.mnt);
   const wide dividend = static_cast<wide>(a.mnt << a_zeros) << (bits_of<word> - 2);
   const word divisor = b.mnt << b_zeros;

@@ -33,9 +33,9 @@ static_assert(recip_sqrt_estimate_table[128] == 105 && recip_sqrt_estimate_table
 template <float_bits T>
 struct normalized {
   int exp;
-  significand<T> mnt;
+  mantissa<T> mnt;
   explicit normalized(const unpacked<T>& a)
-      : exp(a.exp - leading_zeros(a.mnt) + bits_of<significand<T>> - 1 - float_format<T>::fraction_bits),
+      : exp(a.exp - leading_zeros(a.mnt) + bits_of<mantissa<T>> - 1 - float_format<T>::fraction_bits),
         mnt(a.mnt << leading_zeros(a.mnt)) {}
 };
 
@@ -50,10 +50,9 @@ template <float_bits T>
 T recip_estimate(const unpacked<T>& a) {
   using format = float_format<T>;
   const normalized<T> n(a);
-  const auto middle =
-      static_cast<unsigned>(n.mnt >> (bits_of<significand<T>> - 10)) | 1;  // of an interval, in 1/1024ths
+  const auto middle = static_cast<unsigned>(n.mnt >> (bits_of<mantissa<T>> - 10)) | 1;  // of an interval, in 1/1024ths
   const unsigned estimate = ((1U << 19) / middle + 1) >> 1;
-  const significand<T> mnt = significand<T>{estimate} << (format::fraction_bits - 8);
+  const mantissa<T> mnt = mantissa<T>{estimate} << (format::fraction_bits - 8);
   const int exp = 2 * format::bias - 1 - n.exp;
   return exp > 0 ? pack<T>(a.sgn, exp, mnt) : pack<T>(a.sgn, 0, mnt >> (1 - exp));
 }
@@ -62,8 +61,8 @@ template <float_bits T>
 T recip_sqrt_estimate(const unpacked<T>& a) {
   using format = float_format<T>;
   const normalized<T> n(a);
-  const auto interval = static_cast<unsigned>(n.mnt >> (bits_of<significand<T>> - 8)) & 127;
-  const significand<T> fraction = recip_sqrt_estimate_table[interval + (n.exp % 2 == 0 ? 128 : 0)];
+  const auto interval = static_cast<unsigned>(n.mnt >> (bits_of<mantissa<T>> - 8)) & 127;
+  const mantissa<T> fraction = recip_sqrt_estimate_table[interval + (n.exp % 2 == 0 ? 128 : 0)];
   return pack<T>(0, (3 * format::bias - 1 - n.exp) >> 1, fraction << (format::fraction_bits - 8));
 }
 

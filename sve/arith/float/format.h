@@ -33,20 +33,26 @@ struct float_format {
 
 // What a significand is computed in: no narrower than int, so that no arithmetic is promoted behind our back.
 template <float_bits T>
-using significand = std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>;
+using mantissa = std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>;
 
 // Twice as wide: holds the product of two significands.
 template <float_bits T>
-using wide_significand = std::conditional_t<sizeof(T) == 8, uint128, std::uint64_t>;
+using wide_mantissa = std::conditional_t<sizeof(T) == 8, uint128, std::uint64_t>;
+
+// The former names, until all callers have the new ones: the C library has a function called significand.
+template <float_bits T>
+using significand = mantissa<T>;
+template <float_bits T>
+using wide_significand = wide_mantissa<T>;
 
 template <class Word>
 inline constexpr int bits_of = 8 * sizeof(Word);
 
 // The pattern of a sign, an exponent field and a fraction; a hidden bit in the fraction is dropped.
 template <float_bits T>
-constexpr T pack(int sgn, int exp, significand<T> mnt) {
+constexpr T pack(int sgn, int exp, mantissa<T> mnt) {
   using format = float_format<T>;
-  const auto sign_and_exponent = static_cast<significand<T>>(sgn << format::exponent_bits | exp);
+  const auto sign_and_exponent = static_cast<mantissa<T>>(sgn << format::exponent_bits | exp);
   return static_cast<T>(sign_and_exponent << format::fraction_bits | (mnt & format::fraction_mask));
 }
 

@@ -23,7 +23,7 @@ T multiply(T left, T right, Answer infinity_times_zero, int mode, int* flags) {
   if (infinite) return infinity<T>(sgn);
   if (null) return zero<T>(sgn);
 
-  const auto product = wide_significand<T>{a.mnt} * b.mnt;
+  const auto product = wide_mantissa<T>{a.mnt} * b.mnt;
   return normalize_and_round<T>(sgn, a.exp + b.exp - format::bias, product, 2 * format::fraction_bits,
                                 rounding_of(mode), mode, flags);
 }

@@ -20,7 +20,7 @@ constexpr int product_shift = sizeof(T) == 2 ? 9 : 3;
 template <float_bits T>
 T fused(T addend, T left, T right, int scale, int mode, int* flags) {
   using format = float_format<T>;
-  using wide = wide_significand<T>;
+  using wide = wide_mantissa<T>;
   const unpacked<T> a = unpack(addend, mode, flags);
   const unpacked<T> b = unpack(left, mode, flags);
   const unpacked<T> c = unpack(right, mode, flags);

@@ -48,7 +48,7 @@ constexpr T overflow(int sgn, int rm, int mode, int* flags) {
 template <float_bits T>
 constexpr T round(int sgn, int exp, T mnt, int rm, int mode, int* flags) {
   using format = float_format<T>;
-  using word = significand<T>;
+  using word = mantissa<T>;
   if (exp < 1 && (mode & mode_flush<T>)) {
     *flags |= UFC;
     return zero<T>(sgn);

@@ -27,8 +27,8 @@ constexpr Word near_root(Word n) {
 // root then fills a word. As the low bits of n are zero, its near root is no further up than a word reaches.
 template <float_bits T>
 T root(const unpacked<T>& a, int mode, int* flags) {
-  using word = significand<T>;
-  using wide = wide_significand<T>;
+  using word = mantissa<T>;
+  using wide = wide_mantissa<T>;
   constexpr int top = bits_of<word> - 1;
   const int zeros = leading_zeros(a.mnt);
   const int exponent = a.exp - zeros + top - float_format<T>::fraction_bits - float_format<T>::bias;

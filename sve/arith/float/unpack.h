@@ -16,7 +16,7 @@ template <float_bits T>
 struct unpacked {
   int sgn;
   int exp;
-  significand<T> mnt;
+  mantissa<T> mnt;
 };
 
 // The parts of `value`. A subnormal under its flush bit becomes a zero of its sign, which raises IDC in single and
@@ -26,7 +26,7 @@ constexpr unpacked<T> unpack(T value, int mode, int* flags) {
   using format = float_format<T>;
   const int sgn = (value & format::sign_bit) != 0;
   const int exp = static_cast<int>(value >> format::fraction_bits) & format::top_exponent;
-  const significand<T> fraction = value & format::fraction_mask;
+  const mantissa<T> fraction = value & format::fraction_mask;
   if (exp != 0) return {sgn, exp, fraction | format::hidden_bit};
   if (fraction == 0 || !(mode & mode_flush<T>)) return {sgn, 1, fraction};
   if (sizeof(T) != 2) *flags |= IDC;

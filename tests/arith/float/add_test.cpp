@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class addition : public testing::Test {};
-TYPED_TEST_SUITE(addition, formats);
+class Addition : public testing::Test {};
+TYPED_TEST_SUITE(Addition, formats);
 
-TYPED_TEST(addition, subtraction_of_equals_is_plus_zero_but_minus_zero_in_mode_2) {
+TYPED_TEST(Addition, SubtractionOfEqualsIsPlusZeroButMinusZeroInMode2) {
   using T = TypeParam;
   for (const std::uint32_t mode : {RN, RP, RM, RZ}) {
     const T zero = mode == RM ? num<T>(-0.0) : num<T>(0.0);
@@ -31,7 +31,7 @@ TYPED_TEST(addition, subtraction_of_equals_is_plus_zero_but_minus_zero_in_mode_2
   }
 }
 
-TYPED_TEST(addition, sums_are_rounded_once_in_every_mode) {
+TYPED_TEST(Addition, SumsAreRoundedOnceInEveryMode) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T one = num<T>(1);
@@ -55,7 +55,7 @@ TYPED_TEST(addition, sums_are_rounded_once_in_every_mode) {
       });
 }
 
-TYPED_TEST(addition, infinities_add_up_and_cancel_with_IOC) {
+TYPED_TEST(Addition, InfinitiesAddUpAndCancelWithIOC) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T minus_inf = v::minus + v::inf;
@@ -72,7 +72,7 @@ TYPED_TEST(addition, infinities_add_up_and_cancel_with_IOC) {
                   });
 }
 
-TYPED_TEST(addition, a_NaN_subtrahend_keeps_its_sign) {
+TYPED_TEST(Addition, ANaNSubtrahendKeepsItsSign) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPSub, {
@@ -81,7 +81,7 @@ TYPED_TEST(addition, a_NaN_subtrahend_keeps_its_sign) {
                   });
 }
 
-TYPED_TEST(addition, a_flushed_term_is_a_zero_of_its_sign) {
+TYPED_TEST(Addition, AFlushedTermIsAZeroOfItsSign) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T minus_subnormal = v::minus + v::subnormal;

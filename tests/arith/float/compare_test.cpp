@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class comparison : public testing::Test {};
-TYPED_TEST_SUITE(comparison, formats);
+class Comparison : public testing::Test {};
+TYPED_TEST_SUITE(Comparison, formats);
 
-TYPED_TEST(comparison, zeros_and_flushed_subnormals_are_equal) {
+TYPED_TEST(Comparison, ZerosAndFlushedSubnormalsAreEqual) {
   using T = TypeParam;
   using v = values<T>;
   check<T, bool>(FPCompareEQ, {
@@ -25,7 +25,7 @@ TYPED_TEST(comparison, zeros_and_flushed_subnormals_are_equal) {
   check<T, bool>(FPCompareGT, {{"-0 and +0", {v::minus, 0}, 0, false, 0}, {"+0 and -0", {0, v::minus}, 0, false, 0}});
 }
 
-TYPED_TEST(comparison, a_quiet_NaN_raises_IOC_in_ordered_comparisons_alone) {
+TYPED_TEST(Comparison, AQuietNaNRaisesIOCInOrderedComparisonsAlone) {
   using T = TypeParam;
   using v = values<T>;
   check<T, bool>(FPCompareGE, {{"quiet", {v::quiet, 0}, 0, false, IOC}, {"both", {v::nan, v::nan}, 0, false, IOC}});
@@ -44,7 +44,7 @@ TYPED_TEST(comparison, a_quiet_NaN_raises_IOC_in_ordered_comparisons_alone) {
 }
 
 // All numbers in ascending order, each compared with each.
-TYPED_TEST(comparison, numbers_are_ordered) {
+TYPED_TEST(Comparison, NumbersAreOrdered) {
   using T = TypeParam;
   using v = values<T>;
   const T ascending[] = {v::minus + v::inf,
@@ -93,7 +93,7 @@ void check_flags_of_comparison() {
                 {{"unordered", {v::quiet, num<T>(1)}, 0, 3, IOC}, {"less", {num<T>(1), num<T>(2)}, 0, 8, 0}});
 }
 
-TEST(FPCompare, gives_the_flags_as_a_nibble) {
+TEST(FPCompare, GivesTheFlagsAsANibble) {
   check_flags_of_comparison<single>();
   check_flags_of_comparison<double_bits>();
 }

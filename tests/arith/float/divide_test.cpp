@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class division : public testing::Test {};
-TYPED_TEST_SUITE(division, formats);
+class Division : public testing::Test {};
+TYPED_TEST_SUITE(Division, formats);
 
-TYPED_TEST(division, by_zero_and_by_infinity) {
+TYPED_TEST(Division, ByZeroAndByInfinity) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T minus_inf = v::minus + v::inf, one = num<T>(1);
@@ -31,7 +31,7 @@ TYPED_TEST(division, by_zero_and_by_infinity) {
                   });
 }
 
-TYPED_TEST(division, at_the_ends_of_the_range) {
+TYPED_TEST(Division, AtTheEndsOfTheRange) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPDiv, {
@@ -81,7 +81,7 @@ int check_against_long_division(T a, T b) {
   return judged;
 }
 
-TYPED_TEST(division, random_quotients_are_those_of_long_division) {
+TYPED_TEST(Division, RandomQuotientsAreThoseOfLongDivision) {
   using T = TypeParam;
   std::mt19937_64 random(20);
   int judged = 0;
@@ -103,7 +103,7 @@ inline uint128 near_whole(uint128 divisor, int near, int bits) {
 }
 
 // Quotients next to a representable number and, as often, next to halfway between two.
-TYPED_TEST(division, quotients_next_to_halfway_are_those_of_long_division) {
+TYPED_TEST(Division, QuotientsNextToHalfwayAreThoseOfLongDivision) {
   using T = TypeParam;
   constexpr int bits = float_format<T>::fraction_bits;
   std::mt19937_64 random(21);
@@ -114,9 +114,8 @@ TYPED_TEST(division, quotients_next_to_halfway_are_those_of_long_division) {
       uint128 dividend = near_whole(divisor, near, bits + 1 + i % 2);
       if (i % 4 >= 2) dividend = divisor - dividend;  // the same on the other side
       while (dividend < float_format<T>::hidden_bit) dividend *= 2;
-      judged +=
-          check_against_long_division(pack<T>(0, float_format<T>::bias, static_cast<significand<T>>(dividend)),
-                                      pack<T>(i & 1, float_format<T>::bias, static_cast<significand<T>>(divisor)));
+      judged += check_against_long_division(pack<T>(0, float_format<T>::bias, static_cast<mantissa<T>>(dividend)),
+                                            pack<T>(i & 1, float_format<T>::bias, static_cast<mantissa<T>>(divisor)));
     }
   }
   EXPECT_EQ(judged, 2000 * 3 * 4);

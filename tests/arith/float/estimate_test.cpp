@@ -8,10 +8,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class estimate : public testing::Test {};
-TYPED_TEST_SUITE(estimate, formats);
+class Estimate : public testing::Test {};
+TYPED_TEST_SUITE(Estimate, formats);
 
-TYPED_TEST(estimate, of_the_reciprocal_of_zeros_infinities_and_NaNs) {
+TYPED_TEST(Estimate, OfTheReciprocalOfZerosInfinitiesAndNaNs) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPRecipEstimate,
@@ -26,7 +26,7 @@ TYPED_TEST(estimate, of_the_reciprocal_of_zeros_infinities_and_NaNs) {
            });
 }
 
-TYPED_TEST(estimate, of_a_reciprocal_too_large_overflows_by_the_rounding) {
+TYPED_TEST(Estimate, OfAReciprocalTooLargeOverflowsByTheRounding) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T limit = v::smallest / 4, below = limit - 1;
@@ -43,7 +43,7 @@ TYPED_TEST(estimate, of_a_reciprocal_too_large_overflows_by_the_rounding) {
                             });
 }
 
-TEST(FPRecipEstimate, gives_the_patterns_of_the_definition) {
+TEST(FPRecipEstimate, GivesThePatternsOfTheDefinition) {
   check<single>(FPRecipEstimate,
                 {
                     {"2^-150 doesn't exist, and the smallest subnormal overflows", {1}, RZ, 0x7F7FFFFF, OFC | IXC},
@@ -74,7 +74,7 @@ TEST(FPRecipEstimate, gives_the_patterns_of_the_definition) {
                                       });
 }
 
-TYPED_TEST(estimate, of_the_reciprocal_root_of_zeros_negatives_infinities_and_NaNs) {
+TYPED_TEST(Estimate, OfTheReciprocalRootOfZerosNegativesInfinitiesAndNaNs) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPRSqrtEstimate,
@@ -91,7 +91,7 @@ TYPED_TEST(estimate, of_the_reciprocal_root_of_zeros_negatives_infinities_and_Na
            });
 }
 
-TEST(FPRSqrtEstimate, uses_the_upper_half_of_the_table_for_even_exponents) {
+TEST(FPRSqrtEstimate, UsesTheUpperHalfOfTheTableForEvenExponents) {
   check<single>(FPRSqrtEstimate, {
                                      {"1.0, exponent 127: entry 0", {0x3F800000}, 0, 0x3F7F8000, 0},
                                      {"just below 2: entry 127", {0x3FFFFFFF}, 0, 0x3F350000, 0},
@@ -113,7 +113,7 @@ TEST(FPRSqrtEstimate, uses_the_upper_half_of_the_table_for_even_exponents) {
 }
 
 // Against the true value: the published estimates are within 2^-8 of it.
-TEST(estimates, are_near_the_true_value) {
+TEST(Estimates, AreNearTheTrueValue) {
   for (single a = 0x3F800000; a < 0x40800000; a += 0x1357) {
     FPSCR fpscr;
     const double exact = std::bit_cast<float>(a);
@@ -125,7 +125,7 @@ TEST(estimates, are_near_the_true_value) {
   }
 }
 
-TYPED_TEST(estimate, of_an_exponents_reciprocal) {
+TYPED_TEST(Estimate, OfAnExponentsReciprocal) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T top_power = v::inf - v::smallest;  // 2^bias
@@ -144,7 +144,7 @@ TYPED_TEST(estimate, of_an_exponents_reciprocal) {
                     });
 }
 
-TEST(FPRecpX, inverts_the_exponent_field) {
+TEST(FPRecpX, InvertsTheExponentField) {
   for (int exp = 1; exp != 255; ++exp) {
     FPSCR fpscr;
     EXPECT_EQ(FPRecpX(pack<single>(1, exp, 0x123456), fpscr), pack<single>(1, ~exp & 255, 0)) << exp;
@@ -155,7 +155,7 @@ struct fixed_case {
   std::uint64_t operand, result;
 };
 
-TEST(UnsignedRecipEstimate, of_fractions_of_one) {
+TEST(UnsignedRecipEstimate, OfFractionsOfOne) {
   const fixed_case cases[] = {
       {0x7FFFFFFF, 0xFFFFFFFF}, {0, 0xFFFFFFFF},          {0x80000000, 0xFF800000},  {0x80800000, 0xFE800000},
       {0xFFFFFFFF, 0x80000000}, {0xC0000000, 0xAA800000}, {0x500000000, 0xFFFFFFFF}, {0x5C0000000, 0xAA800000},
@@ -166,7 +166,7 @@ TEST(UnsignedRecipEstimate, of_fractions_of_one) {
   }
 }
 
-TEST(UnsignedRSqrtEstimate, of_fractions_of_one) {
+TEST(UnsignedRSqrtEstimate, OfFractionsOfOne) {
   const fixed_case cases[] = {
       {0x3FFFFFFF, 0xFFFFFFFF}, {0x40000000, 0xFF800000}, {0x7FFFFFFF, 0xB5000000},
       {0x80000000, 0xB4800000}, {0xFFFFFFFF, 0x80000000}, {0xF3FFFFFFF, 0xFFFFFFFF},
@@ -178,7 +178,7 @@ TEST(UnsignedRSqrtEstimate, of_fractions_of_one) {
 std::uint64_t to_fixed_point(single a) { return 0x80000000 | (std::uint64_t{a} << 8 & 0x7FFFFFFF); }
 
 // The fixed-point estimates and the floating-point ones are the same function of the same top bits.
-TEST(UnsignedRecipEstimate, agrees_with_the_floating_point_estimate) {
+TEST(UnsignedRecipEstimate, AgreesWithTheFloatingPointEstimate) {
   for (std::uint64_t v = 0x80000000; v <= 0xFFFFFFFF; v += 0x3FFFFF) {
     FPSCR fpscr;
     const single a = pack<single>(0, 126, static_cast<single>(v >> 8));
@@ -186,7 +186,7 @@ TEST(UnsignedRecipEstimate, agrees_with_the_floating_point_estimate) {
   }
 }
 
-TEST(UnsignedRSqrtEstimate, agrees_with_the_floating_point_estimate) {
+TEST(UnsignedRSqrtEstimate, AgreesWithTheFloatingPointEstimate) {
   for (std::uint64_t v = 0x40000000; v <= 0xFFFFFFFF; v += 0x3FFFFF) {
     FPSCR fpscr;
     const bool upper = v >> 31;

@@ -41,7 +41,7 @@ constexpr T num(double value) {
   const int sgn = static_cast<int>(bits >> 63);
   if (bits << 1 == 0) return zero<T>(sgn);
   const int exp = static_cast<int>(bits >> 52 & 2047) - 1023 + float_format<T>::bias;
-  return pack<T>(sgn, exp, static_cast<significand<T>>(bits >> (52 - float_format<T>::fraction_bits)));
+  return pack<T>(sgn, exp, static_cast<mantissa<T>>(bits >> (52 - float_format<T>::fraction_bits)));
 }
 
 template <class T>

@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class minimum_maximum : public testing::Test {};
-TYPED_TEST_SUITE(minimum_maximum, formats);
+class MinimumMaximum : public testing::Test {};
+TYPED_TEST_SUITE(MinimumMaximum, formats);
 
-TYPED_TEST(minimum_maximum, greater_and_smaller_of_numbers) {
+TYPED_TEST(MinimumMaximum, GreaterAndSmallerOfNumbers) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T minus_inf = v::minus + v::inf;
@@ -39,7 +39,7 @@ TYPED_TEST(minimum_maximum, greater_and_smaller_of_numbers) {
   }
 }
 
-TYPED_TEST(minimum_maximum, subnormals_come_out_as_themselves_or_flushed_with_their_sign) {
+TYPED_TEST(MinimumMaximum, SubnormalsComeOutAsThemselvesOrFlushedWithTheirSign) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T minus_subnormal = v::minus + v::subnormal;
@@ -58,7 +58,7 @@ TYPED_TEST(minimum_maximum, subnormals_come_out_as_themselves_or_flushed_with_th
   check<T>(FPMin, {{"a flushed positive one and 1", {num<T>(1), v::subnormal}, flush<T>, 0, flushed<T>}});
 }
 
-TYPED_TEST(minimum_maximum, a_NaN_wins_but_a_number_beats_a_quiet_one_in_the_numeric_forms) {
+TYPED_TEST(MinimumMaximum, ANaNWinsButANumberBeatsAQuietOneInTheNumericForms) {
   using T = TypeParam;
   using v = values<T>;
   for (const auto op : {FPMax<T>, FPMin<T>}) {

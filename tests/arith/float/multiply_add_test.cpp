@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class fused_multiply_add : public testing::Test {};
-TYPED_TEST_SUITE(fused_multiply_add, formats);
+class FusedMultiplyAdd : public testing::Test {};
+TYPED_TEST_SUITE(FusedMultiplyAdd, formats);
 
-TYPED_TEST(fused_multiply_add, a_quiet_NaN_addend_does_not_hide_an_invalid_product) {
+TYPED_TEST(FusedMultiplyAdd, AQuietNaNAddendDoesNotHideAnInvalidProduct) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPMulAdd, {
@@ -24,7 +24,7 @@ TYPED_TEST(fused_multiply_add, a_quiet_NaN_addend_does_not_hide_an_invalid_produ
                      });
 }
 
-TYPED_TEST(fused_multiply_add, infinities) {
+TYPED_TEST(FusedMultiplyAdd, Infinities) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T one = num<T>(1), minus_inf = v::minus + v::inf;
@@ -37,7 +37,7 @@ TYPED_TEST(fused_multiply_add, infinities) {
                      });
 }
 
-TYPED_TEST(fused_multiply_add, an_exact_zero_is_positive_but_negative_in_mode_2) {
+TYPED_TEST(FusedMultiplyAdd, AnExactZeroIsPositiveButNegativeInMode2) {
   using T = TypeParam;
   using v = values<T>;
   for (const std::uint32_t mode : {RN, RP, RM, RZ}) {
@@ -53,7 +53,7 @@ TYPED_TEST(fused_multiply_add, an_exact_zero_is_positive_but_negative_in_mode_2)
   }
 }
 
-TYPED_TEST(fused_multiply_add, rounds_once) {
+TYPED_TEST(FusedMultiplyAdd, RoundsOnce) {
   using T = TypeParam;
   using v = values<T>;
   using format = float_format<T>;
@@ -81,7 +81,7 @@ TYPED_TEST(fused_multiply_add, rounds_once) {
                      });
 }
 
-TEST(fp32_muladd, scales_before_it_rounds_and_leaves_zeros_and_infinities) {
+TEST(Fp32Muladd, ScalesBeforeItRoundsAndLeavesZerosAndInfinities) {
   int flags = 0;
   EXPECT_EQ(fp32_muladd(num<single>(1), num<single>(2), num<single>(3), -1, 0, &flags), num<single>(3.5));
   EXPECT_EQ(fp16_muladd(num<half>(1), num<half>(2), num<half>(3), 2, 0, &flags), num<half>(28));

@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class multiplication : public testing::Test {};
-TYPED_TEST_SUITE(multiplication, formats);
+class Multiplication : public testing::Test {};
+TYPED_TEST_SUITE(Multiplication, formats);
 
-TYPED_TEST(multiplication, infinity_times_zero_is_the_default_NaN_and_two_in_the_extended_form) {
+TYPED_TEST(Multiplication, InfinityTimesZeroIsTheDefaultNaNAndTwoInTheExtendedForm) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T minus_inf = v::minus + v::inf, minus_zero = v::minus;
@@ -29,7 +29,7 @@ TYPED_TEST(multiplication, infinity_times_zero_is_the_default_NaN_and_two_in_the
                    });
 }
 
-TYPED_TEST(multiplication, both_forms_agree_on_all_else) {
+TYPED_TEST(Multiplication, BothFormsAgreeOnAllElse) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T one = num<T>(1), under = one - 1;

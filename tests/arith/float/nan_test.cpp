@@ -10,10 +10,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class nan_selection : public testing::Test {};
-TYPED_TEST_SUITE(nan_selection, formats);
+class NanSelection : public testing::Test {};
+TYPED_TEST_SUITE(NanSelection, formats);
 
-TYPED_TEST(nan_selection, one_NaN_is_made_quiet_and_keeps_sign_and_payload) {
+TYPED_TEST(NanSelection, OneNaNIsMadeQuietAndKeepsSignAndPayload) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPSqrt, {
@@ -25,7 +25,7 @@ TYPED_TEST(nan_selection, one_NaN_is_made_quiet_and_keeps_sign_and_payload) {
                    });
 }
 
-TYPED_TEST(nan_selection, of_two_NaNs_a_signalling_one_wins_and_then_the_first) {
+TYPED_TEST(NanSelection, OfTwoNaNsASignallingOneWinsAndThenTheFirst) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPAdd,
@@ -42,7 +42,7 @@ TYPED_TEST(nan_selection, of_two_NaNs_a_signalling_one_wins_and_then_the_first) 
            });
 }
 
-TYPED_TEST(nan_selection, of_three_NaNs_a_signalling_one_wins_and_then_the_first) {
+TYPED_TEST(NanSelection, OfThreeNaNsASignallingOneWinsAndThenTheFirst) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T a = v::nan + 1, b = v::nan + 2, c = v::nan + 4;

@@ -6,7 +6,7 @@
 namespace quern {
 namespace {
 
-TEST(FPProcess, flushes_subnormals_by_their_own_bit_and_halves_without_a_flag) {
+TEST(FPProcess, FlushesSubnormalsByTheirOwnBitAndHalvesWithoutAFlag) {
   check<half>(FPProcess16, {
                                {"FZ16", {0x0001}, FZ16, 0, 0},
                                {"FZ16, negative", {0x83FF}, FZ16, 0x8000, 0},
@@ -24,7 +24,7 @@ TEST(FPProcess, flushes_subnormals_by_their_own_bit_and_halves_without_a_flag) {
                                   });
 }
 
-TEST(FPProcess, quietens_a_signalling_NaN_and_gives_the_default_one_under_DN) {
+TEST(FPProcess, QuietensASignallingNaNAndGivesTheDefaultOneUnderDN) {
   check<half>(FPProcess16, {
                                {"signalling", {0xFC01}, 0, 0xFE01, IOC},
                                {"quiet", {0xFE01}, 0, 0xFE01, 0},
@@ -37,7 +37,7 @@ TEST(FPProcess, quietens_a_signalling_NaN_and_gives_the_default_one_under_DN) {
   check<double_bits>(FPProcess64, {{"signalling", {0x7FF0000000000001}, 0, 0x7FF8000000000001, IOC}});
 }
 
-TEST(FPProcess, gives_all_else_back_in_every_rounding_mode) {
+TEST(FPProcess, GivesAllElseBackInEveryRoundingMode) {
   for (const std::uint32_t mode : {RN, RP, RM, RZ}) {
     for (unsigned value = 0; value != 0x10000; ++value) {
       FPSCR fpscr{mode};
@@ -57,7 +57,7 @@ TEST(FPProcess, gives_all_else_back_in_every_rounding_mode) {
   }
 }
 
-TEST(FPProcess, keeps_bits_that_are_set) {
+TEST(FPProcess, KeepsBitsThatAreSet) {
   FPSCR fpscr{0xF8009F9F};
   FPProcess32(0x7F800001, fpscr);
   EXPECT_EQ(fpscr.word, 0xF8009F9F);

@@ -29,7 +29,7 @@ void check(T (*rounder)(int, int, T, int, int, int*), std::initializer_list<roun
 constexpr FPRounding N = FPRounding_TIEEVEN, P = FPRounding_POSINF, M = FPRounding_NEGINF, Z = FPRounding_ZERO,
                      A = FPRounding_TIEAWAY, O = FPRounding_ODD;
 
-TEST(fp16_round_, gives_the_nearest_half_and_the_flags) {
+TEST(Fp16Round, GivesTheNearestHalfAndTheFlags) {
   check<half>(fp16_round_, {
                                {"1 is exact", 0, 15, 0, N, 0, 0x3C00, 0},
                                {"the tie below an even one", 0, 15, 0x0020, N, 0, 0x3C00, IXC},
@@ -59,7 +59,7 @@ TEST(fp16_round_, gives_the_nearest_half_and_the_flags) {
                            });
 }
 
-TEST(fp16_round_, overflows_to_infinity_or_to_the_largest_normal_by_rounding_and_sign) {
+TEST(Fp16Round, OverflowsToInfinityOrToTheLargestNormalByRoundingAndSign) {
   check<half>(fp16_round_, {
                                {"nearest", 0, 31, 0, N, 0, 0x7C00, OFC | IXC},
                                {"nearest, by rounding up", 1, 30, 0xFFE0, N, 0, 0xFC00, OFC | IXC},
@@ -74,7 +74,7 @@ TEST(fp16_round_, overflows_to_infinity_or_to_the_largest_normal_by_rounding_and
                            });
 }
 
-TEST(fp16_round_, has_one_more_exponent_under_AHP_and_IOC_alone_above_it) {
+TEST(Fp16Round, HasOneMoreExponentUnderAHPAndIOCAloneAboveIt) {
   check<half>(fp16_round_, {
                                {"exponent 31 is a number's", 0, 31, 0, N, mode_AHP, 0x7C00, 0},
                                {"the largest", 0, 31, 0xFFC0, N, mode_AHP, 0x7FFF, 0},
@@ -86,7 +86,7 @@ TEST(fp16_round_, has_one_more_exponent_under_AHP_and_IOC_alone_above_it) {
                            });
 }
 
-TEST(fp32_round_, gives_the_nearest_single_and_the_flags) {
+TEST(Fp32Round, GivesTheNearestSingleAndTheFlags) {
   check<single>(fp32_round_, {
                                  {"the tie below an even one", 0, 127, 0x00000100, N, 0, 0x3F800000, IXC},
                                  {"the tie above an odd one", 0, 127, 0x00000300, N, 0, 0x3F800002, IXC},
@@ -103,7 +103,7 @@ TEST(fp32_round_, gives_the_nearest_single_and_the_flags) {
                              });
 }
 
-TEST(fp64_round_, gives_the_nearest_double_and_the_flags) {
+TEST(Fp64Round, GivesTheNearestDoubleAndTheFlags) {
   check<double_bits>(fp64_round_, {
                                       {"the tie below an even one", 0, 1023, 0x0800, N, 0, 0x3FF0000000000000, IXC},
                                       {"the tie above an odd one", 0, 1023, 0x1800, N, 0, 0x3FF0000000000002, IXC},
@@ -117,13 +117,13 @@ TEST(fp64_round_, gives_the_nearest_double_and_the_flags) {
                                   });
 }
 
-TEST(rounders, only_add_flags) {
+TEST(Rounders, OnlyAddFlags) {
   int flags = DZC | IDC;
   fp32_round_(0, 127, 1, N, 0, &flags);
   EXPECT_EQ(flags, DZC | IDC | IXC);
 }
 
-TEST(mode_of, gathers_the_controls) {
+TEST(ModeOf, GathersTheControls) {
   EXPECT_EQ(mode_of({RP}), 1);
   EXPECT_EQ(mode_of({RM}), 2);
   EXPECT_EQ(mode_of({FZ}), 4);

@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class sign : public testing::Test {};
-TYPED_TEST_SUITE(sign, formats);
+class Sign : public testing::Test {};
+TYPED_TEST_SUITE(Sign, formats);
 
-TYPED_TEST(sign, signs_are_cleared_and_flipped_on_anything) {
+TYPED_TEST(Sign, SignsAreClearedAndFlippedOnAnything) {
   using T = TypeParam;
   using v = values<T>;
   for (const T positive : {T{0}, v::tiny, num<T>(1), v::inf, v::quiet, v::signalling}) {

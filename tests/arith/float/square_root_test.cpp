@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class square_root : public testing::Test {};
-TYPED_TEST_SUITE(square_root, formats);
+class SquareRoot : public testing::Test {};
+TYPED_TEST_SUITE(SquareRoot, formats);
 
-TYPED_TEST(square_root, of_zeros_negatives_and_infinities) {
+TYPED_TEST(SquareRoot, OfZerosNegativesAndInfinities) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPSqrt, {
@@ -25,7 +25,7 @@ TYPED_TEST(square_root, of_zeros_negatives_and_infinities) {
                    });
 }
 
-TYPED_TEST(square_root, of_a_perfect_square_is_exact) {
+TYPED_TEST(SquareRoot, OfAPerfectSquareIsExact) {
   using T = TypeParam;
   check<T>(FPSqrt, {
                        {"1", {num<T>(1)}, 0, num<T>(1), 0},
@@ -61,11 +61,11 @@ void check_against_search(T a) {
   }
 }
 
-TEST(square_root_of_half, of_every_positive_number_is_that_of_the_search) {
+TEST(SquareRootOfHalf, OfEveryPositiveNumberIsThatOfTheSearch) {
   for (half a = 1; a != values<half>::inf; ++a) check_against_search(a);
 }
 
-TYPED_TEST(square_root, random_roots_are_those_of_the_search) {
+TYPED_TEST(SquareRoot, RandomRootsAreThoseOfTheSearch) {
   using T = TypeParam;
   std::mt19937_64 random(22);
   for (int i = 0; i != 20000; ++i) {
@@ -74,7 +74,7 @@ TYPED_TEST(square_root, random_roots_are_those_of_the_search) {
   }
 }
 
-TYPED_TEST(square_root, roots_around_perfect_squares_and_of_powers_of_two_are_those_of_the_search) {
+TYPED_TEST(SquareRoot, RootsAroundPerfectSquaresAndOfPowersOfTwoAreThoseOfTheSearch) {
   using T = TypeParam;
   constexpr int bits = float_format<T>::fraction_bits;
   std::mt19937_64 random(23);
@@ -83,7 +83,7 @@ TYPED_TEST(square_root, roots_around_perfect_squares_and_of_powers_of_two_are_th
     std::uint64_t square = root * root;
     int exponent = bits;
     while (square < float_format<T>::hidden_bit) square *= 2, --exponent;
-    const T pattern = pack<T>(0, float_format<T>::bias + exponent % 2, static_cast<significand<T>>(square));
+    const T pattern = pack<T>(0, float_format<T>::bias + exponent % 2, static_cast<mantissa<T>>(square));
     for (const T a : {pattern, static_cast<T>(pattern - 1), static_cast<T>(pattern + 1)}) check_against_search(a);
   }
   for (T power = values<T>::smallest; power != values<T>::inf; power += values<T>::smallest) {
@@ -101,7 +101,7 @@ inline std::uint64_t odd_root_modulo(std::uint64_t square, int bits) {
   return y;
 }
 
-TYPED_TEST(square_root, roots_next_to_halfway_are_those_of_the_search) {
+TYPED_TEST(SquareRoot, RootsNextToHalfwayAreThoseOfTheSearch) {
   using T = TypeParam;
   constexpr int bits = float_format<T>::fraction_bits;
   int judged = 0;
@@ -114,7 +114,7 @@ TYPED_TEST(square_root, roots_next_to_halfway_are_those_of_the_search) {
         const uint128 a = (r * r + r + static_cast<uint128>(d)) >> shift;
         if (a < float_format<T>::hidden_bit || a >= 2 * uint128{float_format<T>::hidden_bit}) continue;
         ASSERT_EQ(a << shift, r * r + r + static_cast<uint128>(d));
-        check_against_search(pack<T>(0, float_format<T>::bias + (shift - bits), static_cast<significand<T>>(a)));
+        check_against_search(pack<T>(0, float_format<T>::bias + (shift - bits), static_cast<mantissa<T>>(a)));
         ++judged;
       }
     }

@@ -7,10 +7,10 @@ namespace quern {
 namespace {
 
 template <class T>
-class step : public testing::Test {};
-TYPED_TEST_SUITE(step, formats);
+class Step : public testing::Test {};
+TYPED_TEST_SUITE(Step, formats);
 
-TYPED_TEST(step, infinity_times_zero_counts_as_zero_whatever_the_signs) {
+TYPED_TEST(Step, InfinityTimesZeroCountsAsZeroWhateverTheSigns) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T minus_inf = v::minus + v::inf;
@@ -27,7 +27,7 @@ TYPED_TEST(step, infinity_times_zero_counts_as_zero_whatever_the_signs) {
                              });
 }
 
-TYPED_TEST(step, infinities_and_NaNs_see_the_first_operand_negated) {
+TYPED_TEST(Step, InfinitiesAndNaNsSeeTheFirstOperandNegated) {
   using T = TypeParam;
   using v = values<T>;
   for (const auto op : {FPRecipStepFused<T>, FPRSqrtStepFused<T>}) {
@@ -43,7 +43,7 @@ TYPED_TEST(step, infinities_and_NaNs_see_the_first_operand_negated) {
   }
 }
 
-TYPED_TEST(step, numbers_are_rounded_once) {
+TYPED_TEST(Step, NumbersAreRoundedOnce) {
   using T = TypeParam;
   using v = values<T>;
   check<T>(FPRecipStepFused, {
