@@ -100,7 +100,8 @@ TEST(IntegerEdges, MovprfxLooksAtTheFirstPredicateByteOfALaneAlone) {
 }
 
 TEST(IntegerEdges, MovprfxMergesUnderAnyQualifierButZeroing) {
-  for (const std::uint32_t qualifier : {p_merging, p_unqualified, p_none, 0u}) {
+  for (const std::uint32_t qualifier : every_qualifier) {
+    if (qualifier == p_zeroing) continue;
     cpu_state s = filled(size_s, 7, 9);
     std::memset(s.p[0], 0xFE, VL_BYTES);
     sve_movprfx_zpz(&s, z_reg(0, size_s), p_reg(0, qualifier), z_reg(1, size_s));

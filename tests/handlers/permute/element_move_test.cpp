@@ -36,9 +36,9 @@ TEST(ElementMove, SelectTakesLanesOfOneOrTheOther) {
       });
 }
 
-TEST(ElementMove, CopyWritesActiveLanes) {
+TEST(ElementMove, CopyWritesActiveLanesAndOnlyZeroingClearsTheOthers) {
   for (const int imm : immediates)
-    for (const std::uint32_t qualifier : {p_merging, p_zeroing})
+    for (const std::uint32_t qualifier : every_qualifier)
       expect_agreement(
           "cpy_zpi",
           [&](cpu_state* s, std::uint32_t size, registers r) {

@@ -22,8 +22,8 @@ void define_break(cpu_state& s, registers r, bool after, bool zeroing) {
   }
 }
 
-TEST(PredicateBreak, AfterAndBeforeAgreeWithTheRunningState) {
-  for (const std::uint32_t qualifier : {p_zeroing, p_merging})
+TEST(PredicateBreak, AfterAndBeforeAgreeWithTheRunningStateAndOnlyZeroingClearsInactiveLanes) {
+  for (const std::uint32_t qualifier : every_qualifier)
     for (const bool after : {true, false})
       expect_agreement(
           after ? "brka" : "brkb",

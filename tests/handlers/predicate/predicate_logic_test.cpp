@@ -18,7 +18,7 @@ void define_logic(cpu_state& s, registers r, byte_operation op, bool zeroing) {
   }
 }
 
-TEST(PredicateLogic, AgreesWithItsByteOperationUnderEitherQualifier) {
+TEST(PredicateLogic, AgreesWithItsByteOperationAndOnlyZeroingClearsInactiveLanes) {
   struct {
     const char* name;
     handler_pppp* handler;
@@ -36,7 +36,7 @@ TEST(PredicateLogic, AgreesWithItsByteOperationUnderEitherQualifier) {
        [](int n, int) { return 1 - n % 2; }},
   };
   for (const auto& c : cases)
-    for (const std::uint32_t qualifier : {p_zeroing, p_merging})
+    for (const std::uint32_t qualifier : every_qualifier)
       expect_agreement(
           c.name,
           [&](cpu_state* s, std::uint32_t, registers r) {
