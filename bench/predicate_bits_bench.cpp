@@ -3,6 +3,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/registration.h"
+
 namespace {
 
 void pack_by_bytes(const unsigned char* bytes, unsigned char* image) {
@@ -26,9 +28,11 @@ void convert(benchmark::State& state) {
   }
 }
 
-BENCHMARK(convert<pack_predicate>)->Name("predicate/pack");
-BENCHMARK(convert<pack_by_bytes>)->Name("predicate/pack a byte at a time");
-BENCHMARK(convert<unpack_predicate>)->Name("predicate/unpack");
-BENCHMARK(convert<unpack_by_bytes>)->Name("predicate/unpack a byte at a time");
-
 }  // namespace
+
+void quern::register_predicate_bits() {
+  benchmark::RegisterBenchmark("predicate/pack", convert<pack_predicate>);
+  benchmark::RegisterBenchmark("predicate/pack a byte at a time", convert<pack_by_bytes>);
+  benchmark::RegisterBenchmark("predicate/unpack", convert<unpack_predicate>);
+  benchmark::RegisterBenchmark("predicate/unpack a byte at a time", convert<unpack_by_bytes>);
+}

@@ -1,4 +1,4 @@
-// Benchmarks that are made from tables. The decode maps are filled before main, so benchmarks register in it.
+// What quern_bench's sources register in its main, where the decode maps have been filled.
 #pragma once
 
 namespace quern {
@@ -12,5 +12,8 @@ void register_memory();
 
 // The routines of the software floating point.
 void register_float();
+
+// Packing and unpacking of predicates.
+void register_predicate_bits();
 
 }  // namespace quern

@@ -11,13 +11,16 @@ namespace quern {
 // Whether the operand is the zero register, to which writes are dropped.
 inline bool is_zero_register(aarch64_i_reg reg) { return reg.num == 31; }
 
+// The register's 64 bits, whatever the operand's size (the architecture's X[n]); the zero register is 0.
 inline std::uint64_t read_x(const cpu_state* state, aarch64_i_reg reg) {
   return is_zero_register(reg) ? 0 : state->x[reg.num];
 }
+// Replaces all 64 bits of the register; does nothing to the zero register. Touches nothing else.
 inline void write_x(cpu_state* state, aarch64_i_reg reg, std::uint64_t value) {
   if (!is_zero_register(reg)) state->x[reg.num] = value;
 }
 
+// The same with number 31 the stack pointer (X[n] or SP[]), which is not checked for alignment.
 inline std::uint64_t read_x(const cpu_state* state, aarch64_i_rsp_reg reg) {
   return reg.num == 31 ? state->sp : state->x[reg.num];
 }
