@@ -20,7 +20,7 @@ inline void write_x(cpu_state* state, aarch64_i_reg reg, std::uint64_t value) {
   if (!is_zero_register(reg)) state->x[reg.num] = value;
 }
 
-// The same with number 31 the stack pointer (X[n] or SP[]), which is not checked for alignment.
+// Both as above, but number 31 is the stack pointer (SP[]), which is not checked for alignment.
 inline std::uint64_t read_x(const cpu_state* state, aarch64_i_rsp_reg reg) {
   return reg.num == 31 ? state->sp : state->x[reg.num];
 }
