@@ -49,6 +49,12 @@ inline PredV within(PredV predicate, const CpuContext& ctx) {
   return bits == VL_BYTES ? predicate : predicate & first_elements<std::uint8_t>(bits);
 }
 
+// The predicate of all elements in the context's vector length.
+template <class T>
+inline PredV all_elements(const CpuContext& ctx) {
+  return first_elements<T>(lanes<T>(ctx));
+}
+
 // What an operation sees of an operand at lane i: that lane of a vector, and a scalar as it is.
 template <class T>
 inline T operand_at(const VecV& vector, std::size_t i) {
@@ -144,6 +150,14 @@ template <class Op>
 constexpr auto merging_unary(Op op) {
   return [op]<class T>(T, const CpuContext& ctx, const VecV& old, const PredV& pg, const VecV& a) {
     return merge_lanes<T>(op, ctx, old, pg, a);
+  };
+}
+
+// (Pg, others...): a family of predicates that sets the flags too.
+template <class Family>
+constexpr auto flagged(Family family) {
+  return [family]<class T>(T type, CpuContext& ctx, const PredV& pg, const auto&... operands) {
+    return with_flags<T>(family(type, ctx, pg, operands...), pg, ctx);
   };
 }
 

@@ -64,6 +64,9 @@ constexpr auto vector_by_predicate(Op op) {
   };
 }
 
+constexpr auto SCountP = []<class T>(T, const CpuContext& ctx, const PredV& pg, const PredV& pn) {
+  return static_cast<std::int64_t>(counted<T>(ctx, pg & pn));
+};
 constexpr auto CountVLSI = []<class T>(T, const CpuContext& ctx, std::uint64_t pattern, std::uint64_t field) {
   return counted<T>(ctx, pattern, field);
 };

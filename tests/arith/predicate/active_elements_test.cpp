@@ -54,7 +54,7 @@ std::uint32_t nzcv_of(const PredV& mask, const PredV& result, int esize) {
   return flags_after(PredSetNZCV, mask, result, esize, v);
 }
 
-TEST(FindActive, is_the_first_or_last_active_element_or_minus_1) {
+TEST(FindActive, IsTheFirstOrLastActiveElementOrMinus1) {
   CpuContext ctx = context_of();
   for (const int esize : element_sizes) {
     const int top = count_of(esize) - 1;
@@ -69,7 +69,7 @@ TEST(FindActive, is_the_first_or_last_active_element_or_minus_1) {
   }
 }
 
-TEST(FindActive, does_not_see_a_set_bit_that_is_not_the_lowest_of_an_element) {
+TEST(FindActive, DoesNotSeeASetBitThatIsNotTheLowestOfAnElement) {
   CpuContext ctx = context_of();
   for (int bit = 0; bit != VL_BYTES; ++bit) {
     if (bit % 2 == 0) continue;
@@ -79,7 +79,7 @@ TEST(FindActive, does_not_see_a_set_bit_that_is_not_the_lowest_of_an_element) {
   EXPECT_EQ(FindFirstActive(with_bits({7}), 64, &ctx), -1);
 }
 
-TEST(FindActive, finds_none_where_there_are_no_elements) {
+TEST(FindActive, FindsNoneWhereThereAreNoElements) {
   CpuContext ctx = context_of(0, 0), full = context_of();
   EXPECT_EQ(FindFirstActive(with_bits({0}), 8, &ctx), -1);
   EXPECT_EQ(FindLastActive(with_bits({0}), 8, &ctx), -1);
@@ -87,29 +87,29 @@ TEST(FindActive, finds_none_where_there_are_no_elements) {
   EXPECT_EQ(FindLastActive(with_bits({0}), 0, &full), -1);
 }
 
-TEST(FindActive, stays_within_the_vector_length_and_counts_all_bits_of_its_word) {
+TEST(FindActive, StaysWithinTheVectorLengthAndCountsAllBitsOfItsWord) {
   CpuContext one_unit = context_of(0, 1), top_bit = context_of(0, 1u << 31);
   EXPECT_EQ(FindLastActive(all_elements(8), 8, &one_unit), 7);
   EXPECT_EQ(FindLastActive(all_elements(32), 32, &one_unit), 1);
   EXPECT_EQ(FindLastActive(all_elements(64), 64, &top_bit), count_of(64) - 1);
 }
 
-TEST(PredSetNZCV, of_an_empty_mask_is_nothing_set) {
+TEST(PredSetNZCV, OfAnEmptyMaskIsNothingSet) {
   for (const int esize : element_sizes) EXPECT_EQ(nzcv_of(PredV{}, all_elements(esize), esize), nothing_set) << esize;
 }
 
-TEST(PredSetNZCV, of_an_empty_result_is_nothing_set) {
+TEST(PredSetNZCV, OfAnEmptyResultIsNothingSet) {
   for (const int esize : element_sizes) EXPECT_EQ(nzcv_of(all_elements(esize), PredV{}, esize), nothing_set) << esize;
 }
 
-TEST(PredSetNZCV, of_the_first_element_alone_has_n_and_unless_it_is_the_last_too_c) {
+TEST(PredSetNZCV, OfTheFirstElementAloneHasNAndUnlessItIsTheLastTooC) {
   for (const int esize : element_sizes) {
     EXPECT_EQ(nzcv_of(all_elements(esize), elements(esize, {0}), esize), n | c) << esize;
     EXPECT_EQ(nzcv_of(elements(esize, {0}), elements(esize, {0}), esize), n) << esize;
   }
 }
 
-TEST(PredSetNZCV, looks_at_active_elements_only) {
+TEST(PredSetNZCV, LooksAtActiveElementsOnly) {
   for (const int esize : element_sizes) {
     const int top = count_of(esize) - 1;
     EXPECT_EQ(nzcv_of(all_elements(esize), all_elements(esize), esize), n) << esize;
@@ -119,7 +119,7 @@ TEST(PredSetNZCV, looks_at_active_elements_only) {
   }
 }
 
-TEST(PredSetNZCV, n_looks_at_one_bit_and_c_and_z_at_all_of_an_elements) {
+TEST(PredSetNZCV, NLooksAtOneBitAndCAndZAtAllOfAnElements) {
   const PredV mask = elements(16, {0, 1});
   EXPECT_EQ(nzcv_of(mask, with_bits({1}), 16), c);             // the first element's upper bit: not N, but not Z
   EXPECT_EQ(nzcv_of(mask, with_bits({3}), 16), 0u);            // the last one's: not C
@@ -128,7 +128,7 @@ TEST(PredSetNZCV, n_looks_at_one_bit_and_c_and_z_at_all_of_an_elements) {
   EXPECT_EQ(nzcv_of(with_bits({0}), with_bits({8}), 64), nothing_set);
 }
 
-TEST(PredSetNZC, leaves_v) {
+TEST(PredSetNZC, LeavesV) {
   for (const std::uint32_t before : {std::uint32_t{0}, v}) {
     EXPECT_EQ(flags_after(PredSetNZC, all_elements(8), all_elements(8), 8, before), n | before);
     EXPECT_EQ(flags_after(PredSetNZC, PredV{}, all_elements(8), 8, before), nothing_set | before);
@@ -136,7 +136,7 @@ TEST(PredSetNZC, leaves_v) {
   }
 }
 
-TEST(PredSetNC, leaves_z_in_all_cases) {
+TEST(PredSetNC, LeavesZInAllCases) {
   for (const std::uint32_t before : {std::uint32_t{0}, z, v}) {
     EXPECT_EQ(flags_after(PredSetNC, all_elements(8), elements(8, {0}), 8, before), n | c | before);
     EXPECT_EQ(flags_after(PredSetNC, PredV{}, all_elements(8), 8, n | before), c | before);
@@ -144,17 +144,17 @@ TEST(PredSetNC, leaves_z_in_all_cases) {
   }
 }
 
-TEST(PredSetNCV, leaves_z_and_clears_v) {
+TEST(PredSetNCV, LeavesZAndClearsV) {
   EXPECT_EQ(flags_after(PredSetNCV, all_elements(8), elements(8, {0}), 8, z | v), n | c | z);
   EXPECT_EQ(flags_after(PredSetNCV, PredV{}, all_elements(8), 8, n | v), c);
 }
 
-TEST(PredSetFlags, keep_all_other_bits) {
+TEST(PredSetFlags, KeepAllOtherBits) {
   for (const auto set : {PredSetNZC, PredSetNZCV, PredSetNC, PredSetNCV})
     EXPECT_EQ(flags_after(set, all_elements(32), all_elements(32), 32, other_bits), n | other_bits);
 }
 
-TEST(PredSetFlags, of_no_elements_are_nothing_set) {
+TEST(PredSetFlags, OfNoElementsAreNothingSet) {
   EXPECT_EQ(flags_after(PredSetNZCV, all_elements(8), all_elements(8), 8, n | v, 0), nothing_set);
   EXPECT_EQ(flags_after(PredSetNZCV, all_elements(8), all_elements(8), 0, n | v), nothing_set);
 }
@@ -175,7 +175,7 @@ std::uint32_t flags_by_definition(const PredV& mask, const PredV& result, int es
   return any ? (first ? n : 0) | (last ? 0 : c) : nothing_set;
 }
 
-TEST(PredSetNZCV, agrees_with_the_definition_on_random_predicates) {
+TEST(PredSetNZCV, AgreesWithTheDefinitionOnRandomPredicates) {
   std::mt19937_64 random(1);
   for (int round = 0; round != 2000; ++round) {
     PredV mask, result;
