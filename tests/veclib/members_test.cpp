@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "sve/decoder/decode_map.h"
-#include "sve/veclib/veclib.h"
+#include "tests/veclib/library_members.h"
 
 namespace {
+
+using namespace quern;
 
 // Operations whose functions are still to be written, for some of their types or all.
 const std::string pending_stems =
@@ -52,37 +54,23 @@ const std::string pending_stems =
     "Trn2VV TruncDVM TruncFVM UnpackHiP UnpackHiV UnpackLoP UnpackLoV Uzp1PP Uzp1VV Uzp2PP Uzp2VV VCondXAVV VCondXBVV "
     "VLX XorReduceV XorVIX XorVVM XorVVX Zip1PP Zip1VV Zip2PP Zip2VV ";
 
-struct member {
-  std::string name;
-  void (*function)();  // a function that is listed but not defined does not link
-};
-
-std::vector<member> members() {
-  return {
-#define MEMBERS "sve/veclib/members/all.inc"
-#include "sve/veclib/members/signatures.inc"
-#define MEMBER_AS(name, tag, stem, result, parameters, arguments) {#name, reinterpret_cast<void (*)()>(&name)},
-#include MEMBERS
-#include "sve/veclib/members/undefine.inc"
-  };
-}
-
 std::set<std::string> wanted_names() {
   std::set<std::string> names;
-  for (const quern::decode_map& map : quern::decode_maps())
-    for (const quern::decode_row& row : map.rows)
-      if (row.way != quern::route::none) names.emplace(row.name.view());
+  for (const decode_map& map : decode_maps())
+    for (const decode_row& row : map.rows)
+      if (row.way != route::none) names.emplace(row.name.view());
   return names;
 }
 
 TEST(Members, AreListedOnceEach) {
   std::set<std::string> seen;
-  for (const member& each : members()) EXPECT_TRUE(seen.insert(each.name).second) << each.name;
+  for (const library_member& each : library_members()) EXPECT_TRUE(seen.emplace(each.name).second) << each.name;
 }
 
 TEST(Members, HaveNamesOfRowsOnly) {
   const std::set<std::string> wanted = wanted_names();
-  for (const member& each : members()) EXPECT_TRUE(wanted.contains(each.name)) << each.name;
+  for (const library_member& each : library_members())
+    EXPECT_TRUE(wanted.contains(std::string{each.name})) << each.name;
 }
 
 // "VecU16AddVVM" is "AddVVM": a tag ends with its digits, or P.
@@ -94,7 +82,7 @@ std::string stem_of(const std::string& name) {
 TEST(Members, AreThereForEveryRowThatDoesSomething) {
   std::set<std::string> missing = wanted_names();
   EXPECT_EQ(missing.size(), 1447u);
-  for (const member& each : members()) missing.erase(each.name);
+  for (const library_member& each : library_members()) missing.erase(std::string{each.name});
   std::string unexpected;
   for (const std::string& name : missing)
     if (pending_stems.find(' ' + stem_of(name) + ' ') == std::string::npos) unexpected += name + ' ';

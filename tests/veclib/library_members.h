@@ -1,0 +1,54 @@
+// All functions of the library by name, to be called without knowing their signatures: what tests of whole families go
+// over, so that a definition is written once and holds for each type.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "sve/state/cpu_context.h"
+
+namespace quern {
+
+// Operands of a call. A function takes those that it has parameters for, each kind in its own order: a function of
+// (VecV, PredV, VecV, scalar) takes vectors[0], predicates[0], vectors[1] and scalars[0].
+struct library_operands {
+  VecV vectors[3];
+  PredV predicates[3];
+  std::uint64_t scalars[3];
+};
+
+// The result of a call, in the member that is of its kind; a narrow scalar is zero-extended.
+struct library_result {
+  VecV vector;
+  PredV predicate;
+  std::uint64_t scalar;
+};
+
+// One function: VecU8AbdVVM has the tag "U8" and the stem "AbdVVM".
+struct library_member {
+  std::string_view name, tag, stem;
+  void (*function)();
+  library_result (*call)(void (*function)(), const library_operands& operands, CpuContext* ctx);
+
+  library_result operator()(const library_operands& operands, CpuContext& ctx) const {
+    return call(function, operands, &ctx);
+  }
+  int width() const;         // of a lane, in bits
+  bool is_unsigned() const;  // whether its lanes are
+};
+
+std::span<const library_member> library_members();
+
+// Those of one stem. A stem without any fails the test.
+std::vector<library_member> members_of(std::string_view stem);
+
+// The context of a thunk's call.
+inline CpuContext library_context(std::uint32_t vl_units = VL_BITS / 64) {
+  CpuContext ctx{};
+  ctx.vl_units = vl_units;
+  return ctx;
+}
+
+}  // namespace quern
