@@ -64,10 +64,7 @@ constexpr T round(int sgn, int exp, T mnt, int rm, int mode, int* flags) {
   if (rounds_up(rm, sgn, error, int_mant & 1)) {
     ++int_mant;
     if (biased == 0 && int_mant == format::hidden_bit) biased = 1;
-    if (int_mant == word{format::hidden_bit} << 1) {
-      ++biased;
-      int_mant = format::hidden_bit;
-    }
+    if (int_mant == word{format::hidden_bit} << 1) ++biased;  // all of its fraction bits are zero
   }
   if (sizeof(T) != 8 && rm == FPRounding_ODD && error != 0) int_mant |= 1;
 
