@@ -122,6 +122,16 @@ TEST(FaultDeathTest, ABusErrorLikewise) {
       "handler\\.\n");
 }
 
+TEST(FaultDeathTest, AGuardedReadWithoutAFlagIsNotGuarded) {
+  mapped_pages pages{page::closed};
+  EXPECT_EXIT(
+      {
+        SVEInitialize();
+        ReadMemLib2(pages.address(0), 0, nullptr, nullptr);
+      },
+      testing::KilledBySignal(SIGSEGV), "caught signal SIGSEGV");
+}
+
 TEST(FaultDeathTest, TheProbeDoesNotSurviveABusError) {
   EXPECT_EXIT(
       {
@@ -169,6 +179,37 @@ TEST_F(MemoryHost, ProbesInPlaceOfTheProbingReads) {
   const std::vector<std::pair<std::uint64_t, bool>> expected{{1000, true}, {1003, true}, {1000, false}, {1003, false}};
   EXPECT_EQ(probed, expected);
   EXPECT_TRUE(actions_set.empty());
+}
+
+TEST_F(MemoryHost, IsNotAskedByAReadWithoutAFlag) {
+  use_memory_host({.set_action = note_action, .probe = probe_every_address_but_1003});
+  const std::uint64_t value = 0x0123456789ABCDEF;
+  EXPECT_EQ(ReadMemLib8(reinterpret_cast<unsigned long>(&value), 0, nullptr, nullptr), value);
+  EXPECT_TRUE(probed.empty());
+}
+
+// Both actions become the default ones, whichever signal it is; all but SIGSEGV are called SIGBUS.
+TEST_F(MemoryHost, AFaultOfTheApplicationGivesBothSignalsTheirDefaultActions) {
+  const struct sigaction old_segv = current_action(SIGSEGV), old_bus = current_action(SIGBUS);
+  struct sigaction handled {};
+  handled.sa_sigaction = SVESigHandler;
+  handled.sa_flags = SA_SIGINFO;
+  const std::pair<int, const char*> cases[] = {{SIGSEGV, "signal SIGSEGV "},
+                                               {SIGBUS, "signal SIGBUS "},
+                                               {SIGILL, "signal SIGBUS "},
+                                               {SIGUSR1, "signal SIGBUS "}};
+  for (const auto& [signal, name] : cases) {
+    for (const int s : {SIGSEGV, SIGBUS}) sigaction(s, &handled, nullptr);
+    actions_set.clear();
+    use_memory_host({.set_action = note_action, .probe = nullptr});
+    testing::internal::CaptureStderr();
+    SVESigHandler(signal, nullptr, nullptr);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find(name), std::string::npos) << signal;
+    EXPECT_EQ(actions_set, (std::vector<int>{SIGSEGV, SIGBUS})) << signal;
+    for (const int s : {SIGSEGV, SIGBUS}) EXPECT_EQ(current_action(s).sa_handler, SIG_DFL) << signal << " " << s;
+  }
+  sigaction(SIGSEGV, &old_segv, nullptr);
+  sigaction(SIGBUS, &old_bus, nullptr);
 }
 
 TEST_F(MemoryHost, LeavesWhatItFindsReadableToTheRead) {

@@ -62,6 +62,41 @@ TEST_F(GuardedRead, ReadsUpToTheEdgeOfAnUnmappedPage) {
   }
 }
 
+TEST_F(GuardedRead, ClosesTheGuardedRegionWhenItSucceeds) {
+  for (const int width : widths) {
+    bool fault = false;
+    read(width, pages.address(0), &fault);
+    EXPECT_EQ(SVEFaultRegion, 0) << "width " << width;
+  }
+}
+
+// The address of the fault that the thread's last guarded read met, and SVEFaultRegion then.
+std::uint64_t first_fault;
+int region_at_fault;
+void note_fault(int signal, siginfo_t* info, void* context) {
+  first_fault = reinterpret_cast<std::uint64_t>(info->si_addr);
+  region_at_fault = SVEFaultRegion;
+  SVESigHandler(signal, info, context);
+}
+
+TEST_F(GuardedRead, ProbesTheFirstByteBeforeTheLast) {
+  mapped_pages closed{page::closed, page::closed};
+  struct sigaction noting {
+  }, old;
+  noting.sa_sigaction = note_fault;
+  noting.sa_flags = SA_SIGINFO | SA_NODEFER;
+  sigaction(SIGSEGV, &noting, &old);
+  for (const int width : widths) {
+    bool fault = false;
+    const std::uint64_t first = closed.address(mapped_pages::size() - 1);
+    read(width, first, &fault);
+    EXPECT_TRUE(fault) << "width " << width;
+    EXPECT_EQ(first_fault, first) << "width " << width;
+    EXPECT_EQ(region_at_fault, 1) << "width " << width;
+  }
+  sigaction(SIGSEGV, &old, nullptr);
+}
+
 TEST_F(GuardedRead, OneByteBeyondTheEdgeIsAFault) {
   for (const int width : widths) {
     bool fault = false;
@@ -116,6 +151,7 @@ TEST_F(GuardedRead, WithoutAFlagReadsUnguarded) {
     EXPECT_EQ(read(width, pages.address(3), nullptr), low_bytes(width));
     const std::uint64_t closed = pages.address(mapped_pages::size());
     EXPECT_EQ(caught_fault([=] { read(width, closed, nullptr); }), closed) << "width " << width;
+    EXPECT_EQ(SVEFaultRegion, 0) << "width " << width;
   }
 }
 

@@ -8,6 +8,7 @@ namespace {
 std::mutex lock;
 std::vector<sve_mem_ref_t> records;
 std::uint64_t next_count;
+std::vector<bool> tracing;  // at each call
 
 auto fields(const sve_mem_ref_t& r) {
   return std::tuple(r.count, r.tid, r.group, std::uint32_t{r.kind}, r.size, r.addr, r.pc);
@@ -27,11 +28,13 @@ void sve_exit() {}
 
 std::uint64_t incr_count() {
   const std::lock_guard hold(lock);
+  tracing.push_back(enable_trace);
   return next_count++;
 }
 
 void trace_mem(const sve_mem_ref_t& record) {
   const std::lock_guard hold(lock);
+  tracing.push_back(enable_trace);
   records.push_back(record);
 }
 
@@ -40,6 +43,7 @@ namespace quern {
 void start_recording() {
   const std::lock_guard hold(lock);
   records.clear();
+  tracing.clear();
   next_count = 0;
 }
 
@@ -51,6 +55,11 @@ std::vector<sve_mem_ref_t> recorded_trace() {
 std::uint64_t counts_given() {
   const std::lock_guard hold(lock);
   return next_count;
+}
+
+std::vector<bool> tracing_at_calls() {
+  const std::lock_guard hold(lock);
+  return tracing;
 }
 
 }  // namespace quern

@@ -22,4 +22,7 @@ std::vector<sve_mem_ref_t> recorded_trace();
 // How many counts incr_count has given since then.
 std::uint64_t counts_given();
 
+// Whether the calling thread's tracing was on, at each call of incr_count and trace_mem since then.
+std::vector<bool> tracing_at_calls();
+
 }  // namespace quern

@@ -58,6 +58,12 @@ TEST_F(TraceMarker, StartTwiceThenStopSendsThreeRecords) {
   EXPECT_EQ(recorded_trace(), (std::vector{marker(0, 0xFFFFFFFF), marker(1, 0xFFFFFFFF), marker(2, 0xFFFFFFFE)}));
 }
 
+TEST_F(TraceMarker, SwitchesBeforeItCountsAndSendsTheRecord) {
+  add(size_b, 0x100);
+  add(size_b, 0x200);
+  EXPECT_EQ(tracing_at_calls(), (std::vector<bool>{true, true, false, false}));
+}
+
 TEST_F(TraceMarker, SwitchesTheExecutingThreadAlone) {
   add(size_b, 0x100);
   bool elsewhere = true;
