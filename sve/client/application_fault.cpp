@@ -8,6 +8,7 @@
 
 #include "sve/client/thread_state.h"
 #include "sve/memory/current_access.h"
+#include "sve/memory/kept_destination.h"
 
 #ifdef __aarch64__
 // X0 points to X1 addresses, one at least, whose bytes are touched in turn; X2 and X3 are lost. The store writes what
@@ -65,6 +66,7 @@ void put_right(dr_mcontext_t& context, const cpu_state& state) {
 
 // Goes on in the application, with an access to the bytes that can have faulted.
 [[noreturn]] void repeat_access(void* drcontext, const cpu_state& state) {
+  put_destination_back();
   dr_mcontext_t context;
   context.size = sizeof context;
   context.flags = DR_MC_ALL;

@@ -1,5 +1,6 @@
 // A fault of an emulated load or store: where the client goes on, and the context that the application's handler sees.
 #include <csignal>
+#include <numeric>
 #include <optional>
 
 #include "client_test.h"
@@ -12,10 +13,11 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::uint32_t word_ld1b = 0xA400A000;    // ld1b z0.b, p0/z, [x0]
-constexpr std::uint32_t word_st1b = 0xE400E000;    // st1b z0.b, p0, [x0]
-constexpr std::uint32_t word_ldnf1b = 0xA410A000;  // ldnf1b z0.b, p0/z, [x0]
-constexpr std::uint32_t word_gather = 0x85414000;  // ld1w z0.s, p0/z, [x0, z1.s, sxtw]
+constexpr std::uint32_t word_ld1b = 0xA400A000;             // ld1b z0.b, p0/z, [x0]
+constexpr std::uint32_t word_st1b = 0xE400E000;             // st1b z0.b, p0, [x0]
+constexpr std::uint32_t word_ldnf1b = 0xA410A000;           // ldnf1b z0.b, p0/z, [x0]
+constexpr std::uint32_t word_gather = 0x85414000;           // ld1w z0.s, p0/z, [x0, z1.s, sxtw]
+constexpr std::uint32_t word_gather_in_place = 0x85414001;  // ld1w z1.s, p0/z, [x0, z1.s, sxtw]
 
 struct ApplicationFault : client_test {
   cpu_state& state = start_thread();
@@ -86,6 +88,20 @@ TEST_F(ApplicationFault, OfAGatherIsNotLookedForInLanesThatItHasNotReached) {
   const auto to = fault(word_gather);
   ASSERT_TRUE(to);
   EXPECT_THAT(touched(*to), ElementsAre(state.x[0] - 4, state.x[0] + 2));
+}
+
+// Its second lane faults, after the first has been written: the instruction's next run needs all offsets.
+TEST_F(ApplicationFault, OfAGatherThatOverwritesItsOffsetsLeavesThemAsTheyWere) {
+  std::array<std::int32_t, VL_BYTES / 4> offsets;
+  std::iota(offsets.begin(), offsets.end(), -3);
+  offsets[1] = 2;
+  std::memcpy(state.z[1], offsets.data(), sizeof offsets);
+  const auto to = fault(word_gather_in_place);
+  ASSERT_TRUE(to);
+  EXPECT_THAT(touched(*to), ElementsAre(state.x[0] - 3, state.x[0] + 2));
+  EXPECT_EQ(std::memcmp(state.z[1], offsets.data(), sizeof offsets), 0);
+  fault(word_ld1b);
+  EXPECT_EQ(std::memcmp(state.z[1], offsets.data(), sizeof offsets), 0);
 }
 
 // A non-fault load survives what is not mapped, not a page that has nothing behind it.

@@ -2,33 +2,38 @@
 #include "sve/handlers/memory/gather_scatter.h"
 
 #include "sve/handlers/memory/memory_access.h"
+#include "sve/memory/kept_destination.h"
 
 using namespace quern;
 
 namespace {
 
-// Lane i of U, its low bits taken as an X and extended to 64 bits as X's signedness says.
-template <class U, class X>
-std::uint64_t extended(const unsigned char* z, std::size_t i) {
-  return static_cast<std::uint64_t>(static_cast<X>(lane<U>(z, i)));
+// An offset or index in a lane: the low bits, taken as an X, extended to 64 bits as X's signedness says.
+template <class X>
+std::uint64_t extended(auto lane_value) {
+  return static_cast<std::uint64_t>(static_cast<X>(lane_value));
 }
 
-// One element for each active lane of Zt, in order. Zt may be the vector of addresses: each lane's address is formed
-// before the lane is written.
+// One element for each active lane of Zt, in order, at address_of(the lane of `vector`). A load's Zt may be that
+// vector: each lane's address is formed before the lane is written.
 template <memaccess_type_t kind, class T, class U>
-aarch64_decode_rc move_scattered(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, auto address_of) {
+aarch64_decode_rc move_scattered(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg vector,
+                                 auto address_of) {
   unsigned char* const z = state->z[zt.num];
   const unsigned char* const p = state->p[pg.num];
   std::uint64_t* const addresses = lane_addresses;  // of the active lanes
   note_addresses(sizeof(T), kind, p, sizeof(U));
+  const bool overwrites_addresses = kind == MEM_LOAD && zt.num == vector.num;
+  if (overwrites_addresses) keep_destination(z);
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(p, i)) {
-      addresses[i] = address_of(i);
+      addresses[i] = address_of(lane<U>(state->z[vector.num], i));
       move_lane<kind, T, U>(z, i, addresses[i]);
     } else {
       skip_lane<kind, U>(z, i);
     }
   }
+  if (overwrites_addresses) forget_destination();
   memtrace_each<T, U>(state, addresses, p, kind);
   return DECODE_OK;
 }
@@ -38,27 +43,23 @@ aarch64_decode_rc move_scattered(cpu_state* state, aarch64_z_reg zt, aarch64_p_r
 // The forms of the address. X is the type of an offset or index: its width tells the bits of the lane that are read,
 // its signedness extends them.
 
-#define BY_ADDRESS(kind, name, T, U)                                                                           \
-  aarch64_decode_rc sve_##name##_zpzi(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zn,  \
-                                      unsigned int imm) {                                                      \
-    return move_scattered<kind, T, U>(state, zt, pg,                                                           \
-                                      [z = state->z[zn.num], offset = scaled(imm, sizeof(T))](std::size_t i) { \
-                                        return extended<U, U>(z, i) + offset;                                  \
-                                      });                                                                      \
+#define BY_ADDRESS(kind, name, T, U)                                                                          \
+  aarch64_decode_rc sve_##name##_zpzi(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zn, \
+                                      unsigned int imm) {                                                     \
+    return move_scattered<kind, T, U>(state, zt, pg, zn,                                                      \
+                                      [offset = scaled(imm, sizeof(T))](U n) { return n + offset; });         \
   }
-#define BY_OFFSET(kind, name, T, U, X)                                                                                \
-  aarch64_decode_rc sve_##name##_zpzr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zm,         \
-                                      aarch64_i_rsp_reg base) {                                                       \
-    return move_scattered<kind, T, U>(state, zt, pg, [z = state->z[zm.num], x = read_x(state, base)](std::size_t i) { \
-      return x + extended<U, X>(z, i);                                                                                \
-    });                                                                                                               \
+#define BY_OFFSET(kind, name, T, U, X)                                                                        \
+  aarch64_decode_rc sve_##name##_zpzr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg zm, \
+                                      aarch64_i_rsp_reg base) {                                               \
+    return move_scattered<kind, T, U>(state, zt, pg, zm,                                                      \
+                                      [x = read_x(state, base)](U m) { return x + extended<X>(m); });         \
   }
-#define BY_INDEX(kind, name, T, U, X)                                                                                 \
-  aarch64_decode_rc sve_##name##_scaled_zprz(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,                    \
-                                             aarch64_i_rsp_reg base, aarch64_z_reg zm) {                              \
-    return move_scattered<kind, T, U>(state, zt, pg, [z = state->z[zm.num], x = read_x(state, base)](std::size_t i) { \
-      return x + extended<U, X>(z, i) * sizeof(T);                                                                    \
-    });                                                                                                               \
+#define BY_INDEX(kind, name, T, U, X)                                                                             \
+  aarch64_decode_rc sve_##name##_scaled_zprz(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,                \
+                                             aarch64_i_rsp_reg base, aarch64_z_reg zm) {                          \
+    return move_scattered<kind, T, U>(state, zt, pg, zm,                                                          \
+                                      [x = read_x(state, base)](U m) { return x + extended<X>(m) * sizeof(T); }); \
   }
 
 #define WORDS(kind, name, T)                                   \

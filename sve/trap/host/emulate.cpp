@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "sve/decoder/sve_utils.h"
+#include "sve/memory/kept_destination.h"
 #include "sve/trap/failure_line.h"
 #include "sve/trap/handler_cache.h"
 #include "sve/trap/host/handler_level.h"
@@ -37,7 +38,10 @@ cpu_state& thread_state() { return registers; }
 
 ucontext_t* emulated_frame() { return under_emulation.load(std::memory_order_relaxed); }
 
-void abandon_emulation() { set_under_emulation(nullptr); }
+void abandon_emulation() {
+  put_destination_back();
+  set_under_emulation(nullptr);
+}
 
 bool emulate(ucontext_t& frame) {
   const unsigned char* const pc = frame_pc(frame);

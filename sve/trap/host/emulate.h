@@ -18,7 +18,8 @@ bool emulate(ucontext_t& frame);
 // code.
 ucontext_t* emulated_frame();
 
-// Gives up the instruction under emulation: its frame is as it was before, and a signal handler has taken it over.
+// Gives up the instruction under emulation, which will run again: its frame is as it was before, and a signal handler
+// has taken it over.
 void abandon_emulation();
 
 }  // namespace quern
