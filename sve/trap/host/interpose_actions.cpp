@@ -78,13 +78,6 @@ int change_action(int signal, const signal_action* wanted, signal_action* old) {
   return 0;
 }
 
-// An integer result from an error number: 0, or -1 with errno set.
-int result_of(int error) {
-  if (error == 0) return 0;
-  errno = error;
-  return -1;
-}
-
 sighandler_t change_handler(int signal, sighandler_t handler, int flags, signal_set mask) {
   const signal_action wanted{reinterpret_cast<void*>(handler), flags, mask};
   signal_action old{};

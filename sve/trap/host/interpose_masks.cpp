@@ -11,12 +11,6 @@
 namespace quern {
 namespace {
 
-int result_of(int error) {
-  if (error == 0) return 0;
-  errno = error;
-  return -1;
-}
-
 int change_mask(int how, const sigset_t* set, sigset_t* old) {
   const signal_set wanted = set ? from_sigset(*set) : 0;
   signal_set before = 0;
