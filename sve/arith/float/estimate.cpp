@@ -63,7 +63,7 @@ T recip_sqrt_estimate(const unpacked<T>& a) {
   const normalized<T> n(a);
   const auto interval = static_cast<unsigned>(n.mnt >> (bits_of<mantissa<T>> - 8)) & 127;
   const mantissa<T> fraction = recip_sqrt_estimate_table[interval + (n.exp % 2 == 0 ? 128 : 0)];
-  return pack<T>(0, (3 * format::bias - 1 - n.exp) >> 1, fraction << (format::fraction_bits - 8));
+  return pack<T>(0, (3 * format::bias - 1 - n.exp) / 2, fraction << (format::fraction_bits - 8));
 }
 
 }  // namespace

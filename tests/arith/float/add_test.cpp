@@ -35,6 +35,10 @@ TYPED_TEST(Addition, SumsAreRoundedOnceInEveryMode) {
   using T = TypeParam;
   using v = values<T>;
   constexpr T one = num<T>(1);
+  // -2^-bits_down of 1's last bit, and more by a fraction. Below 1 the last bit is worth half of that.
+  const auto part = [](int bits_down, T fraction) {
+    return pack<T>(1, float_format<T>::bias - float_format<T>::fraction_bits - bits_down, fraction);
+  };
   check<T>(
       FPAdd,
       {
@@ -48,6 +52,9 @@ TYPED_TEST(Addition, SumsAreRoundedOnceInEveryMode) {
           {"a negative speck, nearest", {one, v::minus + v::tiny}, RN, one, IXC},
           {"a negative speck, truncated", {one, v::minus + v::tiny}, RZ, one - 1, IXC},
           {"a negative speck, up", {v::minus + v::tiny, one}, RP, one, IXC},
+          {"less a quarter of the last bit", {one, part(3, 0)}, RN, one, IXC},
+          {"less half of it", {one, part(2, 0)}, RN, one, IXC},
+          {"less three quarters of it", {one, part(2, float_format<T>::quiet_bit)}, RN, one - 1, IXC},
           {"to the smallest normal", {v::smallest - 1, v::tiny}, 0, v::smallest, 0},
           {"below it, exact", {v::smallest, v::minus + v::tiny}, 0, v::smallest - 1, 0},
           {"overflow", {v::largest, v::largest}, 0, v::inf, OFC | IXC},
