@@ -73,16 +73,6 @@ inline void write_flags(unsigned char* p, std::uint32_t size, const flags_of& al
 }
 
 // The same of the library's values.
-inline VecV vector_value(std::uint32_t size, const elements& all) {
-  VecV value;
-  write_elements(value.bytes, size, all);
-  return value;
-}
-inline PredV predicate_value(std::uint32_t size, const flags_of& all) {
-  unsigned char bytes[VL_BYTES];
-  write_flags(bytes, size, all);
-  return to_pred(bytes);
-}
 inline elements read_elements(const VecV& value, std::uint32_t size) { return read_elements(value.bytes, size); }
 inline flags_of read_flags(const PredV& value, std::uint32_t size) {
   unsigned char bytes[VL_BYTES];

@@ -1,12 +1,12 @@
 // Tables of loop control and counting: WHILE, CTERM, counts by predicate and by vector length, and arithmetic with the
 // vector length.
-#include "sve/veclib/predicate/element_count.h"
 #include "sve/decoder/operands.h"
 #include "sve/decoder/rows/tables.h"
 #include "sve/handlers/integer/address.h"
 #include "sve/handlers/integer/shift.h"
 #include "sve/handlers/predicate/element_count.h"
 #include "sve/handlers/predicate/while_loop.h"
+#include "sve/veclib/predicate/element_count.h"
 
 namespace quern {
 

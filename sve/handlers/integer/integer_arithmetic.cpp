@@ -3,9 +3,9 @@
 
 #include <functional>
 
-#include "sve/state/integer_operations.h"
 #include "sve/handlers/integer/trace_marker.h"
 #include "sve/handlers/register_loops.h"
+#include "sve/state/integer_operations.h"
 
 using namespace quern;
 

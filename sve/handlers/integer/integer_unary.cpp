@@ -4,8 +4,8 @@
 #include <bit>
 #include <functional>
 
-#include "sve/state/integer_operations.h"
 #include "sve/handlers/register_loops.h"
+#include "sve/state/integer_operations.h"
 
 using namespace quern;
 

@@ -2,8 +2,8 @@
 #include "sve/handlers/integer/multiply.h"
 
 #include "sve/handlers/general_register.h"
-#include "sve/state/integer_operations.h"
 #include "sve/handlers/register_loops.h"
+#include "sve/state/integer_operations.h"
 
 using namespace quern;
 

@@ -4,9 +4,9 @@
 #include <functional>
 #include <limits>
 
-#include "sve/state/integer_operations.h"
 #include "sve/handlers/lane_loops.h"
 #include "sve/state/cpu_state.h"
+#include "sve/state/integer_operations.h"
 
 using namespace quern;
 

@@ -6,8 +6,8 @@
 #include <functional>
 #include <utility>
 
-#include "sve/state/integer_operations.h"
 #include "sve/handlers/register_loops.h"
+#include "sve/state/integer_operations.h"
 
 using namespace quern;
 
