@@ -4,16 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "sve/veclib/integer/integer_arithmetic.h"
+#include "tests/harness/library_context.h"
 
 namespace {
 
 using namespace quern;
-
-CpuContext context(std::uint32_t vl_units = VL_BITS / 64) {
-  CpuContext ctx{};
-  ctx.vl_units = vl_units;
-  return ctx;
-}
 
 constexpr VecV filled(unsigned char byte) {
   VecV vector{};
@@ -22,14 +17,14 @@ constexpr VecV filled(unsigned char byte) {
 }
 
 TEST(LaneCount, FollowsTheContextsUnits) {
-  EXPECT_EQ(veclib::lanes<std::uint8_t>(context()), VL_BYTES);
-  EXPECT_EQ(veclib::lanes<std::uint16_t>(context()), VL_BYTES / 2);
-  EXPECT_EQ(veclib::lanes<std::uint32_t>(context()), VL_BYTES / 4);
-  EXPECT_EQ(veclib::lanes<std::uint64_t>(context()), VL_BYTES / 8);
-  EXPECT_EQ(veclib::lanes<std::uint16_t>(context(1)), 4u);
+  EXPECT_EQ(veclib::lanes<std::uint8_t>(library_context()), VL_BYTES);
+  EXPECT_EQ(veclib::lanes<std::uint16_t>(library_context()), VL_BYTES / 2);
+  EXPECT_EQ(veclib::lanes<std::uint32_t>(library_context()), VL_BYTES / 4);
+  EXPECT_EQ(veclib::lanes<std::uint64_t>(library_context()), VL_BYTES / 8);
+  EXPECT_EQ(veclib::lanes<std::uint16_t>(library_context(1)), 4u);
 }
 
-TEST(LaneCount, Reads26BitsOfTheUnits) { EXPECT_EQ(veclib::lanes<std::uint64_t>(context(0xFC000002)), 2u); }
+TEST(LaneCount, Reads26BitsOfTheUnits) { EXPECT_EQ(veclib::lanes<std::uint64_t>(library_context(0xFC000002)), 2u); }
 
 TEST(PredicateElement, IsActiveByItsLowestBitAlone) {
   PredV predicate{};
@@ -67,7 +62,7 @@ TYPED_TEST(LaneMasks, AreOnesJustWhereAnElementIsActive) {
 }
 
 TEST(Merging, TakesInactiveLanesFromTheFirstOperand) {
-  CpuContext ctx = context();
+  CpuContext ctx = library_context();
   PredV odd_elements{};
   for (std::uint64_t& word : odd_elements.words) word = 0x4444444444444444;  // of two bytes
   const VecV result = VecU16AbdVVM(filled(9), odd_elements, filled(3), &ctx);
@@ -76,7 +71,7 @@ TEST(Merging, TakesInactiveLanesFromTheFirstOperand) {
 }
 
 TEST(Loops, ClearWhatLiesBeyondTheVectorLength) {
-  CpuContext ctx = context(1);
+  CpuContext ctx = library_context(1);
   PredV all{};
   for (std::uint64_t& word : all.words) word = ~std::uint64_t{0};
   const VecV result = VecU8AbdVVM(filled(9), all, filled(3), &ctx);

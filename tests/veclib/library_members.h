@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "sve/state/cpu_context.h"
+#include "tests/harness/library_context.h"
 
 namespace quern {
 
@@ -43,12 +44,5 @@ std::span<const library_member> library_members();
 
 // Those of one stem. A stem without any fails the test.
 std::vector<library_member> members_of(std::string_view stem);
-
-// The context of a thunk's call.
-inline CpuContext library_context(std::uint32_t vl_units = VL_BITS / 64) {
-  CpuContext ctx{};
-  ctx.vl_units = vl_units;
-  return ctx;
-}
 
 }  // namespace quern

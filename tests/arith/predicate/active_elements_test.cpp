@@ -5,19 +5,15 @@
 #include <random>
 
 #include "sve/arith/predicate/predicate_support.h"
+#include "tests/harness/library_context.h"
 
 namespace {
+
+using quern::library_context;
 
 constexpr int element_sizes[] = {8, 16, 32, 64};
 
 constexpr int count_of(int esize) { return VL_BITS / esize; }
-
-CpuContext context_of(std::uint32_t nzcv = 0, std::uint32_t vl_units = VL_BITS / 64) {
-  CpuContext ctx{};
-  ctx.nzcv = nzcv;
-  ctx.vl_units = vl_units;
-  return ctx;
-}
 
 PredV with_bits(std::initializer_list<int> bits) {
   PredV value{};
@@ -45,7 +41,7 @@ constexpr std::uint32_t nothing_set = z | c;
 
 std::uint32_t flags_after(decltype(PredSetNZC) set, const PredV& mask, const PredV& result, int esize,
                           std::uint32_t nzcv = 0, std::uint32_t vl_units = VL_BITS / 64) {
-  CpuContext ctx = context_of(nzcv, vl_units);
+  CpuContext ctx = library_context(vl_units, nzcv);
   set(mask, result, esize, &ctx);
   return ctx.nzcv;
 }
@@ -55,7 +51,7 @@ std::uint32_t nzcv_of(const PredV& mask, const PredV& result, int esize) {
 }
 
 TEST(FindActive, IsTheFirstOrLastActiveElementOrMinus1) {
-  CpuContext ctx = context_of();
+  CpuContext ctx = library_context();
   for (const int esize : element_sizes) {
     const int top = count_of(esize) - 1;
     EXPECT_EQ(FindFirstActive(PredV{}, esize, &ctx), -1);
@@ -70,7 +66,7 @@ TEST(FindActive, IsTheFirstOrLastActiveElementOrMinus1) {
 }
 
 TEST(FindActive, DoesNotSeeASetBitThatIsNotTheLowestOfAnElement) {
-  CpuContext ctx = context_of();
+  CpuContext ctx = library_context();
   for (int bit = 0; bit != VL_BYTES; ++bit) {
     if (bit % 2 == 0) continue;
     EXPECT_EQ(FindFirstActive(with_bits({bit}), 16, &ctx), -1) << bit;
@@ -80,7 +76,7 @@ TEST(FindActive, DoesNotSeeASetBitThatIsNotTheLowestOfAnElement) {
 }
 
 TEST(FindActive, FindsNoneWhereThereAreNoElements) {
-  CpuContext ctx = context_of(0, 0), full = context_of();
+  CpuContext ctx = library_context(0), full = library_context();
   EXPECT_EQ(FindFirstActive(with_bits({0}), 8, &ctx), -1);
   EXPECT_EQ(FindLastActive(with_bits({0}), 8, &ctx), -1);
   EXPECT_EQ(FindFirstActive(with_bits({0}), 0, &full), -1);
@@ -88,7 +84,7 @@ TEST(FindActive, FindsNoneWhereThereAreNoElements) {
 }
 
 TEST(FindActive, StaysWithinTheVectorLengthAndCountsAllBitsOfItsWord) {
-  CpuContext one_unit = context_of(0, 1), top_bit = context_of(0, 1u << 31);
+  CpuContext one_unit = library_context(1), top_bit = library_context(1u << 31);
   EXPECT_EQ(FindLastActive(all_elements(8), 8, &one_unit), 7);
   EXPECT_EQ(FindLastActive(all_elements(32), 32, &one_unit), 1);
   EXPECT_EQ(FindLastActive(all_elements(64), 64, &top_bit), count_of(64) - 1);

@@ -6,19 +6,16 @@
 #include <memory>
 
 #include "sve/decoder/sve_utils.h"
+#include "tests/harness/library_context.h"
 
 namespace {
 
+using quern::library_context;
+
 constexpr std::uint64_t all = 31, vl7 = 7, unallocated = 14;
 
-CpuContext context_of(std::uint32_t vl_units) {
-  CpuContext ctx{};
-  ctx.vl_units = vl_units;
-  return ctx;
-}
-
 TEST(CountVLSI, IsThePatternsLanesTimesTheFieldPlus1) {
-  CpuContext ctx = context_of(4);
+  CpuContext ctx = library_context(4);
   EXPECT_EQ(VecU8CountVLSI(all, 0, &ctx), 32u);
   EXPECT_EQ(VecU16CountVLSI(all, 0, &ctx), 16u);
   EXPECT_EQ(VecU32CountVLSI(all, 0, &ctx), 8u);
@@ -30,7 +27,7 @@ TEST(CountVLSI, IsThePatternsLanesTimesTheFieldPlus1) {
 }
 
 TEST(CountVLSI, Reads26BitsOfTheVectorLength) {
-  CpuContext ctx = context_of(0xFC000002);
+  CpuContext ctx = library_context(0xFC000002);
   EXPECT_EQ(VecU64CountVLSI(all, 0, &ctx), 2u);
 }
 
