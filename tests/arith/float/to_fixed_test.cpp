@@ -163,7 +163,7 @@ TEST(ToFixed, Of65504FitsUnsignedHalfwordsAndNotSignedOnes) {
                                                                       });
 }
 
-TEST(FPToFixed_64, AssignsTheFlags) {
+TEST(FPToFixed64, AssignsTheFlags) {
   constexpr std::uint64_t one = 1ULL << 52;
   int flags = DZC | IDC;
   EXPECT_EQ(FPToFixed_64(0, 1023 + 3, one, false, N, &flags), 8U);
@@ -174,7 +174,7 @@ TEST(FPToFixed_64, AssignsTheFlags) {
   EXPECT_EQ(flags, IOC);
 }
 
-TEST(FPToFixed_64, ReachesFromTheLastBitOf64ToFarBelowTheFirst) {
+TEST(FPToFixed64, ReachesFromTheLastBitOf64ToFarBelowTheFirst) {
   constexpr std::uint64_t one = 1ULL << 52;
   int flags = 0;
   EXPECT_EQ(FPToFixed_64(0, 1086, 2 * one - 1, true, Z, &flags), 0xFFFFFFFFFFFFF800);
