@@ -11,6 +11,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <set>
 
 #include "tests/differential/comparison.h"
 #include "tests/differential/deviations.h"
@@ -57,6 +58,8 @@ void run_both(const decode_row& row, const test_case& c, outcomes& o) {
   o.processor = o.emulator = c.state;
   if (c.has_memory) std::memcpy(arena(), c.memory, arena_bytes);
   o.processor_signal = run_on_processor(c.word, o.processor);
+  // A library call keeps the flags' own half of the field alone; MRS never delivers anything else in the other.
+  if (row.way == route::library) o.processor.nzcv &= 0xFFFFFFFF;
   if (c.has_memory) {
     std::memcpy(o.processor_memory, arena(), arena_bytes);
     std::memcpy(arena(), c.memory, arena_bytes);
@@ -86,12 +89,15 @@ class AgainstProcessor : public testing::TestWithParam<case_row> {
   void drop_known(const decode_row& row, const test_case& c, std::vector<difference>& found) {
     for (const deviation& d : known_deviations()) {
       if (!concerns(d, row) || !d.applies(row, c)) continue;
+      applied_.insert(&d);
       seen_[&d] += std::erase_if(found, [&](const difference& f) { return f.where == d.where; });
     }
   }
-  std::size_t seen(const deviation& d) { return seen_[&d]; }
+  // Whether a deviation that each of its cases allows has come in none of them.
+  bool has_gone(const deviation& d) { return d.everywhere && applied_.contains(&d) && seen_[&d] == 0; }
 
  private:
+  std::set<const deviation*> applied_;
   std::map<const deviation*, std::size_t> seen_;
 };
 
@@ -111,8 +117,7 @@ TEST_P(AgainstProcessor, LeavesTheSame) {
   }
   if (count < default_cases) return;
   for (const deviation& d : known_deviations())
-    EXPECT_TRUE(!d.everywhere || !concerns(d, row) || seen(d) != 0)
-        << "a listed deviation no longer occurs: " << d.reason;
+    EXPECT_FALSE(has_gone(d)) << "a listed deviation no longer occurs: " << d.reason;
 }
 
 std::string row_name(const testing::TestParamInfo<case_row>& info) { return info.param.row->name.c_str(); }
