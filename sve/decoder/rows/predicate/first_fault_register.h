@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/predicate/first_fault_register.h"
+#include "sve/veclib/predicate/first_fault_register.h"
 
 namespace quern::rows {
 

@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/predicate/predicate_break.h"
+#include "sve/veclib/predicate/predicate_break.h"
 
 namespace quern::rows {
 

@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/predicate/predicate_logic.h"
+#include "sve/veclib/predicate/predicate_logic.h"
 
 namespace quern::rows {
 

@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/predicate/while_loop.h"
+#include "sve/veclib/predicate/while_loop.h"
 
 namespace quern::rows {
 
