@@ -17,10 +17,6 @@
 namespace quern::judge {
 namespace {
 
-using H = std::uint16_t;
-using S = std::uint32_t;
-using D = std::uint64_t;
-
 template <class T, bool signal>
 int compare(T a, T b, FPSCR& fpscr) {
   return FPCompare<T>(a, b, signal, fpscr);

@@ -9,10 +9,6 @@
 namespace quern::judge {
 namespace {
 
-using H = std::uint16_t;
-using S = std::uint32_t;
-using D = std::uint64_t;
-
 template <class From, class To>
 To convert(From value, FPSCR& fpscr) {
   return FPConvert<From, To>(value, rounding_of(fpscr), fpscr);

@@ -8,10 +8,6 @@
 namespace quern::judge {
 namespace {
 
-using H = std::uint16_t;
-using S = std::uint32_t;
-using D = std::uint64_t;
-
 template <std::uint64_t index, class T>
 T trigonometric_multiply_add(T a, T b, FPSCR& fpscr) {
   return FPTRIMADD<T>(index, a, b, fpscr);

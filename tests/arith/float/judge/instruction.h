@@ -6,6 +6,11 @@
 
 namespace quern::judge {
 
+// The formats' patterns, as short as the letters of their registers.
+using H = std::uint16_t;
+using S = std::uint32_t;
+using D = std::uint64_t;
+
 // FPCR while it lives; on return the one that was there.
 class control_setting {
  public:
