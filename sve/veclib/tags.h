@@ -16,6 +16,19 @@ using S64 = std::int64_t;
 using F16 = std::uint16_t;
 using F32 = std::uint32_t;
 using D64 = std::uint64_t;
+// Of a number held in a wider lane, and of the result of a conversion, the number: the lane follows from it and from
+// what it was converted from.
+using F64 = std::uint32_t;
+using H32 = std::uint16_t;
+using H64 = std::uint16_t;
+using S16_2 = std::int16_t;
+using U16_2 = std::uint16_t;
+using S32_4 = std::int32_t;
+using U32_4 = std::uint32_t;
+using S64_4 = std::int32_t;
+using U64_4 = std::uint32_t;
+using S64_8 = std::int64_t;
+using U64_8 = std::uint64_t;
 using B8 = std::uint8_t;
 using H16 = std::uint16_t;
 using P = std::uint8_t;

@@ -1,6 +1,15 @@
 // All functions of the vector library.
 #pragma once
 
+#include "sve/veclib/floating_point/complex.h"
+#include "sve/veclib/floating_point/estimate.h"
+#include "sve/veclib/floating_point/float_arithmetic.h"
+#include "sve/veclib/floating_point/float_compare.h"
+#include "sve/veclib/floating_point/float_convert.h"
+#include "sve/veclib/floating_point/float_multiply_add.h"
+#include "sve/veclib/floating_point/float_reduce.h"
+#include "sve/veclib/floating_point/float_round.h"
+#include "sve/veclib/floating_point/trigonometric.h"
 #include "sve/veclib/integer/address.h"
 #include "sve/veclib/integer/divide.h"
 #include "sve/veclib/integer/integer_arithmetic.h"

@@ -75,7 +75,8 @@ std::span<const library_member> library_members() {
 std::vector<library_member> members_of(std::string_view stem) {
   std::vector<library_member> found;
   for (const library_member& member : library_members())
-    if (member.stem == stem) found.push_back(member);
+    if (member.stem == stem && std::string_view("USP").find(member.tag.front()) != std::string_view::npos)
+      found.push_back(member);
   EXPECT_FALSE(found.empty()) << stem;
   return found;
 }

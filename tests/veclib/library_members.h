@@ -42,7 +42,7 @@ struct library_member {
 
 std::span<const library_member> library_members();
 
-// Those of one stem. A stem without any fails the test.
+// Those of one stem for integers and predicates. A stem without any fails the test.
 std::vector<library_member> members_of(std::string_view stem);
 
 }  // namespace quern

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <initializer_list>
 #include <random>
+#include <vector>
 
 #include "sve/arith/predicate/predicate_support.h"
 #include "sve/veclib/frame.h"
@@ -71,5 +72,24 @@ template <class T>
 inline T lane_of(const VecV& vector, std::size_t i) {
   return lane<T>(vector.bytes, i);
 }
+
+// A vector by its first lanes; all others are 0.
+template <class T>
+VecV vector_of(std::initializer_list<T> lanes) {
+  VecV vector{};
+  std::size_t i = 0;
+  for (const T each : lanes) set_lane<T>(vector.bytes, i++, each);
+  return vector;
+}
+
+template <class T>
+std::vector<T> first_lanes(const VecV& vector, std::size_t count) {
+  std::vector<T> lanes;
+  for (std::size_t i = 0; i != count; ++i) lanes.push_back(lane<T>(vector.bytes, i));
+  return lanes;
+}
+
+// The name of a parameterised test's case: its parameter's `name`.
+inline constexpr auto case_name = [](const auto& test) { return test.param.name; };
 
 }  // namespace quern::veclib

@@ -1,0 +1,32 @@
+// The helpers of trigonometric and exponential series.
+#include "sve/veclib/floating_point/trigonometric.h"
+
+#include "sve/arith/float/exponential.h"
+#include "sve/arith/float/trigonometric.h"
+#include "sve/veclib/floating_point/float_frame.h"
+
+namespace quern::veclib {
+namespace {
+
+constexpr auto EXPAV = unpredicated([]<class T>(T a) { return FPEXPA<T>(a); });
+
+constexpr auto TRISMULVV =
+    float_unpredicated([]<class T>(T a, T b, FPSCR& fpscr) { return FPTRISMUL<T>(a, b, fpscr); });
+
+// One or a by bit 0 of b, its sign flipped by bit 1. NaNs are passed on as they are.
+constexpr auto TRISSELVV = unpredicated([]<class T>(T a, T b) {
+  const T value = (b & 1) != 0 ? pack<T>(0, float_format<T>::bias, 0) : a;
+  return (b & 2) != 0 ? negated(value) : value;
+});
+
+constexpr auto TRIMADDVVI = []<class T>(T, CpuContext& ctx, const VecV& a, const VecV& b, std::uint32_t coefficient) {
+  const int index = static_cast<int>(coefficient);
+  const auto multiply_add = [=](T x, T y, FPSCR& fpscr) { return FPTRIMADD<T>(index, x, y, fpscr); };
+  return map_lanes<T>(lane_arithmetic(multiply_add, ctx), ctx, a, b);
+};
+
+}  // namespace
+}  // namespace quern::veclib
+
+#define MEMBERS "sve/veclib/floating_point/trigonometric.def"
+#include "sve/veclib/members/define.inc"
