@@ -9,13 +9,20 @@
 #include "bench/registration.h"
 #include "sve/arith/float/add.h"
 #include "sve/arith/float/compare.h"
+#include "sve/arith/float/convert.h"
 #include "sve/arith/float/divide.h"
 #include "sve/arith/float/estimate.h"
+#include "sve/arith/float/exponential.h"
+#include "sve/arith/float/from_fixed.h"
 #include "sve/arith/float/minimum_maximum.h"
 #include "sve/arith/float/multiply.h"
 #include "sve/arith/float/multiply_add.h"
+#include "sve/arith/float/round_to_integral.h"
+#include "sve/arith/float/scale.h"
 #include "sve/arith/float/square_root.h"
 #include "sve/arith/float/step.h"
+#include "sve/arith/float/to_fixed.h"
+#include "sve/arith/float/trigonometric.h"
 
 namespace {
 
@@ -64,7 +71,7 @@ void add_benchmark(const char* name, T (*op)(T, T, T, FPSCR&)) {
 }
 
 template <class T>
-void register_format() {
+void register_arithmetic() {
   add_benchmark("FPAdd", FPAdd<T>);
   add_benchmark("FPSub", FPSub<T>);
   add_benchmark("FPMul", FPMul<T>);
@@ -83,10 +90,52 @@ void register_format() {
   add_benchmark("FPRecpX", FPRecpX<T>);
 }
 
+// Those that take other arguments than patterns of their format.
+template <class T>
+void register_conversions() {
+  add_benchmark<T>("FPRoundInt", 1,
+                   [](T a, T, T, FPSCR& fpscr) { return FPRoundInt(a, FPRounding_ZERO, true, fpscr); });
+  add_benchmark<T>("fplibFPToFixed", 1, [](T a, T, T, FPSCR& fpscr) {
+    return fplibFPToFixed<T, std::uint64_t>(a, 0, false, FPRounding_ZERO, fpscr);
+  });
+  add_benchmark<T>("fplibFixedToFP", 1,
+                   [](T a, T, T, FPSCR& fpscr) { return fplibFixedToFP<T>(a, 0, true, FPRounding_TIEEVEN, fpscr); });
+  add_benchmark<T>("FPTRIMADD", 1, [](T a, T b, T, FPSCR& fpscr) { return FPTRIMADD<T>(1, a, b, fpscr); });
+  add_benchmark("FPTRISMUL", FPTRISMUL<T>);
+  add_benchmark<T>("FPEXPA", 0, [](T a, T, T, FPSCR&) { return FPEXPA(a); });
+}
+
+template <class From, class To>
+void register_conversion(const char* name) {
+  add_benchmark<From>(
+      name, 1, [](From a, From, From, FPSCR& fpscr) { return FPConvert<From, To>(a, FPRounding_TIEEVEN, fpscr); });
+}
+
+template <class T, class Integer>
+void register_scale(T (*scale)(T, Integer, FPSCR&)) {
+  add_benchmark<T>("FPScale", 1,
+                   [scale](T a, T b, T, FPSCR& fpscr) { return scale(a, static_cast<Integer>(b & 7), fpscr); });
+}
+
+template <class T>
+void register_format() {
+  register_arithmetic<T>();
+  register_conversions<T>();
+}
+
 }  // namespace
 
 void quern::register_float() {
   register_format<std::uint16_t>();
   register_format<std::uint32_t>();
   register_format<std::uint64_t>();
+  register_conversion<std::uint16_t, std::uint32_t>("FPConvert to single");
+  register_conversion<std::uint16_t, std::uint64_t>("FPConvert to double");
+  register_conversion<std::uint32_t, std::uint16_t>("FPConvert to half");
+  register_conversion<std::uint32_t, std::uint64_t>("FPConvert to double");
+  register_conversion<std::uint64_t, std::uint16_t>("FPConvert to half");
+  register_conversion<std::uint64_t, std::uint32_t>("FPConvert to single");
+  register_scale(FPScale16);
+  register_scale(FPScale32);
+  register_scale(FPScale64);
 }

@@ -18,7 +18,7 @@ To convert_nan(int sgn, From nan, int mode, int* flags) {
   constexpr int moved = float_format<To>::fraction_bits - float_format<From>::fraction_bits;
   if (is_signalling_nan(nan)) *flags |= IOC;
   const std::uint64_t fraction = nan & float_format<From>::fraction_mask;
-  const auto kept = static_cast<significand<To>>(moved > 0 ? fraction << (moved & 63) : fraction >> (-moved & 63));
+  const auto kept = static_cast<mantissa<To>>(moved > 0 ? fraction << (moved & 63) : fraction >> (-moved & 63));
   return process_nan(pack<To>(sgn, float_format<To>::top_exponent, kept | float_format<To>::quiet_bit), mode, flags);
 }
 
@@ -30,7 +30,7 @@ To widen(From value, bool alternative, int mode, int* flags) {
   if (is_nan(value) && !alternative) return convert_nan<From, To>(a.sgn, value, mode, flags);
   if (is_infinite(a) && !alternative) return infinity<To>(a.sgn);
   if (is_zero(a)) return zero<To>(a.sgn);
-  return normalize_and_pack<To>(a.sgn, a.exp + rebias<From, To>, significand<To>{a.mnt} << moved);
+  return normalize_and_pack<To>(a.sgn, a.exp + rebias<From, To>, mantissa<To>{a.mnt} << moved);
 }
 
 // NaNs and infinities as alternative halves, which have neither.

@@ -36,11 +36,11 @@ constexpr int index_bits = sizeof(T) == 2 ? 5 : 6;
 // The fraction fields of 2^(i/n), rounded to nearest.
 template <float_bits T>
 constexpr auto fractions = [] {
-  std::array<significand<T>, 1 << index_bits<T>> table{};
+  std::array<mantissa<T>, 1 << index_bits<T>> table{};
   constexpr int dropped = 63 - float_format<T>::fraction_bits;
   for (std::size_t i = 0; i != table.size(); ++i) {
     const fixed_63 above_one = power_of_two(i, index_bits<T>) - one;
-    table[i] = static_cast<significand<T>>((above_one + (fixed_63{1} << (dropped - 1))) >> dropped);
+    table[i] = static_cast<mantissa<T>>((above_one + (fixed_63{1} << (dropped - 1))) >> dropped);
   }
   return table;
 }();

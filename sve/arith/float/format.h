@@ -39,12 +39,6 @@ using mantissa = std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t
 template <float_bits T>
 using wide_mantissa = std::conditional_t<sizeof(T) == 8, uint128, std::uint64_t>;
 
-// The former names, until all callers have the new ones: the C library has a function called significand.
-template <float_bits T>
-using significand = mantissa<T>;
-template <float_bits T>
-using wide_significand = wide_mantissa<T>;
-
 template <class Word>
 inline constexpr int bits_of = 8 * sizeof(Word);
 

@@ -27,8 +27,8 @@ constexpr integral<Word> round_at_point(int sgn, Word mnt, int distance, FPRound
 // The pattern of a number that the format holds: `mnt`, not zero and with no bit above the hidden one, times
 // 2^(exp - bias - fraction bits). `exp` less its leading zeros is a normal number's exponent.
 template <float_bits T>
-constexpr T normalize_and_pack(int sgn, int exp, significand<T> mnt) {
-  const int zeros = leading_zeros(mnt) - (bits_of<significand<T>> - 1 - float_format<T>::fraction_bits);
+constexpr T normalize_and_pack(int sgn, int exp, mantissa<T> mnt) {
+  const int zeros = leading_zeros(mnt) - (bits_of<mantissa<T>> - 1 - float_format<T>::fraction_bits);
   return pack<T>(sgn, exp - zeros, mnt << zeros);
 }
 
