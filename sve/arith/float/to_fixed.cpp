@@ -21,7 +21,7 @@ template <class To>
 constexpr To largest_magnitude(int sgn, bool u) {
   if (u) return sgn ? 0 : std::numeric_limits<To>::max();
   constexpr To signed_maximum = std::numeric_limits<To>::max() >> 1;
-  return static_cast<To>(signed_maximum + sgn);
+  return static_cast<To>(sgn ? signed_maximum + 1 : signed_maximum);
 }
 
 template <class To>
