@@ -23,15 +23,15 @@ double nanoseconds(clock::duration d) { return std::chrono::duration<double, std
 
 enum class active_lanes { all, half };
 
-// Operands by what they are.
-bool is_vector(operand_kind k) { return k <= operand_kind::v_both; }
-bool governs(operand_kind k) { return k >= operand_kind::pg_merging && k <= operand_kind::pg; }
-bool is_predicate(operand_kind k) { return k >= operand_kind::pg_merging && k <= operand_kind::p_whole; }
-bool is_general(operand_kind k) { return k >= operand_kind::r && k <= operand_kind::rsp; }
+// Whether the operand is a register that the emulator keeps whole: a vector or a predicate.
+bool is_scalable(const operand& op) {
+  const register_file file = op.traits().file;
+  return file == register_file::vector || file == register_file::element || file == register_file::predicate;
+}
 
 std::uint32_t field_value(const operand& op, std::uint32_t position) {
   if (governs(op.kind)) return 0;
-  if (is_vector(op.kind) || is_predicate(op.kind) || is_general(op.kind)) return position + 1;
+  if (op.traits().file != register_file::none) return position + 1;
   if (op.kind == operand_kind::imm_pattern) return 31;  // ALL
   return std::min(3u, (1u << std::popcount(op.mask)) - 1);
 }
@@ -83,11 +83,8 @@ double copy_time(std::size_t registers) {
 void call_thunk(benchmark::State& benchmark_state, const decode_row& row, active_lanes active) {
   cpu_state& state = random_registers(row.size, active);
   const std::uint32_t word = representative_word(row);
-  const auto registers = std::ranges::count_if(
-      row.operands, [](const operand& op) { return is_vector(op.kind) || is_predicate(op.kind); });
+  const auto registers = std::ranges::count_if(row.operands, is_scalable);
   const double limit = copy_time(std::max<std::size_t>(1, static_cast<std::size_t>(registers)));
-  if (row.thunk(&state, word) != DECODE_OK) return benchmark_state.SkipWithError("not implemented yet");
-
   const auto start = clock::now();
   for (auto _ : benchmark_state) {
     row.thunk(&state, word);
@@ -98,14 +95,12 @@ void call_thunk(benchmark::State& benchmark_state, const decode_row& row, active
   benchmark_state.counters["ratio"] = call / limit;
 }
 
-bool touches_memory(std::string_view handler) { return handler.starts_with("sve_ld") || handler.starts_with("sve_st"); }
-
 }  // namespace
 
 void register_direct_thunks() {
   for (const decode_map& map : decode_maps()) {
     for (const decode_row& row : map.rows) {
-      if (row.way != route::direct || touches_memory(row.handler)) continue;
+      if (row.way != route::direct || row.memory.touches_memory()) continue;
       const auto name = [&](const char* lanes) {
         return row.name.view().data() + std::string(" ") + std::string(row.handler) + lanes;
       };

@@ -45,20 +45,10 @@ std::string pattern_of(const decode_map& map, const decode_row& row) {
 }
 
 std::string operand_form(const operand& op, const decode_row& row) {
-  using enum operand_kind;
+  const operand_traits traits = op.traits();
   std::string text = op.name;
-  switch (op.kind) {
-    case z:
-    case z_both:
-    case z_list:
-    case p:
-    case p_both: return text + '.' + "bhsdq"[op.size_in(row.size)];
-    case z_sxtw: return text + '.' + "bhsdq"[op.size_in(row.size)] + ":sxtw";
-    case z_uxtw: return text + '.' + "bhsdq"[op.size_in(row.size)] + ":uxtw";
-    case pg_merging: return text + "/m";
-    case pg_zeroing: return text + "/z";
-    default: return text;
-  }
+  if (traits.shows_size) (text += '.') += "bhsdq"[op.size_in(row.size)];
+  return text + traits.suffix;
 }
 
 std::string operand_forms(const decode_row& row) {

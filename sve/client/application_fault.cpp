@@ -7,6 +7,7 @@
 #include <csignal>
 
 #include "sve/client/thread_state.h"
+#include "sve/decoder/memory_effect.h"
 #include "sve/memory/current_access.h"
 #include "sve/memory/kept_destination.h"
 
@@ -49,9 +50,6 @@ namespace {
 
 constinit thread_local std::array<std::uint64_t, max_suspects> suspects{};
 
-// Loads, stores and prefetches.
-bool is_memory_instruction(unsigned int word) { return (word & 0x9E000000) == 0x84000000; }
-
 // The application's registers in place of those that the rewritten code has changed by then. X28 is the framework's
 // care.
 void put_right(dr_mcontext_t& context, const cpu_state& state) {
@@ -83,7 +81,7 @@ void put_right(dr_mcontext_t& context, const cpu_state& state) {
 
 aarch64_decode_rc run_handler(void* drcontext, sve_handler handler, cpu_state* state, unsigned int word) {
   // A fault of any other instruction is a defect of the emulator, for the framework to report as such.
-  if (!is_memory_instruction(word)) return handler(state, word);
+  if (!has_memory_encoding(word)) return handler(state, word);
   forget_addresses();
   aarch64_decode_rc result = DECODE_OK;
   DR_TRY_EXCEPT(

@@ -33,11 +33,17 @@ struct decode_row {
   int key = 0;
   sve_handler thunk = nullptr;
   thunk_name name;
+  std::string_view stem;              // the name without "Vec" and tag: the family of the vector library
   std::string_view handler;           // the direct handler's name, or empty
-  std::span<const operand> operands;  // in the order the routine takes them
+  std::span<const operand> operands;  // in the order the routine takes them; a library function's result before
+  memory_effect memory;               // what it does to memory
   std::uint32_t value = 0;            // the encoding's fixed bits
   std::uint8_t size = 0;              // element size code
   route way = route::none;
+  bool implemented = false;  // the routine exists; else the thunk reports the word and does nothing
+
+  // The direct handler's name, or the family's; empty if there is nothing to do.
+  constexpr std::string_view routine() const { return way == route::library ? stem : handler; }
 };
 
 // A row with the fixed bits of its encoding, before its map is known.
@@ -56,18 +62,29 @@ consteval void check_operands(const encoding& drawing, std::span<const operand> 
   if (covered != ~std::uint32_t{0}) throw "a field of the encoding is no operand";
 }
 
+// A row that touches memory must lie among the encodings that do.
+consteval void check_memory(const encoding& drawing, route way, const memory_effect& memory) {
+  const bool touches = memory.touches_memory() || way == route::none;
+  if (touches != has_memory_encoding(drawing.value)) throw "loads and stores, and no others, say what they access";
+}
+
 template <type_tag Tag, class Shape>
 consteval encoded_row row_of_type(std::string_view stem, const encoding& drawing) {
   const encoding sized = drawing.bits_of('z') != 0 ? drawing.with('z', Tag.opcode) : drawing;
   check_operands(sized, Shape::operands);
+  check_memory(sized, Shape::way, Shape::memory);
+  if (Shape::way == route::library && Shape::routine != stem) throw "the family bears another name than the row";
   return {sized.mask,
-          {.thunk = Shape::template thunk<Tag.size>,
+          {.thunk = Shape::template thunk<Tag>,
            .name = {Tag.text, stem},
-           .handler = Shape::handler,
+           .stem = stem,
+           .handler = Shape::way == route::library ? std::string_view{} : Shape::routine,
            .operands = Shape::operands,
+           .memory = Shape::memory,
            .value = sized.value,
            .size = Tag.size,
-           .way = Shape::way}};
+           .way = Shape::way,
+           .implemented = Shape::template implemented<Tag>}};
 }
 
 // row<TYPES...>(STEM, DRAWING, SHAPE): one form for each type. A field 'z' of the drawing, if there is one, takes the
@@ -97,7 +114,7 @@ consteval void sort_by_name(std::array<decode_row, N>& table) {
   for (std::size_t i = 0; i != N; ++i) table[i] = unsorted[places[i].index];
 }
 
-// group(ROWS...): the rows of several forms as one, for a map whose table is written in more than one file.
+// group(ROWS...): the rows of several forms as one.
 template <std::size_t... N>
 consteval auto group(const std::array<encoded_row, N>&... forms) {
   std::array<encoded_row, (N + ...)> all{};
@@ -106,19 +123,20 @@ consteval auto group(const std::array<encoded_row, N>&... forms) {
   return all;
 }
 
-// decode_rows<COUNT>(KEY, ROWS...): the table of one map, in the order of the thunks' names. It has COUNT rows, the
-// fixed bits of every row are exactly the map's key bits, and no two rows meet.
+// decode_rows<COUNT>(KEY, GROUPS...): the table of one map, in the order of the thunks' names: of all the rows given,
+// those whose fixed bits are exactly the map's key bits. They are COUNT, and no two of them meet.
 template <std::size_t Count, std::size_t... N>
-consteval std::array<decode_row, Count> decode_rows(key_bits key, const std::array<encoded_row, N>&... forms) {
-  static_assert((N + ...) == Count, "the map has another number of rows");
+consteval std::array<decode_row, Count> decode_rows(key_bits key, const std::array<encoded_row, N>&... groups) {
   std::array<decode_row, Count> table{};
   std::size_t count = 0;
   const auto take = [&](const encoded_row& e) {
-    if (e.mask != key.mask()) throw "the fixed bits of a row are not the map's key bits";
+    if (e.mask != key.mask()) return;
+    if (count == Count) throw "the map has fewer rows";
     table[count] = e.row;
     table[count++].key = key.of(e.row.value);
   };
-  (std::for_each(forms.begin(), forms.end(), take), ...);
+  (std::for_each(groups.begin(), groups.end(), take), ...);
+  if (count != Count) throw "the map has more rows";
   sort_by_name(table);
 
   std::array<int, Count> keys{};

@@ -8,51 +8,10 @@
 
 #include "sve/decoder/encoding.h"
 #include "sve/decoder/immediate.h"
+#include "sve/decoder/operand_traits.h"
 #include "sve/state/operands.h"
 
 namespace quern {
-
-// What an operand is. Of the vectors and predicates, those "read and written" are a destructive form's source and
-// destination in one; the others are written when they are a row's first operand, and read otherwise.
-enum class operand_kind : std::uint8_t {
-  z,                   // vector; as an offset, scaled
-  z_both,              // vector, read and written
-  z_whole,             // vector whose elements don't matter: it is written without a size
-  z_list,              // `multiple` consecutive vectors from the field's number up
-  z_sxtw,              // vector of 32-bit offsets, sign-extended, scaled; in lanes of the row's size
-  z_uxtw,              // the same, zero-extended
-  v,                   // number of a vector whose element 0 is a scalar
-  v_both,              // the same, read and written
-  pg_merging,          // governing predicate, /m
-  pg_zeroing,          // governing predicate, /z
-  pg,                  // governing predicate without a qualifier
-  p,                   // predicate with elements
-  p_both,              // predicate with elements, read and written
-  p_whole,             // predicate whose elements don't matter: it is written without a size
-  r,                   // general register, 31 is the zero register; as an offset, scaled
-  r_both,              // the same, read and written; W for elements that fit in it
-  rsp,                 // general register, 31 is the stack pointer
-  imm_unsigned,        // the field
-  imm_signed,          // the field, sign-extended
-  imm_vl,              // the field, sign-extended, in multiples of the vector length
-  imm_plus_one,        // the field plus 1: a multiplier
-  imm_multiplier,      // the field of a multiplier, for a routine that adds the 1 itself
-  imm_shifted,         // eight bits under a "shift left by 8" bit
-  imm_shifted_narrow,  // the same, cut to the element's width
-  imm_shifted_s,       // the same, the eight bits sign-extended first
-  imm_right_shift,     // element bits minus the field
-  imm_pattern,         // predicate pattern
-  imm_rotation,        // quarter turns
-  imm_half_turn,       // a quarter turn, or with the bit set three
-  imm_index,           // element index
-  imm_logical,         // bit-mask immediate
-  imm_fp_dup,          // eight-bit floating-point immediate, in its three formats
-  imm_fp,              // the same, in the row's format alone
-  imm_fp_half_one,     // one bit: 0.5 or 1.0
-  imm_fp_half_two,     // one bit: 0.5 or 2.0
-  imm_fp_zero_one,     // one bit: 0.0 or 1.0
-  imm_prefetch,        // prefetch operation
-};
 
 // An operand is data, usable as a template argument.
 struct operand {
@@ -84,6 +43,7 @@ struct operand {
   constexpr std::uint32_t size_in(std::uint32_t row_size) const {
     return size < 0 ? row_size : static_cast<std::uint32_t>(size);
   }
+  constexpr operand_traits traits() const { return traits_of(kind); }
 };
 
 // The operand's bits in a word, unsigned or sign-extended to 32 bits. The recursion over the runs of the mask, usually
@@ -107,47 +67,36 @@ constexpr std::int32_t signed_field(std::uint32_t word) {
   return sign_extend(field<Op>(word), std::popcount(Op.mask));
 }
 
-// A register operand's value as a direct handler takes it.
+// A register operand's value as a direct handler takes it. Scalars in vectors are bare register numbers.
 template <operand Op, std::uint32_t RowSize>
 constexpr auto bind_register(std::uint32_t word) {
-  using enum operand_kind;
+  constexpr operand_traits traits = Op.traits();
   constexpr std::uint32_t size = Op.size_in(RowSize);
+  constexpr std::uint32_t code = traits.code == operand_traits::sized_by_row ? size : traits.code;
   const std::uint32_t num = field<Op>(word);
-  if constexpr (Op.kind == z || Op.kind == z_whole || Op.kind == z_list) {
-    return aarch64_z_reg{num, size, z_none, z_none};
-  } else if constexpr (Op.kind == z_sxtw || Op.kind == z_uxtw) {
-    return aarch64_z_reg{num, size_s, z_none, z_none};
-  } else if constexpr (Op.kind == z_both) {
-    return aarch64_z_reg{num, z_none, size, size};
-  } else if constexpr (Op.kind == pg_merging) {
-    return aarch64_p_reg{num, p_merging, p_none, p_none};
-  } else if constexpr (Op.kind == pg_zeroing) {
-    return aarch64_p_reg{num, p_zeroing, p_none, p_none};
-  } else if constexpr (Op.kind == pg) {
-    return aarch64_p_reg{num, p_unqualified, p_none, p_none};
-  } else if constexpr (Op.kind == p || Op.kind == p_whole) {
-    return aarch64_p_reg{num, size, p_none, p_none};
-  } else if constexpr (Op.kind == p_both) {
-    return aarch64_p_reg{num, p_none, size, size};
-  } else if constexpr (Op.kind == r) {
-    return aarch64_i_reg{num, size, i_none, i_none};
-  } else if constexpr (Op.kind == r_both) {
-    return aarch64_i_reg{num, i_none, std::max(size, size_w), std::max(size, size_w)};
+  if constexpr (traits.file == register_file::vector) {
+    return traits.both ? aarch64_z_reg{num, z_none, code, code} : aarch64_z_reg{num, code, z_none, z_none};
+  } else if constexpr (traits.file == register_file::predicate) {
+    return traits.both ? aarch64_p_reg{num, p_none, code, code} : aarch64_p_reg{num, code, p_none, p_none};
+  } else if constexpr (traits.file == register_file::general) {
+    constexpr std::uint32_t whole = std::max(code, size_w);
+    return traits.both ? aarch64_i_reg{num, i_none, whole, whole} : aarch64_i_reg{num, code, i_none, i_none};
+  } else if constexpr (traits.file == register_file::general_sp) {
+    return aarch64_i_rsp_reg{num, code};
   } else {
-    static_assert(Op.kind == rsp);
-    return aarch64_i_rsp_reg{num, size};
+    static_assert(traits.file == register_file::element);
+    return num;
   }
 }
 
-// The operand's value as a direct handler takes it, for a row of element size RowSize. Scalars in vectors are bare
-// register numbers.
+// An immediate's value as a direct handler takes it.
 template <operand Op, std::uint32_t RowSize>
-constexpr auto bind(std::uint32_t word) {
+constexpr auto bind_immediate(std::uint32_t word) {
   using enum operand_kind;
   constexpr std::uint32_t size = Op.size_in(RowSize);
   if constexpr (Op.kind == imm_signed || Op.kind == imm_vl) {
     return signed_field<Op>(word);
-  } else if constexpr (Op.kind == imm_plus_one) {
+  } else if constexpr (Op.kind == imm_multiplier) {
     return field<Op>(word) + 1;
   } else if constexpr (Op.kind == imm_shifted) {
     return shifted_immediate(field<Op>(word));
@@ -168,8 +117,16 @@ constexpr auto bind(std::uint32_t word) {
     if constexpr (size == size_d) return formats.dbl;
   } else if constexpr (Op.kind == imm_fp_half_one || Op.kind == imm_fp_half_two || Op.kind == imm_fp_zero_one) {
     return aarch64_sve_fp_arith_imm{field<Op>(word)};
-  } else if constexpr (Op.kind == v || Op.kind == v_both || Op.kind >= imm_unsigned) {
+  } else {
     return field<Op>(word);
+  }
+}
+
+// The operand's value as a direct handler takes it, for a row of element size RowSize.
+template <operand Op, std::uint32_t RowSize>
+constexpr auto bind(std::uint32_t word) {
+  if constexpr (Op.traits().file == register_file::none) {
+    return bind_immediate<Op, RowSize>(word);
   } else {
     return bind_register<Op, RowSize>(word);
   }

@@ -9,6 +9,9 @@ namespace quern {
 // Bits high..low of a word.
 consteval std::uint32_t bit_range(int high, int low) { return (~0u >> (31 - high)) & (~0u << low); }
 
+// In the place of a result: the instruction sets flags alone.
+inline constexpr operand no_result{"", '-', operand_kind::nothing, 0};
+
 // Vectors.
 inline constexpr operand Zd{"Zd", 'd', operand_kind::z, bit_range(4, 0)};
 inline constexpr operand Zdn{"Zdn", 'd', operand_kind::z_both, bit_range(4, 0)};
@@ -87,8 +90,7 @@ inline constexpr operand i1_half_one{"i1", 'i', operand_kind::imm_fp_half_one, b
 inline constexpr operand i1_half_two = i1_half_one.as(operand_kind::imm_fp_half_two);
 inline constexpr operand i1_zero_one = i1_half_one.as(operand_kind::imm_fp_zero_one);
 inline constexpr operand pattern{"pattern", 'p', operand_kind::imm_pattern, bit_range(9, 5)};
-inline constexpr operand mul_plus_one{"imm4", 'i', operand_kind::imm_plus_one, bit_range(19, 16)};
-inline constexpr operand mul_field{"imm4", 'i', operand_kind::imm_multiplier, bit_range(19, 16)};
+inline constexpr operand multiplier{"imm4", 'i', operand_kind::imm_multiplier, bit_range(19, 16)};
 inline constexpr operand rot13{"rot", 'r', operand_kind::imm_rotation, bit_range(14, 13)};
 inline constexpr operand rot10{"rot", 'r', operand_kind::imm_rotation, bit_range(11, 10)};
 inline constexpr operand rot16{"rot", 'r', operand_kind::imm_half_turn, bit_range(16, 16)};

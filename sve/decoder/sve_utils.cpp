@@ -5,7 +5,7 @@
 #include <array>
 
 #include "sve/decoder/decode_map.h"
-#include "sve/decoder/rows/tables.h"
+#include "sve/decoder/maps/tables.h"
 #include "sve/memory/guest_memory.h"
 
 namespace quern {

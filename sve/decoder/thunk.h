@@ -6,10 +6,14 @@
 #include <cstdint>
 #include <string_view>
 
+#include "sve/decoder/bridge.h"
+#include "sve/decoder/memory_effect.h"
 #include "sve/decoder/operand.h"
 #include "sve/handlers/floating_point/host_fpsr.h"
-#include "sve/state/cpu_context.h"
+#include "sve/handlers/floating_point/pending_handlers.h"
 #include "sve/state/cpu_state.h"
+#include "sve/state/type_tag.h"
+#include "sve/veclib/family.h"
 
 namespace quern {
 
@@ -21,29 +25,51 @@ enum class route : std::uint8_t {
   none,       // nowhere: it does nothing
 };
 
-// The name of a function given as a template argument, as the compiler spells it: rows need not repeat it.
+// The name of a function or of a family given as a template argument, as the compiler spells it: rows need not repeat
+// it.
 template <auto Function>
 consteval std::string_view function_name() {
   std::string_view text = __PRETTY_FUNCTION__;  // "... function_name() [with auto Function = NAME; ...]"
   text.remove_prefix(text.find("Function = ") + 11);
   return text.substr(0, text.find_first_of(";]"));
 }
+template <class Family>
+consteval std::string_view family_name() {
+  std::string_view text = __PRETTY_FUNCTION__;  // "... family_name() [with Family = quern::families::NAME; ...]"
+  text.remove_prefix(text.find("families::") + 10);
+  return text.substr(0, text.find_first_of(";]"));
+}
+
+// Families that the library does not have yet. Their rows answer as unimplemented.
+template <class Family>
+inline constexpr bool is_pending_family = false;
 
 // The thunk of an instruction whose routine does not exist yet: reports the word under its thunk's name.
 aarch64_decode_rc unimplemented_thunk(cpu_state* state, unsigned int word);
 
-// A shape is what a row says beside its encoding: the route, the routine, and the operands in the order that the
-// routine takes them. thunk<Size> is the routine's thunk for one element size.
-template <auto Handler, operand... Operands>
-struct direct_shape {
-  static constexpr route way = route::direct;
-  static constexpr std::string_view handler = function_name<Handler>();
+// A shape is what a row says beside its encoding: the route, the routine, and the operands. Of it a row takes
+//   way        where its instruction is carried out
+//   routine    the handler's name, or the family's; empty if there is none
+//   operands   in the order that the routine takes them, and of a library function the result before
+//   memory     what it does to memory
+//   implemented<Tag>, thunk<Tag>   whether the routine exists for a type, and the thunk
+template <operand... Operands>
+struct operands_shape {
   static constexpr std::array<operand, sizeof...(Operands)> operands{Operands...};
+  static constexpr memory_effect memory{};
+};
 
-  template <std::uint32_t Size>
+template <auto Handler, operand... Operands>
+struct direct_shape : operands_shape<Operands...> {
+  static constexpr route way = route::direct;
+  static constexpr std::string_view routine = function_name<Handler>();
+  template <type_tag>
+  static constexpr bool implemented = !is_pending_handler(routine);
+
+  template <type_tag Tag>
   static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {
     state->instr_word = word;
-    return Handler(state, bind<Operands, Size>(word)...);
+    return Handler(state, bind<Operands, Tag.size>(word)...);
   }
 };
 
@@ -51,48 +77,67 @@ template <auto Handler, operand... Operands>
 struct direct_fp_shape : direct_shape<Handler, Operands...> {
   static constexpr route way = route::direct_fp;
 
-  template <std::uint32_t Size>
+  template <type_tag Tag>
   static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {
     load_host_fpsr(state);
-    const aarch64_decode_rc result = direct_shape<Handler, Operands...>::template thunk<Size>(state, word);
+    const aarch64_decode_rc result = direct_shape<Handler, Operands...>::template thunk<Tag>(state, word);
     store_host_fpsr(state);
     return result;
   }
 };
 
-template <operand... Operands>
+// The operands of a library form, each once: the result, and the arguments that stand in other bits.
+template <operand Result, operand... Arguments>
+consteval auto distinct_operands() {
+  constexpr std::size_t results = Result.kind == operand_kind::nothing ? 0 : 1;
+  std::array<operand, results + (0 + ... + std::size_t{Arguments.mask != Result.mask})> distinct{};
+  std::size_t count = 0;
+  if constexpr (results != 0) distinct[count++] = Result;
+  (void(Arguments.mask != Result.mask ? distinct[count++] = Arguments : Result), ...);
+  return distinct;
+}
+
+template <bool UsesFfr, class Family, operand Result, operand... Arguments>
 struct library_shape {
   static constexpr route way = route::library;
-  static constexpr std::string_view handler{};
-  static constexpr std::array<operand, sizeof...(Operands)> operands{Operands...};
+  static constexpr std::string_view routine = family_name<Family>();
+  static constexpr auto operands = distinct_operands<Result, Arguments...>();
+  static constexpr memory_effect memory{};
+  template <type_tag Tag>
+  static constexpr bool implemented =
+      !std::same_as<std::remove_const_t<decltype(library_function<Family, Tag.plain()>)>, std::nullptr_t>;
 
-  template <std::uint32_t>
-  static constexpr sve_handler thunk = unimplemented_thunk;
-};
-
-// The function answers a scalar for the register Rd, from immediates alone.
-template <auto Function, operand Rd, operand... Immediates>
-struct library_scalar_shape : library_shape<Rd, Immediates...> {
-  template <std::uint32_t Size>
+  template <type_tag Tag>
   static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {
-    CpuContext ctx = make_context(*state);
-    const std::uint64_t result = Function(bind<Immediates, Size>(word)..., &ctx);
-    if (const aarch64_i_reg rd = bind<Rd, Size>(word); rd.num != 31) state->x[rd.num] = result;
-    store_context(ctx, *state);
-    return DECODE_OK;
+    if constexpr (implemented<Tag>) {
+      constexpr auto function = library_function<Family, Tag.plain()>;
+      static_assert(fits<std::remove_const_t<decltype(function)>, Result, Arguments...>,
+                    "the function takes other operands, or answers another result");
+      return cross<UsesFfr, bare<Result, Tag.size>(), bare<Arguments, Tag.size>()...>(state, word, function);
+    } else {
+      static_assert(is_pending_family<Family>, "the family has no function for the type");
+      return unimplemented_thunk(state, word);
+    }
   }
 };
 
 template <operand... Operands>
-struct empty_shape {
+struct empty_shape : operands_shape<Operands...> {
   static constexpr route way = route::none;
-  static constexpr std::string_view handler{};
-  static constexpr std::array<operand, sizeof...(Operands)> operands{Operands...};
+  static constexpr std::string_view routine{};
+  template <type_tag>
+  static constexpr bool implemented = true;
 
-  template <std::uint32_t>
+  template <type_tag>
   static aarch64_decode_rc thunk(cpu_state*, unsigned int) {
     return DECODE_OK;
   }
+};
+
+// A shape that accesses memory.
+template <memory_effect Access, class Shape>
+struct accessing_shape : Shape {
+  static constexpr memory_effect memory = Access;
 };
 
 // Calls Handler with the operands; the thunk stores the word in instr_word first.
@@ -103,13 +148,14 @@ inline constexpr direct_shape<Handler, Operands...> direct{};
 template <auto Handler, operand... Operands>
 inline constexpr direct_fp_shape<Handler, Operands...> direct_fp{};
 
-// Goes to the vector library's function of the thunk's name.
-template <operand... Operands>
-inline constexpr library_shape<Operands...> library{};
+// Calls the family's function for the row's type with the arguments, in the function's order, and delivers to Result. A
+// register that is source and destination stands in both places; a form that only sets flags has no_result.
+template <class Family, operand Result, operand... Arguments>
+inline constexpr library_shape<false, Family, Result, Arguments...> library{};
 
-// Goes to the vector library for a scalar.
-template <auto Function, operand Rd, operand... Immediates>
-inline constexpr library_scalar_shape<Function, Rd, Immediates...> library_scalar{};
+// The same, for functions that read or write FFR.
+template <class Family, operand Result, operand... Arguments>
+inline constexpr library_shape<true, Family, Result, Arguments...> library_ffr{};
 
 // Does nothing (prefetches).
 template <operand... Operands>

@@ -17,17 +17,3 @@ void from_pred(const PredV& value, unsigned char* bytes) {
   std::memcpy(image, &value, sizeof image);
   unpack_predicate(image, bytes);
 }
-
-CpuContext make_context(const cpu_state& state) {
-  return {.nzcv = static_cast<std::uint32_t>(state.nzcv),
-          .fpsr = state.fpsr,
-          .fpcr = state.fpcr & fpcr_library_mask,
-          .vl_units = VL_BITS / 64,
-          .ffr = to_pred(state.ffr)};
-}
-
-void store_context(const CpuContext& ctx, cpu_state& state) {
-  state.nzcv = ctx.nzcv;
-  state.fpsr = ctx.fpsr;
-  from_pred(ctx.ffr, state.ffr);
-}

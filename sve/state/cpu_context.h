@@ -34,12 +34,29 @@ PredV to_pred(const unsigned char* bytes);
 // Writes a packed predicate to a predicate of the register file: all VL_BYTES bytes become 0 or 1.
 void from_pred(const PredV& value, unsigned char* bytes);
 
-// The context of one library call on `state`: flags, FP status and control, vector length, packed FFR.
-CpuContext make_context(const cpu_state& state);
+// The context of one library call on `state`: flags, FP status and control, vector length, and FFR packed, or cleared
+// for a call that does not look at it.
+template <bool UsesFfr = true>
+inline CpuContext make_context(const cpu_state& state) {
+  return {.nzcv = static_cast<std::uint32_t>(state.nzcv),
+          .fpsr = state.fpsr,
+          .fpcr = state.fpcr & fpcr_library_mask,
+          .vl_units = VL_BITS / 64,
+          .ffr = UsesFfr ? to_pred(state.ffr) : PredV{}};
+}
 
 // Brings back what a library call may have changed: nzcv (bits 63 to 32 become 0), fpsr, and every byte of ffr as 0
 // or 1. fpcr is not copied back.
-void store_context(const CpuContext& ctx, cpu_state& state);
+template <bool UsesFfr = true>
+inline void store_context(const CpuContext& ctx, cpu_state& state) {
+  state.nzcv = ctx.nzcv;
+  state.fpsr = ctx.fpsr;
+  if constexpr (UsesFfr) {
+    from_pred(ctx.ffr, state.ffr);
+  } else {
+    for (unsigned char& b : state.ffr) b &= 1;  // what packing and unpacking would leave
+  }
+}
 
 // A context that the shared object has always exported. SVEInitialize fills it; nothing reads it, and the vector length
 // in it has no bearing on any lane count.

@@ -9,7 +9,7 @@
 namespace quern {
 namespace {
 
-const char* form_of(operand_kind kind) {
+const char* form_of(operand_kind kind, route way) {
   using enum operand_kind;
   switch (kind) {
     case z:
@@ -31,7 +31,7 @@ const char* form_of(operand_kind kind) {
     case rsp: return "rsp";
     case imm_signed:
     case imm_vl: return "signed";
-    case imm_plus_one: return "plus1";
+    case imm_multiplier: return way == route::library ? "field" : "plus1";
     case imm_shifted: return "shifted";
     case imm_shifted_narrow: return "cut";
     case imm_shifted_s: return "shifted_s";
@@ -69,7 +69,7 @@ std::string forms_of(const decode_row& row) {
   std::string text;
   for (const operand& op : row.operands) {
     if (!text.empty()) text += ", ";
-    text += form_of(op.kind);
+    text += form_of(op.kind, row.way);
     if (has_size(op)) text += '.', text += std::to_string(op.size_in(row.size));
     text += '@', text += std::to_string(std::countr_zero(op.mask));
   }
@@ -201,7 +201,7 @@ const form_case cases[] = {
     {"VecS32DotVVVX", "zdn.2@0, z.0@5, z.0@16"},
     {"VecS64DotVVVIX", "zdn.3@0, z.1@5, z.1@16, field@20"},
     {"VecF16FMAVVVIX", "zdn.1@0, z.1@5, z.1@16, field@19"},
-    {"VecF32FCMLAVVVIX", "zdn.2@0, z.2@5, z.2@16, field@20, field@10"},
+    {"VecF32FCMLAVVVIX", "zdn.2@0, z.2@5, z.2@16, field@10, field@20"},
     {"VecU32CTermEQ", "r.2@5, r.2@16"},
     {"VecD64TRIMADDVVI", "zdn.3@0, z.3@5, field@16"},
 };

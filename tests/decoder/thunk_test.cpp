@@ -75,7 +75,7 @@ TEST(Thunks, HandOverTheOperandsAndTheAnswer) {
   const quiet_state quiet;
   using shape = direct_shape<keep_operands, Zdn, Pg_m, Zm5>;
   const std::uint32_t word = 0xFFFF0000 | 5 << 10 | 17 << 5 | 30;
-  EXPECT_EQ(shape::thunk<size_s>(quiet.state.get(), word), DECODE_UNIMPLEMENTED);
+  EXPECT_EQ(shape::thunk<U32>(quiet.state.get(), word), DECODE_UNIMPLEMENTED);
   EXPECT_EQ(quiet.state->instr_word, word);  // zero-extended
   EXPECT_EQ(seen_zdn.num, 30u);
   EXPECT_EQ(seen_zdn.size, z_none);
@@ -100,15 +100,15 @@ TEST(Thunks, MoveTheFloatingPointStatusAroundTheCall) {
   const quiet_state quiet;
   asm volatile("msr fpsr, %0" : : "r"(std::uint64_t{1}) : "memory");  // the host's own, which must not come in
   quiet.state->fpsr = saturation;
-  direct_fp_shape<divide_by_zero>::thunk<size_d>(quiet.state.get(), 0);
+  direct_fp_shape<divide_by_zero>::thunk<U64>(quiet.state.get(), 0);
   EXPECT_EQ(quiet.state->fpsr, saturation | division_by_zero);
-  direct_shape<divide_by_zero>::thunk<size_d>(quiet.state.get(), 0);
+  direct_shape<divide_by_zero>::thunk<U64>(quiet.state.get(), 0);
   EXPECT_EQ(quiet.state->fpsr, saturation | division_by_zero);
 }
 
 TEST(Thunks, WithoutFloatingPointLeaveTheStatusAlone) {
   const quiet_state quiet;
-  direct_shape<divide_by_zero>::thunk<size_d>(quiet.state.get(), 0);
+  direct_shape<divide_by_zero>::thunk<U64>(quiet.state.get(), 0);
   EXPECT_EQ(quiet.state->fpsr, 0u);
 }
 #endif

@@ -10,7 +10,7 @@
 namespace quern {
 
 struct deviation {
-  std::string_view handler;  // of the rows that it concerns, or the start of their names and an asterisk
+  std::string_view handler;  // or family, of the rows that it concerns; or its start and an asterisk
   part where;                // what differs
   bool (*applies)(const decode_row& row, const test_case& c);  // in which cases it may
   bool everywhere;                                             // whether it shows on every processor with SVE

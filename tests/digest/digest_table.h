@@ -1,4 +1,4 @@
-// Digests of what instructions leave, by handler, and the file that holds the ones agreed on.
+// Digests of what instructions leave, by routine, and the file that holds the ones agreed on.
 #pragma once
 
 #include <cstdint>
@@ -7,10 +7,10 @@
 
 namespace quern {
 
-// Handler name to digest.
+// A direct handler's name, or a library family's, to digest.
 using digest_table = std::map<std::string, std::uint64_t>;
 
-// The digest of every direct handler that exists: over the rows that reach it, and for each over registers and memory
+// The digest of every routine that exists: over the rows that reach it, and for each over registers and memory
 // after the same cases on every platform.
 digest_table compute_digests();
 

@@ -1,6 +1,7 @@
-// The same bits on every platform: each direct handler's results on fixed cases have the digest of the committed table.
+// The same bits on every platform: each routine's results on fixed cases have the digest of the committed
+// table.
 //
-// When a handler's behaviour is changed on purpose, or one is added, the target update_digests writes the table anew
+// When a routine's behaviour is changed on purpose, or one is added, the target update_digests writes the table anew
 // (cmake --build build/native --target update_digests); the other platform's run of this test then judges it.
 #include <gtest/gtest.h>
 

@@ -2,63 +2,60 @@
 #include "tests/random_cases/memory_form.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "sve/state/vector_length.h"
 
 namespace quern {
 namespace {
 
-bool contains(std::string_view text, std::string_view part) { return text.find(part) != text.npos; }
-
-std::int64_t bytes_of(char letter) { return letter == 'b' ? 1 : letter == 'h' ? 2 : letter == 'w' ? 4 : 8; }
-
-memory_form whole_register(std::string_view name) {
-  const std::int64_t bytes = name.ends_with("_zri") ? VL_BYTES : VL_BYTES / 8;
-  return {.store = name.starts_with("sve_str"), .scale = bytes, .span = bytes};
+constexpr bool is_offset_vector(const operand& op) {
+  return op.kind == operand_kind::z || op.kind == operand_kind::z_sxtw || op.kind == operand_kind::z_uxtw;
 }
 
-// The scale and span of a contiguous access of n registers, or of one element for all lanes.
-void set_contiguous(memory_form& f, bool broadcast, std::int64_t n, std::int64_t memory_bytes) {
-  const std::int64_t vector = VL_BYTES / f.lane_bytes * n * memory_bytes;
-  f.span = broadcast ? memory_bytes : vector;
-  f.scale = broadcast || f.form == address_form::base_register ? memory_bytes : vector;
+address_form form_of(const decode_row& row) {
+  if (find_operand(row, operand_kind::rsp) == nullptr) return address_form::vector_base;
+  if (find_operand(row, operand_kind::r) != nullptr) return address_form::base_register;
+  return std::ranges::any_of(row.operands, is_offset_vector) ? address_form::base_vector : address_form::base_immediate;
 }
 
-void set_vector(memory_form& f, std::string_view name, std::int64_t memory_bytes) {
-  f.span = memory_bytes;
-  f.scale = f.form == address_form::vector_base || contains(name, "_scaled_") ? memory_bytes : 1;
-  if (contains(name, "_sxtw_")) f.width = offset_width::low_word_signed;
-  if (contains(name, "_uxtw_")) f.width = offset_width::low_word_unsigned;
+// Bytes from the first to the last that an access can touch.
+std::int64_t span_of(const decode_row& row) {
+  const std::int64_t element = row.memory.element_bytes, lanes = VL_BYTES >> row.size;
+  switch (row.memory.extent) {
+    case memory_extent::consecutive: return lanes * row.memory.registers * element;
+    case memory_extent::quadword: return 16;
+    case memory_extent::image: return row.operands[0].traits().file == register_file::vector ? VL_BYTES : VL_BYTES / 8;
+    case memory_extent::one_element:
+    case memory_extent::scattered: break;
+  }
+  return element;
+}
+
+offset_width width_of(const decode_row& row) {
+  if (find_operand(row, operand_kind::z_sxtw) != nullptr) return offset_width::low_word_signed;
+  if (find_operand(row, operand_kind::z_uxtw) != nullptr) return offset_width::low_word_unsigned;
+  return offset_width::whole;
+}
+
+// Bytes a unit of the offset: an immediate counts whole accesses, or elements where the base is a vector.
+std::int64_t scale_of(const decode_row& row, address_form form) {
+  if (form == address_form::base_immediate) return span_of(row);
+  if (form == address_form::base_vector) return std::ranges::find_if(row.operands, is_offset_vector)->multiple;
+  return row.memory.element_bytes;
 }
 
 }  // namespace
 
 std::optional<memory_form> memory_form_of(const decode_row& row) {
-  const std::string_view name = row.handler;
-  if (!name.starts_with("sve_ld") && !name.starts_with("sve_st")) return {};
-  if (name.starts_with("sve_ldr_") || name.starts_with("sve_str_")) return whole_register(name);
-
-  // sve_ld1b_zpri, sve_ldnf1sw_d_zpri, sve_ld1rsb_h_zpri, sve_st4d_scaled_zprr: count, replication, sign, element.
-  std::size_t at = name.find_first_of("1234");
-  const std::int64_t n = name[at++] - '0';
-  const bool broadcast = name[at] == 'r';
-  at += broadcast ? 1 : 0;
-  at += name[at] == 's' ? 1 : 0;
-  const std::int64_t memory_bytes = bytes_of(name[at]);
-
-  memory_form f{.store = name.starts_with("sve_st"), .first_fault = contains(name, "ldff")};
-  f.lane_bytes = std::int64_t{1} << row.size;
-  f.form = name.ends_with("_zpri")   ? address_form::base_immediate
-           : name.ends_with("_zprr") ? address_form::base_register
-           : name.ends_with("_zpzi") ? address_form::vector_base
-                                     : address_form::base_vector;
-  if (f.form == address_form::base_immediate || f.form == address_form::base_register) {
-    set_contiguous(f, broadcast, n, memory_bytes);
-  } else {
-    set_vector(f, name, memory_bytes);
-  }
-  return f;
+  if (!row.memory.touches_memory()) return {};
+  const address_form form = form_of(row);
+  return memory_form{.form = form,
+                     .width = width_of(row),
+                     .store = row.memory.kind == memory_kind::store,
+                     .first_fault = row.memory.kind == memory_kind::first_fault_load,
+                     .scale = scale_of(row, form),
+                     .span = span_of(row),
+                     .lane_bytes = std::int64_t{1} << row.size};
 }
 
 const operand* find_operand(const decode_row& row, operand_kind kind) {

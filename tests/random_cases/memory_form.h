@@ -1,4 +1,4 @@
-// What a memory row accesses: the form of its address, read off its handler's name and its operands.
+// What a memory row accesses: the form of its address, by its row's constants and its operands.
 #pragma once
 
 #include <cstdint>

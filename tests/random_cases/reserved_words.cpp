@@ -30,11 +30,11 @@ bool is_empty_mask(const decode_row& row, std::uint32_t word) {
   return (imms & levels) == levels;
 }
 
-// Only first-fault loads can do without an offset register.
+// Of loads, stores and prefetches only first-fault loads can do without an offset register.
 bool is_offset_31(const decode_row& row, std::uint32_t word) {
-  const auto form = memory_form_of(row);
-  if (!form || form->form != address_form::base_register || form->first_fault) return false;
-  return extract(find_operand(row, operand_kind::r)->mask, word) == 31;
+  const operand* const offset = find_operand(row, operand_kind::r);
+  if (!has_memory_encoding(row.value) || offset == nullptr) return false;
+  return row.memory.kind != memory_kind::first_fault_load && extract(offset->mask, word) == 31;
 }
 
 constexpr std::array table{

@@ -1,14 +1,10 @@
 // Random test cases of a decode row.
 #include "tests/random_cases/test_case.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <bit>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "tests/random_cases/random_registers.h"
 #include "tests/random_cases/random_source.h"
@@ -135,26 +131,6 @@ struct placement {
   }
 };
 
-// Standard error goes nowhere while one of these lives.
-class silenced_stderr {
- public:
-  silenced_stderr() : kept_(dup(STDERR_FILENO)) {
-    const int nowhere = open("/dev/null", O_WRONLY);
-    dup2(nowhere, STDERR_FILENO);
-    close(nowhere);
-  }
-  ~silenced_stderr() {
-    std::fflush(stderr);
-    dup2(kept_, STDERR_FILENO);
-    close(kept_);
-  }
-  silenced_stderr(const silenced_stderr&) = delete;
-  silenced_stderr& operator=(const silenced_stderr&) = delete;
-
- private:
-  int kept_;
-};
-
 }  // namespace
 
 std::uint32_t make_word(const case_row& row, random_source& random) {
@@ -175,26 +151,18 @@ void make_case(const case_row& row, std::uint64_t seed, test_case& c) {
   if (form) placement{*row.row, *form, random, c}.place();
 }
 
-std::vector<case_row> implemented_direct_rows() {
+std::vector<case_row> implemented_rows() {
   std::vector<case_row> rows;
-  const auto c = std::make_unique<test_case>();
-  const silenced_stderr silence;
-  for (const decode_map& map : decode_maps()) {
-    for (const decode_row& row : map.rows) {
-      if (row.way != route::direct && row.way != route::direct_fp) continue;
-      const case_row candidate{&row, &map};
-      make_case(candidate, 0, *c);
-      if (c->has_memory) std::memcpy(arena(), c->memory, arena_bytes);
-      if (row.thunk(&c->state, c->word) != DECODE_UNIMPLEMENTED) rows.push_back(candidate);
-    }
-  }
+  for (const decode_map& map : decode_maps())
+    for (const decode_row& row : map.rows)
+      if (row.implemented) rows.push_back({&row, &map});
   return rows;
 }
 
 std::string describe(const decode_row& row, std::uint32_t word) {
   char number[16];
   std::snprintf(number, sizeof number, "0x%08x", word);
-  std::string text = std::string(row.name.view()) + " (" + std::string(row.handler) + ")  " + number + " ";
+  std::string text = std::string(row.name.view()) + " (" + std::string(row.routine()) + ")  " + number + " ";
   for (const operand& op : row.operands) text.append(" ").append(format_operand(op, row.size, word));
   return text;
 }

@@ -1,0 +1,75 @@
+// Rows of counts of elements, by a predicate or a pattern, and arithmetic with them.
+#pragma once
+
+#include "sve/decoder/rows/shapes.h"
+#include "sve/handlers/predicate/element_count.h"
+#include "sve/veclib/predicate/element_count.h"
+
+namespace quern::rows {
+
+constexpr auto element_count_rows = group(
+    row<U8, U16, U32, U64>("SCountP", "00100101 zz 100000 10 gggg 0 nnnn ddddd", direct<sve_cntp_rpp, Xd, Pg4, Pn>),
+    row<U16, U32, U64>("IncrCountPV", "00100101 zz 101100 1000000 mmmm ddddd", library_by_predicate<IncrCountPV, Zdn>),
+    row<U16, U32, U64>("DecrCountPV", "00100101 zz 101101 1000000 mmmm ddddd", library_by_predicate<DecrCountPV, Zdn>),
+    row<S16, S32, S64>("QIncrCountPV", "00100101 zz 101000 1000000 mmmm ddddd",
+                       library_by_predicate<QIncrCountPV, Zdn>),
+    row<U16, U32, U64>("QIncrCountPV", "00100101 zz 101001 1000000 mmmm ddddd",
+                       library_by_predicate<QIncrCountPV, Zdn>),
+    row<S16, S32, S64>("QDecrCountPV", "00100101 zz 101010 1000000 mmmm ddddd",
+                       library_by_predicate<QDecrCountPV, Zdn>),
+    row<U16, U32, U64>("QDecrCountPV", "00100101 zz 101011 1000000 mmmm ddddd",
+                       library_by_predicate<QDecrCountPV, Zdn>),
+    row<U8, U16, U32, U64>("IncrSCountPS", "00100101 zz 101100 1000100 mmmm ddddd", direct<sve_incp_rp, Xdn, Pm5>),
+    row<U8, U16, U32, U64>("DecrSCountPS", "00100101 zz 101101 1000100 mmmm ddddd",
+                           library_by_predicate<DecrSCountPS, Xdn>),
+    row<S8, S16, S32, S64>("QIncrSCount4PS", "00100101 zz 101000 1000100 mmmm ddddd",
+                           library_by_predicate<QIncrSCount4PS, Wdn>),
+    row<U8, U16, U32, U64>("QIncrSCount4PS", "00100101 zz 101001 1000100 mmmm ddddd",
+                           library_by_predicate<QIncrSCount4PS, Wdn>),
+    row<S8, S16, S32, S64>("QDecrSCount4PS", "00100101 zz 101010 1000100 mmmm ddddd",
+                           library_by_predicate<QDecrSCount4PS, Wdn>),
+    row<U8, U16, U32, U64>("QDecrSCount4PS", "00100101 zz 101011 1000100 mmmm ddddd",
+                           library_by_predicate<QDecrSCount4PS, Wdn>),
+    row<S8, S16, S32, S64>("QIncrSCount8PS", "00100101 zz 101000 1000110 mmmm ddddd",
+                           library_by_predicate<QIncrSCount8PS, Xdn>),
+    row<U8, U16, U32, U64>("QIncrSCount8PS", "00100101 zz 101001 1000110 mmmm ddddd",
+                           library_by_predicate<QIncrSCount8PS, Xdn>),
+    row<S8, S16, S32, S64>("QDecrSCount8PS", "00100101 zz 101010 1000110 mmmm ddddd",
+                           library_by_predicate<QDecrSCount8PS, Xdn>),
+    row<U8, U16, U32, U64>("QDecrSCount8PS", "00100101 zz 101011 1000110 mmmm ddddd",
+                           library_by_predicate<QDecrSCount8PS, Xdn>),
+    // The library adds 1 to the multiplier's field itself.
+    row<U8>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", library<CountVLSI, Xd, pattern, multiplier>),
+    row<U16>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", library<CountVLSI, Xd, pattern, multiplier>),
+    row<U32>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", library<CountVLSI, Xd, pattern, multiplier>),
+    row<U64>("CountVLSI", "00000100 zz 10 iiii 111000 ppppp ddddd", library<CountVLSI, Xd, pattern, multiplier>),
+    row<U8>("IncrVLSI", "00000100 zz 11 iiii 111000 ppppp ddddd", by_pattern<sve_incb_rii, Xdn>),
+    row<U16>("IncrVLSI", "00000100 zz 11 iiii 111000 ppppp ddddd", by_pattern<sve_inch_rii, Xdn>),
+    row<U32>("IncrVLSI", "00000100 zz 11 iiii 111000 ppppp ddddd", by_pattern<sve_incw_rii, Xdn>),
+    row<U64>("IncrVLSI", "00000100 zz 11 iiii 111000 ppppp ddddd", by_pattern<sve_incd_rii, Xdn>),
+    row<U8>("DecrVLSI", "00000100 zz 11 iiii 111001 ppppp ddddd", by_pattern<sve_decb_rii, Xdn>),
+    row<U16>("DecrVLSI", "00000100 zz 11 iiii 111001 ppppp ddddd", by_pattern<sve_dech_rii, Xdn>),
+    row<U32>("DecrVLSI", "00000100 zz 11 iiii 111001 ppppp ddddd", by_pattern<sve_decw_rii, Xdn>),
+    row<U64>("DecrVLSI", "00000100 zz 11 iiii 111001 ppppp ddddd", by_pattern<sve_decd_rii, Xdn>),
+    row<U16>("IncrVLVI", "00000100 zz 11 iiii 110000 ppppp ddddd", by_pattern<sve_inch_zii, Zdn>),
+    row<U32>("IncrVLVI", "00000100 zz 11 iiii 110000 ppppp ddddd", by_pattern<sve_incw_zii, Zdn>),
+    row<U64>("IncrVLVI", "00000100 zz 11 iiii 110000 ppppp ddddd", by_pattern<sve_incd_zii, Zdn>),
+    row<U16>("DecrVLVI", "00000100 zz 11 iiii 110001 ppppp ddddd", by_pattern<sve_dech_zii, Zdn>),
+    row<U32>("DecrVLVI", "00000100 zz 11 iiii 110001 ppppp ddddd", by_pattern<sve_decw_zii, Zdn>),
+    row<U64>("DecrVLVI", "00000100 zz 11 iiii 110001 ppppp ddddd", by_pattern<sve_decd_zii, Zdn>),
+    row<S8, S16, S32, S64>("QIncrVL4SI", "00000100 zz 10 iiii 111100 ppppp ddddd", library_by_pattern<QIncrVL4SI, Wdn>),
+    row<U8, U16, U32, U64>("QIncrVL4SI", "00000100 zz 10 iiii 111101 ppppp ddddd", library_by_pattern<QIncrVL4SI, Wdn>),
+    row<S8, S16, S32, S64>("QDecrVL4SI", "00000100 zz 10 iiii 111110 ppppp ddddd", library_by_pattern<QDecrVL4SI, Wdn>),
+    row<U8>("QDecrVL4SI", "00000100 zz 10 iiii 111111 ppppp ddddd", by_pattern<sve_uqdecb_rii, Wdn>),
+    row<U16, U32, U64>("QDecrVL4SI", "00000100 zz 10 iiii 111111 ppppp ddddd", library_by_pattern<QDecrVL4SI, Wdn>),
+    row<S8, S16, S32, S64>("QIncrVL8SI", "00000100 zz 11 iiii 111100 ppppp ddddd", library_by_pattern<QIncrVL8SI, Xdn>),
+    row<U8, U16, U32, U64>("QIncrVL8SI", "00000100 zz 11 iiii 111101 ppppp ddddd", library_by_pattern<QIncrVL8SI, Xdn>),
+    row<S8, S16, S32, S64>("QDecrVL8SI", "00000100 zz 11 iiii 111110 ppppp ddddd", library_by_pattern<QDecrVL8SI, Xdn>),
+    row<U8>("QDecrVL8SI", "00000100 zz 11 iiii 111111 ppppp ddddd", by_pattern<sve_uqdecb_rii, Xdn>),
+    row<U16, U32, U64>("QDecrVL8SI", "00000100 zz 11 iiii 111111 ppppp ddddd", library_by_pattern<QDecrVL8SI, Xdn>),
+    row<S16, S32, S64>("QIncrVLVI", "00000100 zz 10 iiii 110000 ppppp ddddd", library_by_pattern<QIncrVLVI, Zdn>),
+    row<U16, U32, U64>("QIncrVLVI", "00000100 zz 10 iiii 110001 ppppp ddddd", library_by_pattern<QIncrVLVI, Zdn>),
+    row<S16, S32, S64>("QDecrVLVI", "00000100 zz 10 iiii 110010 ppppp ddddd", library_by_pattern<QDecrVLVI, Zdn>),
+    row<U16, U32, U64>("QDecrVLVI", "00000100 zz 10 iiii 110011 ppppp ddddd", library_by_pattern<QDecrVLVI, Zdn>));
+
+}  // namespace quern::rows
