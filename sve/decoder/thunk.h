@@ -10,7 +10,6 @@
 #include "sve/decoder/memory_effect.h"
 #include "sve/decoder/operand.h"
 #include "sve/handlers/floating_point/host_fpsr.h"
-#include "sve/handlers/floating_point/pending_handlers.h"
 #include "sve/state/cpu_state.h"
 #include "sve/state/type_tag.h"
 #include "sve/veclib/family.h"
@@ -64,7 +63,7 @@ struct direct_shape : operands_shape<Operands...> {
   static constexpr route way = route::direct;
   static constexpr std::string_view routine = function_name<Handler>();
   template <type_tag>
-  static constexpr bool implemented = !is_pending_handler(routine);
+  static constexpr bool implemented = true;
 
   template <type_tag Tag>
   static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "sve/state/lanes.h"
+#include "sve/handlers/lane_group.h"
 
 namespace quern {
 
@@ -34,6 +34,16 @@ template <class T, class Op, class... Source>
 inline void pass_over_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
   for (std::size_t i = 0; i != lane_count<T>; ++i)
     if (is_active<T>(pg, i)) set_lane<T>(d, i, static_cast<T>(op(lane<T>(source, i)...)));
+}
+
+// The same on groups of floating-point lanes: in an inactive lane op sees 1.0 in place of its sources, and so raises no
+// flag.
+template <lane_group T, class Op, class... Source>
+inline void merge_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const T active = active_mask<T>(lane<T>(pg, i));
+    set_lane<T>(d, i, select(active, op(or_one(active, lane<T>(source, i))...), lane<T>(d, i)));
+  }
 }
 
 // d[i] = op(source[i]...) where the lane is active, else 0. op runs for inactive lanes too.

@@ -124,12 +124,10 @@ std::string row_name(const testing::TestParamInfo<case_row>& info) { return info
 
 INSTANTIATE_TEST_SUITE_P(Rows, AgainstProcessor, testing::ValuesIn(rows()), row_name);
 
-// No row is left out because its routine is said not to be there. Those of the floating-point unit and of the library
-// may still be missing.
+// No row is left out because its routine is said not to be there. Those of the library may still be missing.
 TEST(Rows, OfDirectHandlersAreAllTested) {
   for (const decode_map& map : decode_maps())
-    for (const decode_row& row : map.rows)
-      EXPECT_TRUE(row.implemented || row.way == route::library || row.way == route::direct_fp) << row.name.view();
+    for (const decode_row& row : map.rows) EXPECT_TRUE(row.implemented || row.way == route::library) << row.name.view();
 }
 
 class ReservedWords : public testing::TestWithParam<reserved_words> {};

@@ -1,6 +1,7 @@
 // Floating-point instructions that only move bits.
 #include "sve/handlers/floating_point/float_bits.h"
 
+#include "sve/arith/float/format.h"
 #include "sve/handlers/register_loops.h"
 
 using namespace quern;
@@ -8,19 +9,16 @@ using namespace quern;
 namespace {
 
 // The instruction forms have no other size here.
-using float_bits = exact_element_types<std::uint32_t, std::uint64_t>;
-
-template <class T>
-inline constexpr T sign_bit = T{1} << (8 * sizeof(T) - 1);
+using single_or_double = exact_element_types<std::uint32_t, std::uint64_t>;
 
 }  // namespace
 
 aarch64_decode_rc sve_fabs_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  return merge_unary<float_bits>(state, zd, pg, zn, []<class T>(T x) { return x & ~sign_bit<T>; });
+  return merge_unary<single_or_double>(state, zd, pg, zn, []<class T>(T x) { return x & ~float_format<T>::sign_bit; });
 }
 
 aarch64_decode_rc sve_fneg_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  return merge_unary<float_bits>(state, zd, pg, zn, []<class T>(T x) { return x ^ sign_bit<T>; });
+  return merge_unary<single_or_double>(state, zd, pg, zn, []<class T>(T x) { return x ^ float_format<T>::sign_bit; });
 }
 
 aarch64_decode_rc sve_fdup_zi(cpu_state* state, aarch64_z_reg zd, aarch64_sve_fp_dup_imm imm) {

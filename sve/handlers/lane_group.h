@@ -1,0 +1,65 @@
+// Groups of lanes: what one 128-bit vector instruction works on. A group stands where a loop over lanes has its element
+// type, and arithmetic on it is that of its lanes.
+#pragma once
+
+#include "sve/state/lanes.h"
+
+namespace quern {
+
+using singles [[gnu::vector_size(16)]] = std::uint32_t;
+using doubles [[gnu::vector_size(16)]] = std::uint64_t;
+
+template <class T>
+concept lane_group = std::is_same_v<T, singles> || std::is_same_v<T, doubles>;
+
+template <lane_group T>
+using lane_of = std::conditional_t<std::is_same_v<T, singles>, std::uint32_t, std::uint64_t>;
+
+template <lane_group T>
+inline constexpr int group_lanes = sizeof(T) / sizeof(lane_of<T>);
+
+// The size code is the lanes'.
+template <>
+inline constexpr std::uint32_t size_code<singles> = size_s;
+template <>
+inline constexpr std::uint32_t size_code<doubles> = size_d;
+
+// The same value in each lane.
+template <lane_group T>
+inline T in_each_lane(lane_of<T> value) {
+  return value - T{};
+}
+
+// 1.0 in each lane: an operand on which no floating-point operation raises a flag, nor does a conversion that takes its
+// bits, or their lower half, for a number of another kind.
+template <lane_group T>
+inline T ones() {
+  return in_each_lane<T>(static_cast<lane_of<T>>(sizeof(lane_of<T>) == 4 ? 0x3F800000 : 0x3FF0000000000000));
+}
+
+template <lane_group T>
+inline T active_mask(T predicate_elements) {
+  return T((predicate_elements & 1) != 0);
+}
+
+// x in the lanes where the mask is all ones, 1.0 where it is all zeros.
+template <lane_group T>
+inline T or_one(T active, T x) {
+  return select(active, x, ones<T>());
+}
+
+// The lanes of even (odd) number, first those of a, then those of b.
+inline singles even_lanes(singles a, singles b) { return __builtin_shufflevector(a, b, 0, 2, 4, 6); }
+inline doubles even_lanes(doubles a, doubles b) { return __builtin_shufflevector(a, b, 0, 2); }
+inline singles odd_lanes(singles a, singles b) { return __builtin_shufflevector(a, b, 1, 3, 5, 7); }
+inline doubles odd_lanes(doubles a, doubles b) { return __builtin_shufflevector(a, b, 1, 3); }
+
+// In each pair of lanes: the even one twice, the odd one twice, the two exchanged.
+inline singles even_twice(singles a) { return __builtin_shufflevector(a, a, 0, 0, 2, 2); }
+inline doubles even_twice(doubles a) { return __builtin_shufflevector(a, a, 0, 0); }
+inline singles odd_twice(singles a) { return __builtin_shufflevector(a, a, 1, 1, 3, 3); }
+inline doubles odd_twice(doubles a) { return __builtin_shufflevector(a, a, 1, 1); }
+inline singles exchanged(singles a) { return __builtin_shufflevector(a, a, 1, 0, 3, 2); }
+inline doubles exchanged(doubles a) { return __builtin_shufflevector(a, a, 1, 0); }
+
+}  // namespace quern
