@@ -64,6 +64,14 @@ template <class T, class Scalar>
 requires std::integral<Scalar>
 inline Scalar operand_at(Scalar scalar, std::size_t) { return scalar; }
 
+// All lanes are `value`.
+template <class T>
+inline VecV broadcast(T value, const CpuContext& ctx) {
+  VecV result;
+  for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(result.bytes, i, value);
+  return within(result, ctx);
+}
+
 // Lane i is op(operands' lane i...), for all lanes.
 template <class T, class Op, class... Operands>
 inline VecV map_lanes(Op op, const CpuContext& ctx, const Operands&... operands) {

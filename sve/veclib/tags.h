@@ -9,6 +9,9 @@ using U8 = std::uint8_t;
 using U16 = std::uint16_t;
 using U32 = std::uint32_t;
 using U64 = std::uint64_t;
+struct U128 {
+  std::uint64_t low, high;
+};
 using S8 = std::int8_t;
 using S16 = std::int16_t;
 using S32 = std::int32_t;

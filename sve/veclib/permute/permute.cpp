@@ -1,0 +1,88 @@
+// Elements moved by position.
+#include "sve/veclib/permute/permute.h"
+
+#include "sve/arith/predicate/predicate_support.h"
+#include "sve/veclib/permute/permuting.h"
+
+namespace quern::veclib {
+namespace {
+
+constexpr auto ReverseV = permuting([]<class T>(unsigned char* result, auto lanes, const unsigned char* n) {
+  for (std::size_t i = 0; i != lanes; ++i) set_lane<T>(result, i, lane<T>(n, lanes - 1 - i));
+});
+constexpr auto ReverseP = on_predicates(ReverseV);
+
+constexpr auto TblVV =
+    permuting([]<class T>(unsigned char* result, auto lanes, const unsigned char* n, const unsigned char* m) {
+      for (std::size_t i = 0; i != lanes; ++i) {
+        const T index = lane<T>(m, i);
+        set_lane<T>(result, i, index < lanes ? lane<T>(n, static_cast<std::size_t>(index)) : T{0});
+      }
+    });
+
+// The lanes of half T's width and its sign.
+template <class T>
+using narrow = std::conditional_t<
+    std::is_signed_v<T>,
+    std::conditional_t<sizeof(T) == 2, std::int8_t, std::conditional_t<sizeof(T) == 4, std::int16_t, std::int32_t>>,
+    std::conditional_t<sizeof(T) == 2, std::uint8_t, std::conditional_t<sizeof(T) == 4, std::uint16_t, std::uint32_t>>>;
+
+template <bool High>
+constexpr auto unpack = permuting([]<class T>(unsigned char* result, auto lanes, const unsigned char* n) {
+  const unsigned char* const half = High ? n + lanes * sizeof(narrow<T>) : n;
+  for (std::size_t i = 0; i != lanes; ++i) set_lane<T>(result, i, static_cast<T>(lane<narrow<T>>(half, i)));
+});
+
+constexpr auto UnpackLoV = unpack<false>;
+constexpr auto UnpackHiV = unpack<true>;
+
+// Bytes of 0 and 1 become halfwords of 0 and 1.
+template <class Family>
+constexpr auto unpack_predicate(Family family) {
+  return [family](auto, const CpuContext& ctx, const PredV& pn) {
+    return on_predicates(family)(std::uint16_t{}, ctx, pn);
+  };
+}
+
+constexpr auto UnpackLoP = unpack_predicate(UnpackLoV);
+constexpr auto UnpackHiP = unpack_predicate(UnpackHiV);
+
+// Bytes first to first + count - 1 of a, then those of b from 0 on.
+VecV joined(const VecV& a, std::size_t first, std::size_t count, const VecV& b) {
+  VecV result;
+  std::memcpy(result.bytes, a.bytes + first, count);
+  std::memcpy(result.bytes + count, b.bytes, VL_BYTES - count);
+  return result;
+}
+
+constexpr auto SlideVI = [](auto, const CpuContext& ctx, const VecV& zdn, const VecV& zm, std::size_t position) {
+  const std::size_t bytes = vector_bytes(ctx), first = position < bytes ? position : 0;
+  return within(joined(zdn, first, bytes - first, zm), ctx);
+};
+
+constexpr auto SpliceVV = []<class T>(T, CpuContext& ctx, const PredV& pg, const VecV& zdn, const VecV& zm) {
+  const int bits = static_cast<int>(8 * sizeof(T));
+  const int first = FindFirstActive(pg, bits, &ctx), last = FindLastActive(pg, bits, &ctx);
+  if (last < 0) return within(zm, ctx);
+  const std::size_t lanes_of_zdn = static_cast<std::size_t>(last - first + 1);
+  return within(joined(zdn, static_cast<std::size_t>(first) * sizeof(T), lanes_of_zdn * sizeof(T), zm), ctx);
+};
+
+// Each lane is stored where the next active one belongs, inactive ones as 0, so that no branch is needed.
+constexpr auto CompressVV = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& zn) {
+  const VecV masks = lane_masks<T>(within(pg, ctx));
+  VecV result{};
+  std::size_t next = 0;
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const T mask = lane<T>(masks.bytes, i);
+    set_lane<T>(result.bytes, next, lane<T>(zn.bytes, i) & mask);
+    next += mask & 1;
+  }
+  return result;
+};
+
+}  // namespace
+}  // namespace quern::veclib
+
+#define MEMBERS "sve/veclib/permute/permute.def"
+#include "sve/veclib/members/define.inc"
