@@ -64,6 +64,16 @@ template <class T, class Scalar>
 requires std::integral<Scalar>
 inline Scalar operand_at(Scalar scalar, std::size_t) { return scalar; }
 
+// The integer of so many bytes that has T's sign.
+template <std::size_t Bytes>
+struct integers {
+  using wide = std::conditional_t<Bytes == 4, std::int32_t, std::int64_t>;
+  using type = std::conditional_t<Bytes == 1, std::int8_t, std::conditional_t<Bytes == 2, std::int16_t, wide>>;
+};
+template <class T, std::size_t Bytes>
+using resized = std::conditional_t<std::is_signed_v<T>, typename integers<Bytes>::type,
+                                   std::make_unsigned_t<typename integers<Bytes>::type>>;
+
 // All lanes are `value`.
 template <class T>
 inline VecV broadcast(T value, const CpuContext& ctx) {

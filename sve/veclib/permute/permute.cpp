@@ -22,10 +22,7 @@ constexpr auto TblVV =
 
 // The lanes of half T's width and its sign.
 template <class T>
-using narrow = std::conditional_t<
-    std::is_signed_v<T>,
-    std::conditional_t<sizeof(T) == 2, std::int8_t, std::conditional_t<sizeof(T) == 4, std::int16_t, std::int32_t>>,
-    std::conditional_t<sizeof(T) == 2, std::uint8_t, std::conditional_t<sizeof(T) == 4, std::uint16_t, std::uint32_t>>>;
+using narrow = resized<T, sizeof(T) / 2>;
 
 template <bool High>
 constexpr auto unpack = permuting([]<class T>(unsigned char* result, auto lanes, const unsigned char* n) {

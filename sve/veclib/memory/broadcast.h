@@ -1,0 +1,7 @@
+// Replicating loads, as functions of the vector library.
+#pragma once
+
+#include "sve/state/cpu_context.h"
+
+#define MEMBERS "sve/veclib/memory/broadcast.def"
+#include "sve/veclib/members/declare.inc"
