@@ -38,11 +38,10 @@ inline std::size_t lanes(const CpuContext& ctx) {
 // Loops over independent lanes run over the whole of a VecV, so that their count is constant and the compiler makes
 // them vector instructions; then what lies beyond the context's vector length is cleared. In the contexts of thunks
 // nothing does.
-inline VecV within(VecV vector, const CpuContext& ctx) {
+inline void clear_beyond(VecV& vector, const CpuContext& ctx) {
   const std::size_t bytes = vector_bytes(ctx);
   if (bytes != VL_BYTES) [[unlikely]]
     std::memset(vector.bytes + bytes, 0, VL_BYTES - bytes);
-  return vector;
 }
 inline PredV within(PredV predicate, const CpuContext& ctx) {
   const std::size_t bits = vector_bytes(ctx);
@@ -88,22 +87,25 @@ inline VecV map_lanes(Op op, const CpuContext& ctx, const Operands&... operands)
   VecV result;
   for (std::size_t i = 0; i != lane_count<T>; ++i)
     set_lane<T>(result.bytes, i, static_cast<T>(op(operand_at<T>(operands, i)...)));
-  return within(result, ctx);
+  clear_beyond(result, ctx);
+  return result;
 }
 
 // Lane i is op(operands' lane i...) where pg has it active, else that of `inactive`. op runs for all lanes, so that the
-// loop has no branch: it must be harmless in inactive ones.
-template <class T, class Op, class... Operands>
+// loop has no branch: it must be harmless in inactive ones. Lanes may be doublewords of several elements of the type
+// Element that pg tells of.
+template <class T, class Element = T, class Op, class... Operands>
 inline VecV merge_lanes(Op op, const CpuContext& ctx, const VecV& inactive, const PredV& pg,
                         const Operands&... operands) {
   using U = std::make_unsigned_t<T>;
-  const VecV masks = lane_masks<U>(pg);
+  const VecV masks = lane_masks<std::make_unsigned_t<Element>>(pg);
   VecV result;
   for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    const T value = static_cast<T>(op(operand_at<T>(operands, i)...));
-    set_lane<U>(result.bytes, i, select(lane<U>(masks.bytes, i), static_cast<U>(value), lane<U>(inactive.bytes, i)));
+    const U value = static_cast<U>(static_cast<T>(op(operand_at<T>(operands, i)...)));
+    set_lane<U>(result.bytes, i, select(lane<U>(masks.bytes, i), value, lane<U>(inactive.bytes, i)));
   }
-  return within(result, ctx);
+  clear_beyond(result, ctx);
+  return result;
 }
 
 // The same, where op must not run for inactive lanes: it sets flags, or is slow. From lane 0 up.
@@ -117,12 +119,12 @@ inline VecV merge_active_lanes(Op op, const CpuContext& ctx, const VecV& inactiv
   return result;
 }
 
-// Element i is whether op(operands' lane i...), where pg has it active, else false. op runs for all lanes.
+// Element i is op(operands' lane i...), true or 1, where pg has it active, else false. op runs for all lanes.
 template <class T, class Op, class... Operands>
 inline PredV compare_lanes(Op op, const CpuContext& ctx, const PredV& pg, const Operands&... operands) {
   VecV outcomes;
   for (std::size_t i = 0; i != lane_count<T>; ++i)
-    set_lane<T>(outcomes.bytes, i, op(operand_at<T>(operands, i)...) ? T{1} : T{0});
+    set_lane<T>(outcomes.bytes, i, static_cast<T>(op(operand_at<T>(operands, i)...)));
   return within(to_predicate<T>(outcomes) & pg, ctx);
 }
 

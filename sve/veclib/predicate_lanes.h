@@ -79,7 +79,7 @@ inline VecV lane_masks(const PredV& predicate) {
     } else {
       const T bits = image[j];
       for (std::size_t k = 0; k != 8 / sizeof(T); ++k) {
-        const bool active = (bits & T{1} << k * sizeof(T)) != 0;
+        const bool active = (bits & static_cast<T>(T{1} << k * sizeof(T))) != 0;  // no wider than a lane
         set_lane<T>(masks.bytes, j * (8 / sizeof(T)) + k, static_cast<T>(active ? ~T{0} : T{0}));
       }
     }

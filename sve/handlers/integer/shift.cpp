@@ -1,13 +1,13 @@
 // Shifts by a vector and by an immediate.
 #include "sve/handlers/integer/shift.h"
 
-#include <algorithm>
 #include <bit>
 #include <functional>
 #include <utility>
 
 #include "sve/handlers/register_loops.h"
 #include "sve/state/integer_operations.h"
+#include "sve/state/packed_shift.h"
 
 using namespace quern;
 
@@ -79,35 +79,18 @@ aarch64_decode_rc shift_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg p
   });
 }
 
-// Every element of type T in a doubleword.
-template <class T>
-constexpr std::uint64_t repeated(T x) {
-  return ~std::uint64_t{0} / static_cast<T>(~T{0}) * x;
-}
-
-// Shifts of a whole vector by one count, d = shift(a). They go by doublewords, as vectors of x86-64 have no shift of
-// bytes; what crosses from one element into another is masked away.
+// Shifts of a whole vector by one count, d = shift(a).
 template <class T>
 void shift_all(shift_left, unsigned char* d, const unsigned char* a, unsigned int count) {
-  const unsigned int n = std::min(count, element_bits<T> - 1);
-  const std::uint64_t kept = n == count ? repeated(static_cast<T>(~T{0} << n)) : 0;
-  each_lane<std::uint64_t>([=](std::uint64_t x) { return x << n & kept; }, d, a);
+  each_lane<std::uint64_t>([=](std::uint64_t x) { return packed_left<T>(x, count); }, d, a);
 }
-
 template <class T>
 void shift_all(shift_right, unsigned char* d, const unsigned char* a, unsigned int count) {
-  const unsigned int n = std::min(count, element_bits<T> - 1);
-  const std::uint64_t kept = n == count ? repeated(static_cast<T>(static_cast<T>(~T{0}) >> n)) : 0;
-  each_lane<std::uint64_t>([=](std::uint64_t x) { return x >> n & kept; }, d, a);
+  each_lane<std::uint64_t>([=](std::uint64_t x) { return packed_right<T>(x, count); }, d, a);
 }
-
-// The sign bit, shifted, is flipped and taken off again: that extends it to the bits above.
 template <class T>
 void shift_all(shift_right_signed, unsigned char* d, const unsigned char* a, unsigned int count) {
-  const unsigned int n = std::min(count, element_bits<T> - 1);
-  shift_all<T>(shift_right{}, d, a, n);
-  const T sign = static_cast<T>(T{1} << (element_bits<T> - 1 - n));
-  each_lane<T>([=](T x) { return (x ^ sign) - sign; }, d, d);
+  each_lane<std::uint64_t>([=](std::uint64_t x) { return packed_right<std::make_signed_t<T>>(x, count); }, d, a);
 }
 
 // Zdn = Zdn shifted by the immediate, active lanes.

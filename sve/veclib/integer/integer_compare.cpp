@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "sve/state/packed_shift.h"
 #include "sve/veclib/frame.h"
 
 namespace quern::veclib {
@@ -15,26 +16,25 @@ constexpr auto comparing(Op op) {
   };
 }
 
-// What a doubleword is to the lanes of type T that lie in it: a doubleword that T doesn't hold compares alike with all
-// of them, and any lane may stand for them.
+// What a doubleword is to the lanes of type T that lie in it: one that T doesn't hold compares alike with all of them,
+// and any lane may stand for them.
 template <class T>
 struct wide_operand {
   VecV narrow;   // lane by lane, the doubleword cut to the lane
   VecV fits;     // ones where that is its value
-  VecV outside;  // where it is not, ones if the comparison is true
+  VecV outside;  // ones where it is not, and the comparison is true
 };
 
 template <class T, class Op>
 wide_operand<T> narrowed(Op op, const VecV& wide) {
-  using U = std::make_unsigned_t<T>;
   using Wide = std::conditional_t<std::is_signed_v<T>, std::int64_t, std::uint64_t>;
-  constexpr std::uint64_t one_a_lane = ~std::uint64_t{0} / static_cast<U>(~U{0});
   wide_operand<T> result;
   for (std::size_t i = 0; i != lane_count<Wide>; ++i) {
     const Wide value = lane<Wide>(wide.bytes, i);
-    set_lane<std::uint64_t>(result.narrow.bytes, i, static_cast<U>(value) * one_a_lane);
-    set_lane<std::int64_t>(result.fits.bytes, i, static_cast<T>(value) == value ? -1 : 0);
-    set_lane<std::int64_t>(result.outside.bytes, i, op(Wide{0}, value) ? -1 : 0);
+    const bool fits = static_cast<T>(value) == value;
+    set_lane<std::uint64_t>(result.narrow.bytes, i, as_unsigned(static_cast<T>(value)) * ones_apiece<T>);
+    set_lane<std::int64_t>(result.fits.bytes, i, fits ? -1 : 0);
+    set_lane<std::int64_t>(result.outside.bytes, i, !fits && op(Wide{0}, value) ? -1 : 0);
   }
   return result;
 }
@@ -43,7 +43,10 @@ template <class Op>
 constexpr auto comparing_wide(Op op) {
   return [op]<class T>(T, CpuContext& ctx, const PredV& pg, const VecV& a, const VecV& wide) {
     const wide_operand<T> b = narrowed<T>(op, wide);
-    const auto compare = [op](T x, T y, T fits, T outside) { return fits != 0 ? op(x, y) : outside != 0; };
+    const auto compare = [op](T x, T y, T fits, T outside) {
+      const T inside = op(x, y) ? T{1} : T{0};
+      return static_cast<T>((inside & fits) | (outside & 1));
+    };
     return with_flags<T>(compare_lanes<T>(compare, ctx, pg, a, b.narrow, b.fits, b.outside), pg, ctx);
   };
 }

@@ -20,32 +20,34 @@ constexpr auto widened(T a) {
 
 constexpr auto high_half = []<class T>(T a, T b) { return widened(a) * widened(b) >> quern::element_bits<T>; };
 
-// A quarter of a lane, of the same sign.
+// Quarter k of a lane, counted from the top, extended by the sign of the lane's type.
 template <class T>
-using signed_quarter = std::conditional_t<sizeof(T) == 4, std::int8_t, std::int16_t>;
-template <class T>
-using quarter = std::conditional_t<std::is_signed_v<T>, signed_quarter<T>, std::make_unsigned_t<signed_quarter<T>>>;
-
-template <class T>
-VecV dot(const CpuContext& ctx, const VecV& a, const VecV& n, const VecV& m) {
-  using Q = quarter<T>;
-  VecV result;
-  for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    T sum = lane<T>(a.bytes, i);
-    for (std::size_t k = 4 * i; k != 4 * i + 4; ++k)
-      sum = add(sum, multiply(T{lane<Q>(n.bytes, k)}, T{lane<Q>(m.bytes, k)}));
-    set_lane<T>(result.bytes, i, sum);
-  }
-  return within(result, ctx);
+constexpr T quarter(T a, int k) {
+  constexpr int bits = quern::element_bits<T> / 4;
+  return static_cast<T>(static_cast<T>(as_unsigned(a) << k * bits) >> 3 * bits);
 }
+
+// Quarters of doublewords have products of a word: that keeps 64-bit factors, which vectors lack, out of the loop.
+template <class T>
+constexpr T quarter_product(T n, T m, int k) {
+  using Half = std::conditional_t<std::is_signed_v<T>, std::int32_t, std::uint32_t>;
+  return static_cast<Half>(quarter(n, k)) * T{1} * static_cast<Half>(quarter(m, k));
+}
+
+constexpr auto dot = []<class T>(T a, T n, T m) {
+  for (int k = 0; k != 4; ++k) a = add(a, quarter_product(n, m, k));
+  return a;
+};
 
 // Every lane of a block of 16 bytes becomes lane `index` of the block.
 template <class T>
 VecV broadcast_in_blocks(const VecV& m, std::size_t index) {
   constexpr std::size_t per_block = 16 / sizeof(T);
   VecV result;
-  for (std::size_t i = 0; i != lane_count<T>; ++i)
-    set_lane<T>(result.bytes, i, lane<T>(m.bytes, i / per_block * per_block + index));
+  for (std::size_t block = 0; block != lane_count<T>; block += per_block) {
+    const T chosen = lane<T>(m.bytes, block + index);
+    for (std::size_t i = 0; i != per_block; ++i) set_lane<T>(result.bytes, block + i, chosen);
+  }
   return result;
 }
 
@@ -56,12 +58,10 @@ constexpr auto MLSVVVM = merging([](auto a, auto n, auto m) { return subtract(a,
 constexpr auto MADDVVVM = merging([](auto n, auto m, auto a) { return add(a, multiply(n, m)); });
 constexpr auto MSUBVVVM = merging([](auto n, auto m, auto a) { return subtract(a, multiply(n, m)); });
 constexpr auto MulVIX = unpredicated([](auto a, auto factor) { return multiply(a, factor); });
-constexpr auto DotVVVX = []<class T>(T, const CpuContext& ctx, const VecV& a, const VecV& n, const VecV& m) {
-  return dot<T>(ctx, a, n, m);
-};
+constexpr auto DotVVVX = unpredicated(dot);
 constexpr auto DotVVVIX = []<class T>(T, const CpuContext& ctx, const VecV& a, const VecV& n, const VecV& m,
                                       std::uint32_t index) {
-  return dot<T>(ctx, a, n, broadcast_in_blocks<T>(m, index));
+  return map_lanes<T>(dot, ctx, a, n, broadcast_in_blocks<T>(m, index));
 };
 
 }  // namespace

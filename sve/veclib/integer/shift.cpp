@@ -2,6 +2,7 @@
 #include "sve/veclib/integer/shift.h"
 
 #include "sve/state/integer_operations.h"
+#include "sve/state/packed_shift.h"
 #include "sve/veclib/frame.h"
 
 namespace quern::veclib {
@@ -26,54 +27,45 @@ constexpr auto right = []<class T>(T x, auto count) {
 constexpr auto reversed_left = [](auto count, auto x) { return left(x, count); };
 constexpr auto reversed_right = [](auto count, auto x) { return right(x, count); };
 
-// A shift by a power of two rounds down; a negative value is first made greater by all that may be lost.
-constexpr auto divided = []<class T>(T x, std::uint32_t count) {
-  if (count == 0) return x;
-  if (count >= quern::element_bits<T>) return T{0};
-  const T sign = static_cast<T>(x >> (quern::element_bits<T> - 1));
-  const T bias = static_cast<T>(as_unsigned(sign) >> count_below_bits<T>(quern::element_bits<T> - count));
-  return static_cast<T>(add(x, bias) >> count_below_bits<T>(count));
-};
-
-// Lane by lane, the count that the doubleword around the lane holds, or one too great where the lane's type can't.
+// Whole vectors by doublewords: each by a count of its own, or all by one.
 template <class T>
-VecV wide_counts(const VecV& wide) {
-  using U = std::make_unsigned_t<T>;
-  constexpr std::uint64_t one_a_lane = ~std::uint64_t{0} / static_cast<U>(~U{0});
-  VecV counts;
-  for (std::size_t i = 0; i != lane_count<std::uint64_t>; ++i) {
-    const std::uint64_t count = minimum{}(lane<std::uint64_t>(wide.bytes, i), std::uint64_t{quern::element_bits<T>});
-    set_lane<std::uint64_t>(counts.bytes, i, count * one_a_lane);
-  }
-  return counts;
-}
+constexpr auto doubleword_left = [](std::uint64_t x, std::uint64_t count) { return packed_left<T>(x, count); };
+template <class T>
+constexpr auto doubleword_right = [](std::uint64_t x, std::uint64_t count) { return packed_right<T>(x, count); };
 
-template <class Op>
-constexpr auto merging_wide(Op op) {
-  return [op]<class T>(T, const CpuContext& ctx, const VecV& a, const PredV& pg, const VecV& wide) {
-    return merge_lanes<T>(op, ctx, a, pg, a, wide_counts<T>(wide));
-  };
-}
-template <class Op>
-constexpr auto unpredicated_wide(Op op) {
-  return [op]<class T>(T, const CpuContext& ctx, const VecV& a, const VecV& wide) {
-    return map_lanes<T>(op, ctx, a, wide_counts<T>(wide));
-  };
-}
+constexpr auto all_left = []<class T>(T, const CpuContext& ctx, const VecV& a, const auto& count) {
+  return map_lanes<std::uint64_t>(doubleword_left<T>, ctx, a, count);
+};
+constexpr auto all_right = []<class T>(T, const CpuContext& ctx, const VecV& a, const auto& count) {
+  return map_lanes<std::uint64_t>(doubleword_right<T>, ctx, a, count);
+};
+constexpr auto merging_left = []<class T>(T, const CpuContext& ctx, const VecV& a, const PredV& pg, const auto& count) {
+  return merge_lanes<std::uint64_t, T>(doubleword_left<T>, ctx, a, pg, a, count);
+};
+constexpr auto merging_right = []<class T>(T, const CpuContext& ctx, const VecV& a, const PredV& pg,
+                                           const auto& count) {
+  return merge_lanes<std::uint64_t, T>(doubleword_right<T>, ctx, a, pg, a, count);
+};
 
 constexpr auto ShlVVM = merging(left);
 constexpr auto ShlRVVM = merging(reversed_left);
 constexpr auto ShrVVM = merging(right);
 constexpr auto ShrRVVM = merging(reversed_right);
-constexpr auto ShlVWM = merging_wide(left);
-constexpr auto ShrVWM = merging_wide(right);
-constexpr auto ShlVWX = unpredicated_wide(left);
-constexpr auto ShrVWX = unpredicated_wide(right);
-constexpr auto ShlVIM = merging(left);
-constexpr auto ShrVIM = merging(right);
-constexpr auto ShrDVIM = merging(divided);
-constexpr auto ShlVIX = unpredicated(left);
-constexpr auto ShrVIX = unpredicated(right);
+constexpr auto ShlVWM = merging_left;
+constexpr auto ShrVWM = merging_right;
+constexpr auto ShlVWX = all_left;
+constexpr auto ShrVWX = all_right;
+constexpr auto ShlVIM = merging_left;
+constexpr auto ShrVIM = merging_right;
+// A shift by a power of two rounds down; a negative value is first made greater by all that may be lost.
+constexpr auto ShrDVIM = []<class T>(T, const CpuContext& ctx, const VecV& a, const PredV& pg, std::uint32_t count) {
+  if (count >= quern::element_bits<T>) return merge_lanes<T>([](T) { return T{0}; }, ctx, a, pg, a);
+  const T rounding = static_cast<T>((std::make_unsigned_t<T>{1} << count) - 1);
+  const auto round_up = [=](T x) { return x < 0 ? add(x, rounding) : x; };
+  return merge_lanes<std::uint64_t, T>(doubleword_right<T>, ctx, a, pg, map_lanes<T>(round_up, ctx, a), count);
+};
+constexpr auto ShlVIX = all_left;
+constexpr auto ShrVIX = all_right;
 
 }  // namespace
 }  // namespace quern::veclib
