@@ -43,6 +43,10 @@ inline void clear_beyond(VecV& vector, const CpuContext& ctx) {
   if (bytes != VL_BYTES) [[unlikely]]
     std::memset(vector.bytes + bytes, 0, VL_BYTES - bytes);
 }
+inline VecV within(VecV vector, const CpuContext& ctx) {
+  clear_beyond(vector, ctx);
+  return vector;
+}
 inline PredV within(PredV predicate, const CpuContext& ctx) {
   const std::size_t bits = vector_bytes(ctx);
   return bits == VL_BYTES ? predicate : predicate & first_elements<std::uint8_t>(bits);
@@ -78,7 +82,8 @@ template <class T>
 inline VecV broadcast(T value, const CpuContext& ctx) {
   VecV result;
   for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(result.bytes, i, value);
-  return within(result, ctx);
+  clear_beyond(result, ctx);
+  return result;
 }
 
 // Lane i is op(operands' lane i...), for all lanes.

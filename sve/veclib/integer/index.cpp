@@ -11,7 +11,8 @@ constexpr auto series = []<class T>(T, const CpuContext& ctx, T base, T step) {
   VecV result;
   for (std::size_t i = 0; i != lane_count<T>; ++i)
     set_lane<T>(result.bytes, i, add(base, multiply(static_cast<T>(i), step)));
-  return within(result, ctx);
+  clear_beyond(result, ctx);
+  return result;
 };
 
 constexpr auto IndexII = series;

@@ -36,7 +36,8 @@ constexpr auto InsertS = []<class T>(T, const CpuContext& ctx, const VecV& zdn, 
   VecV result;
   set_lane<T>(result.bytes, 0, scalar);
   std::memcpy(result.bytes + sizeof(T), zdn.bytes, VL_BYTES - sizeof(T));
-  return within(result, ctx);
+  clear_beyond(result, ctx);
+  return result;
 };
 
 }  // namespace
