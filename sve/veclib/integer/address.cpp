@@ -1,4 +1,4 @@
-// Addresses in vectors.
+// Addresses in vectors, and vector lengths.
 #include "sve/veclib/integer/address.h"
 
 #include "sve/state/integer_operations.h"
@@ -28,6 +28,14 @@ constexpr auto LEA1YVV = address(zero_extended, 0);
 constexpr auto LEA2YVV = address(zero_extended, 1);
 constexpr auto LEA4YVV = address(zero_extended, 2);
 constexpr auto LEA8YVV = address(zero_extended, 3);
+
+constexpr auto AddVLX = [](auto, const CpuContext& ctx, std::uint64_t value, std::int64_t imm) {
+  return value + static_cast<std::uint64_t>(imm) * vector_bytes(ctx);
+};
+constexpr auto VLX = [](auto tag, const CpuContext& ctx, std::int64_t imm) { return AddVLX(tag, ctx, 0, imm); };
+constexpr auto AddPLX = [](auto, const CpuContext& ctx, std::uint64_t value, std::int64_t imm) {
+  return value + static_cast<std::uint64_t>(imm) * (vector_bytes(ctx) / 8);
+};
 
 }  // namespace
 }  // namespace quern::veclib
