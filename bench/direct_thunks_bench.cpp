@@ -1,5 +1,5 @@
-// What a call of each direct thunk costs that neither touches memory nor computes in floating point: with all lanes
-// active and, under a predicate, with every other one. Beside it the limit: copying as many whole registers as it has
+// What a call of each direct thunk costs that doesn't touch memory: with all lanes active and, under a predicate, with
+// every other one. Beside it the limit: copying as many whole registers as it has
 // vector and predicate operands, or one where it has none. The rows come from the decode maps, so that a new one is
 // measured without a line here.
 #include <benchmark/benchmark.h>
@@ -62,6 +62,18 @@ cpu_state& random_registers(std::uint32_t size, active_lanes active) {
   return state;
 }
 
+// Every vector lane 1.0 but for its last few bits, as a double and as the single in its low word: numbers that stay
+// normal however often an instruction adds to them or multiplies them.
+void fill_with_numbers_near_one(cpu_state& state, std::uint32_t size) {
+  std::mt19937_64 random{1};
+  for (auto& z : state.z) {
+    for (std::size_t i = 0; i != VL_BYTES; i += std::size_t{1} << size) {
+      const std::uint64_t number = (size == size_s ? 0x3F800000 : 0x3FF000003F800000) + random() % 16 - 8;
+      std::memcpy(z + i, &number, std::size_t{1} << size);
+    }
+  }
+}
+
 // The time of copying that many whole registers, the least of several tries.
 double copy_time(std::size_t registers) {
   static unsigned char from[8][VL_BYTES], to[8][VL_BYTES];
@@ -82,6 +94,7 @@ double copy_time(std::size_t registers) {
 
 void call_thunk(benchmark::State& benchmark_state, const decode_row& row, active_lanes active) {
   cpu_state& state = random_registers(row.size, active);
+  if (row.way == route::direct_fp) fill_with_numbers_near_one(state, row.size);
   const std::uint32_t word = representative_word(row);
   const auto registers = std::ranges::count_if(row.operands, is_scalable);
   const double limit = copy_time(std::max<std::size_t>(1, static_cast<std::size_t>(registers)));
@@ -100,7 +113,8 @@ void call_thunk(benchmark::State& benchmark_state, const decode_row& row, active
 void register_direct_thunks() {
   for (const decode_map& map : decode_maps()) {
     for (const decode_row& row : map.rows) {
-      if (row.way != route::direct || row.memory.touches_memory()) continue;
+      const bool direct = row.way == route::direct || row.way == route::direct_fp;
+      if (!direct || row.memory.touches_memory()) continue;
       const auto name = [&](const char* lanes) {
         return row.name.view().data() + std::string(" ") + std::string(row.handler) + lanes;
       };

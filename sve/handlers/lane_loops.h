@@ -37,9 +37,11 @@ inline void pass_over_lanes(Op op, unsigned char* d, const unsigned char* pg, co
 }
 
 // The same on groups of floating-point lanes: in an inactive lane op sees 1.0 in place of its sources, and so raises no
-// flag.
+// flag. Unrolled whole, which the compiler does by itself for short bodies alone: each access then has its address in
+// one register and a constant.
 template <lane_group T, class Op, class... Source>
 inline void merge_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
+#pragma GCC unroll 16
   for (std::size_t i = 0; i != lane_count<T>; ++i) {
     const T active = active_mask<T>(lane<T>(pg, i));
     set_lane<T>(d, i, select(active, op(or_one(active, lane<T>(source, i))...), lane<T>(d, i)));
@@ -52,6 +54,16 @@ inline void zero_lanes(Op op, unsigned char* d, const unsigned char* pg, const S
 #pragma GCC ivdep
   for (std::size_t i = 0; i != lane_count<T>; ++i)
     set_lane<T>(d, i, static_cast<T>(static_cast<T>(op(lane<T>(source, i)...)) & active_mask<T>(pg, i)));
+}
+
+// The same on groups of floating-point lanes, of which op sees 1.0 where they are inactive.
+template <lane_group T, class Op, class... Source>
+inline void zero_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
+#pragma GCC unroll 16
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const T active = active_mask<T>(lane<T>(pg, i));
+    set_lane<T>(d, i, op(or_one(active, lane<T>(source, i))...) & active);
+  }
 }
 
 // d[i] = yes[i] where the lane is active, else no[i].

@@ -13,12 +13,7 @@ aarch64_decode_rc compare(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, 
                           const Source*... source) {
   host_fp fp(*state);
   float_types::by_size(size, [&]<class T>(T) {
-    each_lane<T>(
-        [&](T predicate, auto... x) {
-          const T active = active_mask(predicate);
-          return op(fp, or_one(active, x)...) & active & 1;
-        },
-        state->p[pd.num], state->p[pg.num], source...);
+    zero_lanes_or_ones<T>([&](auto... x) { return op(fp, x...) & 1; }, state->p[pd.num], state->p[pg.num], source...);
   });
   return DECODE_OK;
 }

@@ -46,14 +46,14 @@ template <bool OddTurns, lane_group T>
 void multiply_add_complex(host_fp& fp, unsigned int rotation, unsigned char* d, const unsigned char* pg,
                           const unsigned char* zn, const unsigned char* zm) {
   const T signs = changed_signs<T>(rotation);
-  each_lane<T>(
-      [&](T predicate, T a, T n, T m) {
-        const T active = active_mask(predicate);
-        const T first = OddTurns ? odd_twice(n) : even_twice(n);
-        const T second = (OddTurns ? exchanged(m) : m) ^ signs;
-        return select(active, fp.fmla(or_one(active, a), or_one(active, first), or_one(active, second)), a);
-      },
-      d, pg, d, zn, zm);
+#pragma GCC unroll 16
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const T active = active_mask<T>(lane<T>(pg, i)), sum = lane<T>(d, i), n = lane<T>(zn, i), m = lane<T>(zm, i);
+    const T first = OddTurns ? odd_twice(n) : even_twice(n);
+    const T second = (OddTurns ? exchanged(m) : m) ^ signs;
+    const T result = fp.fmla(or_one(active, sum), or_one(active, first), or_one(active, second));
+    set_lane<T>(d, i, select(active, result, sum));
+  }
 }
 
 }  // namespace
