@@ -2,6 +2,7 @@
 #pragma once
 
 #include "sve/decoder/rows/shapes.h"
+#include "sve/veclib/floating_point/trigonometric.h"
 
 namespace quern::rows {
 
