@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/floating_point/float_bits.h"
+#include "sve/veclib/floating_point/float_arithmetic.h"
 
 namespace quern::rows {
 
