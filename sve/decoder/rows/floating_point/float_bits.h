@@ -4,6 +4,7 @@
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/floating_point/float_bits.h"
 #include "sve/veclib/floating_point/float_arithmetic.h"
+#include "sve/veclib/permute/element_move.h"
 
 namespace quern::rows {
 

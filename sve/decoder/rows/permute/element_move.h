@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/permute/element_move.h"
+#include "sve/veclib/permute/element_move.h"
 
 namespace quern::rows {
 

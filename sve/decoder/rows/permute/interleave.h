@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/permute/interleave.h"
+#include "sve/veclib/permute/interleave.h"
 
 namespace quern::rows {
 

@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/permute/last_element.h"
+#include "sve/veclib/permute/last_element.h"
 
 namespace quern::rows {
 

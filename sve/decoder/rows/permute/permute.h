@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/permute/permute.h"
+#include "sve/veclib/permute/permute.h"
 
 namespace quern::rows {
 
