@@ -40,7 +40,6 @@ struct decode_row {
   std::uint32_t value = 0;            // the encoding's fixed bits
   std::uint8_t size = 0;              // element size code
   route way = route::none;
-  bool implemented = false;  // the routine exists; else the thunk reports the word and does nothing
 
   // The direct handler's name, or the family's; empty if there is nothing to do.
   constexpr std::string_view routine() const { return way == route::library ? stem : handler; }
@@ -83,8 +82,7 @@ consteval encoded_row row_of_type(std::string_view stem, const encoding& drawing
            .memory = Shape::memory,
            .value = sized.value,
            .size = Tag.size,
-           .way = Shape::way,
-           .implemented = Shape::template implemented<Tag>}};
+           .way = Shape::way}};
 }
 
 // row<TYPES...>(STEM, DRAWING, SHAPE): one form for each type. A field 'z' of the drawing, if there is one, takes the

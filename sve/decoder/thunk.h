@@ -39,19 +39,12 @@ consteval std::string_view family_name() {
   return text.substr(0, text.find_first_of(";]"));
 }
 
-// Families that the library does not have yet. Their rows answer as unimplemented.
-template <class Family>
-inline constexpr bool is_pending_family = false;
-
-// The thunk of an instruction whose routine does not exist yet: reports the word under its thunk's name.
-aarch64_decode_rc unimplemented_thunk(cpu_state* state, unsigned int word);
-
 // A shape is what a row says beside its encoding: the route, the routine, and the operands. Of it a row takes
 //   way        where its instruction is carried out
 //   routine    the handler's name, or the family's; empty if there is none
 //   operands   in the order that the routine takes them, and of a library function the result before
 //   memory     what it does to memory
-//   implemented<Tag>, thunk<Tag>   whether the routine exists for a type, and the thunk
+//   thunk<Tag> the thunk for a type; it does not compile where the routine does not exist or takes other operands
 template <operand... Operands>
 struct operands_shape {
   static constexpr std::array<operand, sizeof...(Operands)> operands{Operands...};
@@ -62,8 +55,6 @@ template <auto Handler, operand... Operands>
 struct direct_shape : operands_shape<Operands...> {
   static constexpr route way = route::direct;
   static constexpr std::string_view routine = function_name<Handler>();
-  template <type_tag>
-  static constexpr bool implemented = true;
 
   template <type_tag Tag>
   static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {
@@ -102,21 +93,14 @@ struct library_shape {
   static constexpr std::string_view routine = family_name<Family>();
   static constexpr auto operands = distinct_operands<Result, Arguments...>();
   static constexpr memory_effect memory{};
-  template <type_tag Tag>
-  static constexpr bool implemented =
-      !std::same_as<std::remove_const_t<decltype(library_function<Family, Tag.plain()>)>, std::nullptr_t>;
 
   template <type_tag Tag>
   static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {
-    if constexpr (implemented<Tag>) {
-      constexpr auto function = library_function<Family, Tag.plain()>;
-      static_assert(fits<std::remove_const_t<decltype(function)>, Result, Arguments...>,
-                    "the function takes other operands, or answers another result");
-      return cross<UsesFfr, bare<Result, Tag.size>(), bare<Arguments, Tag.size>()...>(state, word, function);
-    } else {
-      static_assert(is_pending_family<Family>, "the family has no function for the type");
-      return unimplemented_thunk(state, word);
-    }
+    constexpr auto function = library_function<Family, Tag.plain()>;
+    using type = std::remove_const_t<decltype(function)>;
+    static_assert(!std::same_as<type, std::nullptr_t>, "the family has no function for the type");
+    static_assert(fits<type, Result, Arguments...>, "the function takes other operands, or answers another result");
+    return cross<UsesFfr, bare<Result, Tag.size>(), bare<Arguments, Tag.size>()...>(state, word, function);
   }
 };
 
@@ -124,8 +108,6 @@ template <operand... Operands>
 struct empty_shape : operands_shape<Operands...> {
   static constexpr route way = route::none;
   static constexpr std::string_view routine{};
-  template <type_tag>
-  static constexpr bool implemented = true;
 
   template <type_tag>
   static aarch64_decode_rc thunk(cpu_state*, unsigned int) {

@@ -317,18 +317,5 @@ TEST_F(Bridge, ShiftsByteElementsRightByTheirWholeWidth) {
   EXPECT_EQ(std::memcmp(state().z[1], zeros, VL_BYTES), 0);
 }
 
-// What a row says of itself holds: a routine that is there runs, any other answers that it is not.
-TEST(Rows, SayWhetherTheirRoutineIsThere) {
-  testing::internal::CaptureStderr();
-  for (const decode_map& map : decode_maps()) {
-    for (const decode_row& row : map.rows) {
-      if (row.memory.touches_memory()) continue;
-      const auto state = std::make_unique<cpu_state>();
-      EXPECT_EQ(row.thunk(state.get(), row.value) == DECODE_OK, row.implemented) << row.name.view();
-    }
-  }
-  testing::internal::GetCapturedStderr();
-}
-
 }  // namespace
 }  // namespace quern

@@ -43,7 +43,7 @@ void add_outcome(std::uint64_t& digest, const test_case& c) {
 digest_table compute_digests() {
   digest_table table;
   const auto c = std::make_unique<test_case>();
-  for (const case_row& r : implemented_rows()) {
+  for (const case_row& r : all_rows()) {
     if (r.row->way == route::none) continue;
     std::uint64_t& digest = table.try_emplace(std::string(r.row->routine()), hash_start).first->second;
     for (std::uint64_t seed = 0; seed != cases_per_row; ++seed) {

@@ -10,7 +10,7 @@ namespace quern {
 // A direct handler's name, or a library family's, to digest.
 using digest_table = std::map<std::string, std::uint64_t>;
 
-// The digest of every routine that exists: over the rows that reach it, and for each over registers and memory
+// The digest of every routine: over the rows that reach it, and for each over registers and memory
 // after the same cases on every platform.
 digest_table compute_digests();
 

@@ -36,8 +36,8 @@ void make_case(const case_row& row, std::uint64_t seed, test_case& c);
 class random_source;
 std::uint32_t make_word(const case_row& row, random_source& random);
 
-// The rows whose routine exists, and those that have nothing to do, in the order of the maps.
-std::vector<case_row> implemented_rows();
+// All rows, in the order of the maps.
+std::vector<case_row> all_rows();
 
 // "VecU8AddVVX (sve_add_zzz)  0x04200000  z0.b z0.b z0.b".
 std::string describe(const decode_row& row, std::uint32_t word);

@@ -3,7 +3,6 @@
 
 #include "sve/decoder/decode_row.h"
 #include "sve/decoder/operands.h"
-#include "sve/decoder/pending_families.h"
 
 namespace quern::rows {
 

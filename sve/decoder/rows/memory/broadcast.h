@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/memory/broadcast.h"
+#include "sve/veclib/memory/broadcast.h"
 
 namespace quern::rows {
 

@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/memory/fault_tolerant.h"
+#include "sve/veclib/memory/fault_tolerant.h"
 
 namespace quern::rows {
 

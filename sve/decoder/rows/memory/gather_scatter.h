@@ -3,6 +3,7 @@
 
 #include "sve/decoder/rows/shapes.h"
 #include "sve/handlers/memory/gather_scatter.h"
+#include "sve/veclib/memory/gather_scatter.h"
 
 namespace quern::rows {
 
