@@ -2,6 +2,7 @@
 #include "sve/trap/host/emulate.h"
 
 #include <atomic>
+#include <cerrno>
 #include <cstring>
 
 #include "sve/decoder/sve_utils.h"
@@ -51,7 +52,9 @@ bool emulate(ucontext_t& frame) {
   if (handler_level* const level = handler_level::innermost()) level->keep_vectors();
   load_state(frame, registers);
   set_under_emulation(&frame);
+  const int kept_errno = errno;  // the application's own, which a square root's call of the C library may write
   const aarch64_decode_rc result = handler(&registers, word);
+  errno = kept_errno;
   set_under_emulation(nullptr);
   // The application goes on behind an instruction that could not be emulated, as if it did nothing.
   if (result != DECODE_OK) kernel::print_error(failure_line(word_at(pc), pc).c_str());
