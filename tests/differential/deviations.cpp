@@ -20,6 +20,8 @@ bool crosses_page(const decode_row& row, const test_case& c) {
   return c.access / page_size != (c.access + span - 1) / page_size;
 }
 
+bool splits_element(const decode_row&, const test_case& c) { return c.split_element; }
+
 constexpr const char* stops_at_page = "a processor may give up such a load for any reason; qemu does at a page's end";
 
 // Active lanes begin elsewhere than at a multiple of 64 bytes.
@@ -56,6 +58,11 @@ constexpr std::array table{
     deviation{"sve_ldff1*", part::ffr, crosses_page, false, stops_at_page},
     deviation{"sve_ldnf1*", part::z, begins_within_64_bytes, false, misread},
     deviation{"sve_ldff1*", part::z, begins_within_64_bytes, false, misread},
+    deviation{"CLoadFF*", part::z, crosses_page, false, stops_at_page},
+    deviation{"CLoadFF*", part::ffr, crosses_page, false, stops_at_page},
+    deviation{"CLoadFF*", part::z, begins_within_64_bytes, false, misread},
+    deviation{"LoadFF*", part::z, splits_element, false, stops_at_page},
+    deviation{"LoadFF*", part::ffr, splits_element, false, stops_at_page},
 };
 
 }  // namespace

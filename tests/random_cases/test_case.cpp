@@ -97,10 +97,20 @@ struct placement {
     return &*std::find_if(row.operands.begin() + 1, row.operands.end(), is_vector);
   }
 
+  void note_element(std::uint64_t address) const {
+    constexpr std::uint64_t page_bytes = 4096;  // qemu's
+    const std::uint64_t last = address + static_cast<std::uint64_t>(form.span) - 1;
+    c.split_element |= address / page_bytes != last / page_bytes;
+  }
+
   // An inactive lane keeps its random address, which nobody may touch.
   void vector_base() const {
     const std::uint64_t offset = immediate(operand_kind::imm_unsigned);
-    each_active_lane([&](std::int64_t at) { set_lane(other_vector(), at, target() - offset, form.lane_bytes); });
+    each_active_lane([&](std::int64_t at) {
+      const std::uint64_t address = target();
+      note_element(address);
+      set_lane(other_vector(), at, address - offset, form.lane_bytes);
+    });
   }
 
   // The word of an offset that is not extended, or the low word of one that is: the rest of the lane stays random.
@@ -111,6 +121,7 @@ struct placement {
     each_active_lane([&](std::int64_t at) {
       const std::int64_t low = is_unsigned ? 0 : -reach;
       const auto offset = static_cast<std::uint64_t>(random.between(low, reach - 1));
+      note_element(c.access + offset * static_cast<std::uint64_t>(form.scale));
       if (form.width != offset_width::whole) return set_lane(other_vector(), at, offset, 4);
       const std::uint64_t shifted_out = form.scale > 1 ? random.next() << 63 : 0;
       set_lane(other_vector(), at, offset ^ shifted_out, 8);
@@ -148,6 +159,7 @@ void make_case(const case_row& row, std::uint64_t seed, test_case& c) {
   fill_registers(random, row.row->size, c.clean, c.state);
   const auto form = memory_form_of(*row.row);
   c.has_memory = form.has_value();
+  c.split_element = false;
   if (form) placement{*row.row, *form, random, c}.place();
 }
 

@@ -24,7 +24,8 @@ struct test_case {
   // stands in the other bits must not matter.
   bool clean = true;
   bool has_memory = false;
-  std::uint64_t access = 0;  // address of a contiguous access's first byte
+  std::uint64_t access = 0;    // address of a contiguous access's first byte
+  bool split_element = false;  // an active lane of a gather or scatter has its element in two pages
   cpu_state state{};
   unsigned char memory[arena_bytes]{};  // what is to stand in the arena, if has_memory
 };
