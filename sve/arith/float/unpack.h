@@ -19,7 +19,7 @@ struct unpacked {
   mantissa<T> mnt;
 };
 
-// The parts of `value`. A subnormal under its flush bit becomes a zero of its sign, which raises IDC in single and
+// What `value` is made of. A subnormal under its flush bit becomes a zero of its sign, which raises IDC in single and
 // double and nothing in half. NaNs come through as they are.
 template <float_bits T>
 constexpr unpacked<T> unpack(T value, int mode, int* flags) {

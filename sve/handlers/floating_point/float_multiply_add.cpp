@@ -39,7 +39,7 @@ T changed_signs(unsigned int rotation) {
   return signs;
 }
 
-// The factors of each lane: with an odd number of quarter turns the imaginary part of n and the parts of m exchanged,
+// The factors of each lane: with an odd number of quarter turns the imaginary part of n, and both of m exchanged,
 // else the real part of n and m as it is. They come from both lanes of a pair, active or not, and so before inactive
 // lanes are replaced.
 template <bool OddTurns, lane_group T>

@@ -103,7 +103,7 @@ struct turn {
   std::uint32_t rotation;
   single real, imaginary;
 };
-// 1 + 2i, and the parts of (1 + 3i) * (2 + 4i) that each turn adds.
+// 1 + 2i, and what each turn adds of (1 + 3i) * (2 + 4i).
 constexpr turn turns[] = {
     {0, three, six},                      // 1 + 1 * 2, 2 + 1 * 4
     {1, 0x41300000 | minus, 0x41000000},  // 1 - 3 * 4, 2 + 3 * 2
