@@ -1,6 +1,8 @@
 // Elements moved by position.
 #include "sve/veclib/permute/permute.h"
 
+#include <algorithm>
+
 #include "sve/arith/predicate/predicate_support.h"
 #include "sve/veclib/permute/permuting.h"
 
@@ -65,15 +67,21 @@ constexpr auto SpliceVV = []<class T>(T, CpuContext& ctx, const PredV& pg, const
   return within(joined(zdn, static_cast<std::size_t>(first) * sizeof(T), lanes_of_zdn * sizeof(T), zm), ctx);
 };
 
-// Each lane is stored where the next active one belongs, inactive ones as 0, so that no branch is needed.
+// Each lane is stored where the next active one belongs, inactive ones as 0, so that no branch is needed. By words of
+// the predicate, so that each lane's place in one is a constant.
 constexpr auto CompressVV = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& zn) {
-  const VecV masks = lane_masks<T>(within(pg, ctx));
+  constexpr std::size_t lanes_of_word = std::min(64 / sizeof(T), lane_count<T>);
+  const PredV active = within(pg, ctx);
   VecV result{};
   std::size_t next = 0;
-  for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    const T mask = lane<T>(masks.bytes, i);
-    set_lane<T>(result.bytes, next, lane<T>(zn.bytes, i) & mask);
-    next += mask & 1;
+  for (std::size_t first = 0; first != lane_count<T>; first += lanes_of_word) {
+    const std::uint64_t word = active.words[first / lanes_of_word];
+#pragma GCC unroll 16
+    for (std::size_t i = 0; i != lanes_of_word; ++i) {
+      const T bit = word >> i * sizeof(T) & 1;
+      set_lane<T>(result.bytes, next, lane<T>(zn.bytes, first + i) & (T{0} - bit));
+      next += bit;
+    }
   }
   return result;
 };
