@@ -18,7 +18,7 @@ int last_active(const PredV& pg, CpuContext& ctx) {
 struct lane_after {
   template <class T>
   static T of(const VecV& vector, int last, const CpuContext& ctx) {
-    const std::size_t next = static_cast<std::size_t>(last + 1);
+    const std::size_t next = static_cast<std::size_t>(last) + 1;  // after none, lane 0
     return lane<T>(vector.bytes, next == lanes<T>(ctx) ? 0 : next);
   }
 };

@@ -63,7 +63,7 @@ constexpr auto SpliceVV = []<class T>(T, CpuContext& ctx, const PredV& pg, const
   const int bits = static_cast<int>(8 * sizeof(T));
   const int first = FindFirstActive(pg, bits, &ctx), last = FindLastActive(pg, bits, &ctx);
   if (last < 0) return within(zm, ctx);
-  const std::size_t lanes_of_zdn = static_cast<std::size_t>(last - first + 1);
+  const std::size_t lanes_of_zdn = static_cast<std::size_t>(last - first) + 1;
   return within(joined(zdn, static_cast<std::size_t>(first) * sizeof(T), lanes_of_zdn * sizeof(T), zm), ctx);
 };
 

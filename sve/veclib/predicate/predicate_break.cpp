@@ -60,7 +60,7 @@ constexpr auto SetFirstActiveP = flagged(
 
 constexpr auto GenNextP = flagged([]<class T>(T, CpuContext& ctx, const PredV& pg, const PredV& pdn) {
   const int last = FindLastActive(pdn, static_cast<int>(8 * sizeof(T)), &ctx);
-  const PredV passed = first_elements<T>(static_cast<std::size_t>(last + 1));
+  const PredV passed = first_elements<T>(static_cast<std::size_t>(last) + 1);  // none is -1: element 0 comes next
   return first_bit(pg & all_elements<T>(ctx) & ~passed);
 });
 
