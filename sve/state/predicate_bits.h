@@ -13,22 +13,39 @@ static_assert(std::endian::native == std::endian::little, "byte i of a 64-bit lo
 // The packed image of a predicate, as it stands in memory: bit b of byte j is bit 0 of predicate byte 8 * j + b.
 inline constexpr int predicate_image_bytes = VL_BYTES / 8;
 
+// Two neighbouring bytes as one number, and back.
+inline std::uint16_t byte_pair(const unsigned char* bytes, int i) {
+  std::uint16_t pair;
+  std::memcpy(&pair, bytes + 2 * i, sizeof pair);
+  return pair;
+}
+inline void set_byte_pair(unsigned char* bytes, int i, unsigned pair) {
+  const auto value = static_cast<std::uint16_t>(pair);
+  std::memcpy(bytes + 2 * i, &value, sizeof value);
+}
+
 // Packs VL_BYTES bytes at `bytes` into the predicate_image_bytes bytes at `image`. Only bit 0 of a byte is looked at.
+// In three steps that compilers make vector instructions of: each joins the bits of two neighbouring bytes in one.
 inline void pack_predicate(const unsigned char* bytes, unsigned char* image) {
-  for (int j = 0; j != predicate_image_bytes; ++j) {
-    std::uint64_t eight;
-    std::memcpy(&eight, bytes + 8 * j, sizeof eight);
-    // The factor moves bit 0 of byte b to bit 56 + b; no two partial products meet, so nothing carries.
-    image[j] = static_cast<unsigned char>((eight & 0x0101010101010101) * 0x0102040810204080 >> 56);
+  unsigned char twos[VL_BYTES / 2], fours[VL_BYTES / 4];
+  for (int i = 0; i != VL_BYTES / 2; ++i) {
+    const unsigned pair = byte_pair(bytes, i) & 0x0101u;
+    twos[i] = static_cast<unsigned char>(pair | pair >> 7);
+  }
+  for (int i = 0; i != VL_BYTES / 4; ++i) {
+    const unsigned pair = byte_pair(twos, i);
+    fours[i] = static_cast<unsigned char>(pair | pair >> 6);
+  }
+  for (int i = 0; i != VL_BYTES / 8; ++i) {
+    const unsigned pair = byte_pair(fours, i);
+    image[i] = static_cast<unsigned char>(pair | pair >> 4);
   }
 }
 
-// Unpacks the predicate_image_bytes bytes at `image` into VL_BYTES bytes of 0 or 1 at `bytes`.
+// Unpacks the predicate_image_bytes bytes at `image` into VL_BYTES bytes of 0 or 1 at `bytes`, by the same steps back.
 inline void unpack_predicate(const unsigned char* image, unsigned char* bytes) {
-  for (int j = 0; j != predicate_image_bytes; ++j) {
-    // Byte b of the product keeps bit b of the image byte alone, and the addition carries it to bit 7.
-    const std::uint64_t spread = image[j] * 0x0101010101010101u & 0x8040201008040201u;
-    const std::uint64_t eight = (spread + 0x7F7F7F7F7F7F7F7Fu) >> 7 & 0x0101010101010101u;
-    std::memcpy(bytes + 8 * j, &eight, sizeof eight);
-  }
+  unsigned char twos[VL_BYTES / 2], fours[VL_BYTES / 4];
+  for (int i = 0; i != VL_BYTES / 8; ++i) set_byte_pair(fours, i, (image[i] | image[i] << 4u) & 0x0F0Fu);
+  for (int i = 0; i != VL_BYTES / 4; ++i) set_byte_pair(twos, i, (fours[i] | fours[i] << 6u) & 0x0303u);
+  for (int i = 0; i != VL_BYTES / 2; ++i) set_byte_pair(bytes, i, (twos[i] | twos[i] << 7u) & 0x0101u);
 }
