@@ -9,7 +9,7 @@
 
 // A loop for the compiler to vectorise, and the same loop as its judge.
 #define VECTOR __attribute__((noipa))
-#define SCALAR __attribute__((noinline, optimize("no-tree-vectorize", "no-tree-loop-distribute-patterns")))
+#define SCALAR __attribute__((noipa, optimize("no-tree-vectorize", "no-tree-loop-distribute-patterns")))
 
 // The least size of a table of test cases: sizes around every power of two up to several vectors of the longest length.
 static const size_t test_sizes[] = {0,  1,  2,  3,   7,   8,   15,  16,  17,  31, 33,
