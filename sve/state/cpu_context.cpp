@@ -1,7 +1,12 @@
 // Moves between a cpu_state and the vector library's context and predicate values.
 #include "sve/state/cpu_context.h"
 
+#include <bit>
+#include <cstring>
+
 #include "sve/state/predicate_bits.h"
+
+static_assert(std::endian::native == std::endian::little, "byte j of a PredV is byte j of the predicate's image");
 
 CpuContext cpu_ctxt{};
 CpuContext* ctxt = nullptr;

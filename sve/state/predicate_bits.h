@@ -2,50 +2,35 @@
 // vector library and of memory, one bit for each.
 #pragma once
 
-#include <bit>
-#include <cstdint>
-#include <cstring>
-
 #include "sve/state/vector_length.h"
-
-static_assert(std::endian::native == std::endian::little, "byte i of a 64-bit load is predicate byte i");
 
 // The packed image of a predicate, as it stands in memory: bit b of byte j is bit 0 of predicate byte 8 * j + b.
 inline constexpr int predicate_image_bytes = VL_BYTES / 8;
 
-// Two neighbouring bytes as one number, and back.
-inline std::uint16_t byte_pair(const unsigned char* bytes, int i) {
-  std::uint16_t pair;
-  std::memcpy(&pair, bytes + 2 * i, sizeof pair);
-  return pair;
-}
-inline void set_byte_pair(unsigned char* bytes, int i, unsigned pair) {
-  const auto value = static_cast<std::uint16_t>(pair);
-  std::memcpy(bytes + 2 * i, &value, sizeof value);
-}
+// Both ways go by half bytes of the image: so each loop has as many parts side by side as AArch64 loads and stores
+// interleaved, four or two (LD4, ST2), and none of them shifts bytes singly.
+inline constexpr int predicate_halves = 2 * predicate_image_bytes;
 
 // Packs VL_BYTES bytes at `bytes` into the predicate_image_bytes bytes at `image`. Only bit 0 of a byte is looked at.
-// In three steps that compilers make vector instructions of: each joins the bits of two neighbouring bytes in one.
 inline void pack_predicate(const unsigned char* bytes, unsigned char* image) {
-  unsigned char twos[VL_BYTES / 2], fours[VL_BYTES / 4];
-  for (int i = 0; i != VL_BYTES / 2; ++i) {
-    const unsigned pair = byte_pair(bytes, i) & 0x0101u;
-    twos[i] = static_cast<unsigned char>(pair | pair >> 7);
+  unsigned char halves[predicate_halves];
+  for (int i = 0; i != predicate_halves; ++i) {
+    const unsigned char* const four = bytes + 4 * i;
+    halves[i] =
+        static_cast<unsigned char>((four[0] & 1) | (four[1] & 1) << 1 | (four[2] & 1) << 2 | (four[3] & 1) << 3);
   }
-  for (int i = 0; i != VL_BYTES / 4; ++i) {
-    const unsigned pair = byte_pair(twos, i);
-    fours[i] = static_cast<unsigned char>(pair | pair >> 6);
-  }
-  for (int i = 0; i != VL_BYTES / 8; ++i) {
-    const unsigned pair = byte_pair(fours, i);
-    image[i] = static_cast<unsigned char>(pair | pair >> 4);
-  }
+  for (int j = 0; j != predicate_image_bytes; ++j)
+    image[j] = static_cast<unsigned char>(halves[2 * j] | halves[2 * j + 1] << 4);
 }
 
-// Unpacks the predicate_image_bytes bytes at `image` into VL_BYTES bytes of 0 or 1 at `bytes`, by the same steps back.
+// Unpacks the predicate_image_bytes bytes at `image` into VL_BYTES bytes of 0 or 1 at `bytes`.
 inline void unpack_predicate(const unsigned char* image, unsigned char* bytes) {
-  unsigned char twos[VL_BYTES / 2], fours[VL_BYTES / 4];
-  for (int i = 0; i != VL_BYTES / 8; ++i) set_byte_pair(fours, i, (image[i] | image[i] << 4u) & 0x0F0Fu);
-  for (int i = 0; i != VL_BYTES / 4; ++i) set_byte_pair(twos, i, (fours[i] | fours[i] << 6u) & 0x0303u);
-  for (int i = 0; i != VL_BYTES / 2; ++i) set_byte_pair(bytes, i, (twos[i] | twos[i] << 7u) & 0x0101u);
+  unsigned char halves[predicate_halves];
+  for (int j = 0; j != predicate_image_bytes; ++j) {
+    halves[2 * j] = image[j] & 0xF;
+    halves[2 * j + 1] = static_cast<unsigned char>(image[j] >> 4);
+  }
+  for (int i = 0; i != predicate_halves; ++i) {
+    for (int b = 0; b != 4; ++b) bytes[4 * i + b] = halves[i] >> b & 1;
+  }
 }

@@ -67,26 +67,25 @@ inline PredV elements(PredV predicate) {
   return predicate;
 }
 
+// One byte for each element of T's width: 1 where it is active, else 0.
+template <class T>
+inline void unpack_elements(const PredV& predicate, unsigned char (&active)[VL_BYTES / sizeof(T)]) {
+  unsigned char image[sizeof(PredV)];
+  std::memcpy(image, &predicate, sizeof image);
+  if constexpr (sizeof(T) == 1) return unpack_predicate(image, active);
+  constexpr std::size_t elements = 8 / sizeof(T);  // in a byte of the image
+  for (std::size_t j = 0; j != predicate_image_bytes; ++j) {
+    for (std::size_t k = 0; k != elements; ++k) active[j * elements + k] = image[j] >> k * sizeof(T) & 1;
+  }
+}
+
 // Lane i is all ones where element i is active, else all zeros.
 template <class T>
 inline VecV lane_masks(const PredV& predicate) {
-  unsigned char image[sizeof(PredV)];
-  std::memcpy(image, &predicate, sizeof image);
+  unsigned char active[VL_BYTES / sizeof(T)];
+  unpack_elements<T>(predicate, active);
   VecV masks;
-  for (std::size_t j = 0; j != predicate_image_bytes; ++j) {  // bits of image byte j are bytes 8 * j on of the vector
-    if constexpr (sizeof(T) == 1) {
-      set_lane<std::uint64_t>(masks.bytes, j, image[j] * 0x0101010101010101u & 0x8040201008040201u);
-    } else {
-      const T bits = image[j];
-      for (std::size_t k = 0; k != 8 / sizeof(T); ++k) {
-        const bool active = (bits & static_cast<T>(T{1} << k * sizeof(T))) != 0;  // no wider than a lane
-        set_lane<T>(masks.bytes, j * (8 / sizeof(T)) + k, static_cast<T>(active ? ~T{0} : T{0}));
-      }
-    }
-  }
-  if constexpr (sizeof(T) == 1) {  // a byte apiece has its own bit of the image left; the comparison is for vectors
-    for (unsigned char& byte : masks.bytes) byte = byte != 0 ? 0xFF : 0;
-  }
+  for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(masks.bytes, i, static_cast<T>(T{0} - T{active[i]}));
   return masks;
 }
 
