@@ -5,13 +5,13 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <bit>
 #include <chrono>
 #include <cstring>
 #include <random>
 #include <string>
 
 #include "bench/registration.h"
+#include "bench/representative_form.h"
 #include "sve/decoder/decode_map.h"
 
 namespace quern {
@@ -21,45 +21,10 @@ using clock = std::chrono::steady_clock;
 
 double nanoseconds(clock::duration d) { return std::chrono::duration<double, std::nano>(d).count(); }
 
-enum class active_lanes { all, half };
-
 // Whether the operand is a register that the emulator keeps whole: a vector or a predicate.
 bool is_scalable(const operand& op) {
   const register_file file = op.traits().file;
   return file == register_file::vector || file == register_file::element || file == register_file::predicate;
-}
-
-std::uint32_t field_value(const operand& op, std::uint32_t position) {
-  if (governs(op.kind)) return 0;
-  if (op.traits().file != register_file::none) return position + 1;
-  if (op.kind == operand_kind::imm_pattern) return 31;  // ALL
-  return std::min(3u, (1u << std::popcount(op.mask)) - 1);
-}
-
-// A word of the row: registers all different, P0 governing, small immediates.
-std::uint32_t representative_word(const decode_row& row) {
-  std::uint32_t word = row.value, position = 0;
-  for (const operand& op : row.operands) {
-    std::uint32_t value = field_value(op, position++);
-    for (std::uint32_t rest = op.mask; rest != 0; rest &= rest - 1, value >>= 1) {
-      if ((value & 1) != 0) word |= rest & -rest;
-    }
-  }
-  return word;
-}
-
-cpu_state& random_registers(std::uint32_t size, active_lanes active) {
-  static cpu_state state;
-  std::mt19937_64 random{1};
-  for (auto& z : state.z)
-    std::generate(std::begin(z), std::end(z), [&] { return static_cast<unsigned char>(random()); });
-  for (auto& p : state.p)
-    std::generate(std::begin(p), std::end(p), [&] { return static_cast<unsigned char>(random() & 1); });
-  for (std::size_t i = 0; i != VL_BYTES; ++i)
-    state.p[0][i] = active == active_lanes::all || (i >> size) % 2 == 0 ? 1 : 0;
-  std::fill(std::begin(state.ffr), std::end(state.ffr), static_cast<unsigned char>(1));
-  for (std::size_t i = 0; i != std::size(state.x); ++i) state.x[i] = i * 8;
-  return state;
 }
 
 // Every vector lane 1.0 but for its last few bits, as a double and as the single in its low word: numbers that stay
