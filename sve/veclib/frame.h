@@ -117,9 +117,12 @@ inline VecV merge_lanes(Op op, const CpuContext& ctx, const VecV& inactive, cons
 template <class T, class Op, class... Operands>
 inline VecV merge_active_lanes(Op op, const CpuContext& ctx, const VecV& inactive, const PredV& pg,
                                const Operands&... operands) {
+  unsigned char active[lane_count<T>];
+  unpack_elements<T>(pg, active);
   VecV result = inactive;
-  for (std::size_t i = 0; i != lanes<T>(ctx); ++i) {
-    if (is_active<T>(pg, i)) set_lane<T>(result.bytes, i, static_cast<T>(op(operand_at<T>(operands, i)...)));
+  const std::size_t count = lanes<T>(ctx);
+  for (std::size_t i = 0; i != count; ++i) {
+    if (active[i] != 0) set_lane<T>(result.bytes, i, static_cast<T>(op(operand_at<T>(operands, i)...)));
   }
   return result;
 }

@@ -31,8 +31,8 @@ constexpr auto FCADDVVM = []<class T>(T, CpuContext& ctx, const VecV& a, const P
                                       std::uint32_t rotation) {
   const bool by_270 = rotation != 0;
   const VecV addend = parts<T>(b, {.odd = true, .negative = !by_270}, {.odd = false, .negative = by_270});
-  const auto add = lane_arithmetic([](T x, T y, FPSCR& fpscr) { return FPAdd<T>(x, y, fpscr); }, ctx);
-  return merge_active_lanes<T>(add, ctx, a, pg, a, addend);
+  const auto add = [](T x, T y, FPSCR& fpscr) { return FPAdd<T>(x, y, fpscr); };
+  return merge_float_lanes<T>(add, ctx, a, pg, a, addend);
 };
 
 // The factors of a rotation by quarter turns: lane by lane, a + x * y.
@@ -51,7 +51,7 @@ constexpr auto multiply_add = []<class T>(T a, T x, T y, FPSCR& fpscr) { return 
 constexpr auto FCMLAVVVM = []<class T>(T, CpuContext& ctx, const VecV& a, const PredV& pg, const VecV& n, const VecV& m,
                                        std::uint32_t rotation) {
   const auto [x, y] = rotated_factors<T>(n, m, rotation);
-  return merge_active_lanes<T>(lane_arithmetic(multiply_add, ctx), ctx, a, pg, a, x, y);
+  return merge_float_lanes<T>(multiply_add, ctx, a, pg, a, x, y);
 };
 
 // Every pair of the result is pair `index` of its 128-bit segment.
@@ -67,7 +67,7 @@ VecV segment_pair(const VecV& vector, std::uint32_t index) {
 constexpr auto FCMLAVVVIX = []<class T>(T, CpuContext& ctx, const VecV& n, const VecV& m, const VecV& a,
                                         std::uint32_t rotation, std::uint32_t index) {
   const auto [x, y] = rotated_factors<T>(n, segment_pair<T>(m, index), rotation);
-  return map_lanes<T>(lane_arithmetic(multiply_add, ctx), ctx, a, x, y);
+  return map_float_lanes<T>(multiply_add, ctx, a, x, y);
 };
 
 }  // namespace

@@ -73,7 +73,7 @@ constexpr auto with_constant(Op op, At0 at_0, At1 at_1) {
     if constexpr (sizeof(T) == 2) ctx.fpsr &= fpsr_mask;
     const T constant = selector != 0 ? at_1(type) : at_0(type);
     const auto with_it = [=](T lane, FPSCR& fpscr) { return op(lane, constant, fpscr); };
-    return merge_active_lanes<T>(lane_arithmetic(with_it, ctx), ctx, a, pg, a);
+    return merge_float_lanes<T>(with_it, ctx, a, pg, a);
   };
 }
 

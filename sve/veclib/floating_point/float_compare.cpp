@@ -19,7 +19,7 @@ constexpr auto lt = [](auto a, auto b, FPSCR& fpscr) { return gt(b, a, fpscr); }
 template <class Op>
 constexpr auto comparing(Op op) {
   return [op]<class T>(T, CpuContext& ctx, const PredV& pg, const VecV& a, const VecV& b) {
-    return compare_active_lanes<T>(lane_arithmetic(op, ctx), ctx, pg, a, b);
+    return compare_float_lanes<T>(op, ctx, pg, a, b);
   };
 }
 // (Pg, a): with zero.
@@ -27,7 +27,7 @@ template <class Op>
 constexpr auto comparing_with_zero(Op op) {
   return [op]<class T>(T, CpuContext& ctx, const PredV& pg, const VecV& a) {
     const auto with_zero = [op](T lane, FPSCR& fpscr) { return op(lane, T{0}, fpscr); };
-    return compare_active_lanes<T>(lane_arithmetic(with_zero, ctx), ctx, pg, a);
+    return compare_float_lanes<T>(with_zero, ctx, pg, a);
   };
 }
 // The comparison of magnitudes.

@@ -24,7 +24,7 @@ constexpr auto converting(Convert convert) {
     const auto of_lane = [=](T lane, FPSCR& fpscr) {
       return static_cast<T>(convert(type, static_cast<Source>(lane), fpscr));
     };
-    return merge_active_lanes<T>(lane_arithmetic(of_lane, ctx), ctx, old, pg, a);
+    return merge_float_lanes<T>(of_lane, ctx, old, pg, a);
   };
 }
 

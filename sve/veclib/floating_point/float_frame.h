@@ -1,6 +1,6 @@
-// The frame of floating-point families: each lane's call has a status word of its own, made from the context's control
-// word, and what it raises is added to the context's status. No lane sees another lane's flags, and a lane that is not
-// active raises none.
+// The frame of floating-point families: the control word of a call's arithmetic is the context's, and what its lanes
+// raise is added to the context's status. No lane sees another lane's flags, since an operation only adds to them, and
+// a lane that is not active raises none.
 #pragma once
 
 #include <cstddef>
@@ -15,44 +15,53 @@ namespace quern::veclib {
 // What FPSR keeps of a lane's status word: the flags, QC and NZCV.
 inline constexpr std::uint32_t fpsr_mask = 0xF800009F;
 
-// call(fpscr) as one lane's arithmetic.
-template <class Call>
-inline auto with_status(CpuContext& ctx, Call call) {
+// What loop(f) returns, where f(lanes...) is op(lanes..., fpscr). The lanes share a status word, which goes to the
+// context when the loop has ended; if op never ran, the context's status stays as it is.
+template <class Op, class Loop>
+inline auto lane_arithmetic(Op op, CpuContext& ctx, Loop loop) {
   FPSCR fpscr{ctx.fpcr};
-  const auto result = call(fpscr);
-  ctx.fpsr = (ctx.fpsr | fpscr.word) & fpsr_mask;
+  bool ran = false;
+  const auto result = loop([&](auto... lanes) {
+    ran = true;
+    return op(lanes..., fpscr);
+  });
+  if (ran) ctx.fpsr = (ctx.fpsr | fpscr.word) & fpsr_mask;
   return result;
 }
 
-// op(lanes..., fpscr) as an operation on lanes alone, for the loops.
-template <class Op>
-inline auto lane_arithmetic(Op op, CpuContext& ctx) {
-  return [op, &ctx](auto... lanes) { return with_status(ctx, [&](FPSCR& fpscr) { return op(lanes..., fpscr); }); };
-}
-
-// Element i is op(operands' lane i...) where pg has it active, and false elsewhere, where op does not run.
+// Lane i is op(operands' lane i..., fpscr), for all lanes.
 template <class T, class Op, class... Operands>
-inline PredV compare_active_lanes(Op op, const CpuContext& ctx, const PredV& pg, const Operands&... operands) {
-  PredV result{};
-  for (std::size_t i = 0; i != lanes<T>(ctx); ++i) {
-    if (is_active<T>(pg, i)) set_element<T>(result, i, op(operand_at<T>(operands, i)...));
-  }
-  return result;
+inline VecV map_float_lanes(Op op, CpuContext& ctx, const Operands&... operands) {
+  return lane_arithmetic(op, ctx, [&](auto on_lanes) { return map_lanes<T>(on_lanes, ctx, operands...); });
+}
+
+// Lane i is op(operands' lane i..., fpscr) where pg has it active, else that of `inactive`. op runs for active lanes
+// alone.
+template <class T, class Op, class... Operands>
+inline VecV merge_float_lanes(Op op, CpuContext& ctx, const VecV& inactive, const PredV& pg,
+                              const Operands&... operands) {
+  return lane_arithmetic(
+      op, ctx, [&](auto on_lanes) { return merge_active_lanes<T>(on_lanes, ctx, inactive, pg, operands...); });
+}
+
+// Element i is op(operands' lane i..., fpscr) where pg has it active, and false elsewhere, where op does not run.
+template <class T, class Op, class... Operands>
+inline PredV compare_float_lanes(Op op, CpuContext& ctx, const PredV& pg, const Operands&... operands) {
+  return to_predicate<T>(merge_float_lanes<T>(op, ctx, VecV{}, pg, operands...));
 }
 
 // Families, made of an operation on lanes and the status word. (operands...): all lanes.
 template <class Op>
 constexpr auto float_unpredicated(Op op) {
-  return [op]<class T>(T, CpuContext& ctx, const auto&... operands) {
-    return map_lanes<T>(lane_arithmetic(op, ctx), ctx, operands...);
-  };
+  return
+      [op]<class T>(T, CpuContext& ctx, const auto&... operands) { return map_float_lanes<T>(op, ctx, operands...); };
 }
 
 // (a, Pg, others...): op(a, others...), and a where inactive.
 template <class Op>
 constexpr auto float_merging(Op op) {
   return [op]<class T>(T, CpuContext& ctx, const VecV& a, const PredV& pg, const auto&... others) {
-    return merge_active_lanes<T>(lane_arithmetic(op, ctx), ctx, a, pg, a, others...);
+    return merge_float_lanes<T>(op, ctx, a, pg, a, others...);
   };
 }
 
@@ -60,7 +69,7 @@ constexpr auto float_merging(Op op) {
 template <class Op>
 constexpr auto float_merging_unary(Op op) {
   return [op]<class T>(T, CpuContext& ctx, const VecV& old, const PredV& pg, const VecV& a) {
-    return merge_active_lanes<T>(lane_arithmetic(op, ctx), ctx, old, pg, a);
+    return merge_float_lanes<T>(op, ctx, old, pg, a);
   };
 }
 

@@ -38,7 +38,7 @@ constexpr auto FNMSUBVVVM = float_merging(to_last(fnms));
 template <class Op>
 constexpr auto by_indexed(Op op) {
   return [op]<class T>(T, CpuContext& ctx, const VecV& x, const VecV& y, const VecV& accumulator, std::uint32_t index) {
-    return map_lanes<T>(lane_arithmetic(op, ctx), ctx, accumulator, x, segment_lane<T>(y, index));
+    return map_float_lanes<T>(op, ctx, accumulator, x, segment_lane<T>(y, index));
   };
 }
 constexpr auto FMAVVVIX = by_indexed(fma);

@@ -11,13 +11,16 @@
 namespace quern::veclib {
 namespace {
 
+constexpr auto add = []<class T>(T a, T b, FPSCR& fpscr) { return FPAdd<T>(a, b, fpscr); };
+
 constexpr auto AddReduceAV = []<class T>(T, CpuContext& ctx, const PredV& pg, T start, const VecV& a) {
-  const auto add = lane_arithmetic([](T x, T y, FPSCR& fpscr) { return FPAdd<T>(x, y, fpscr); }, ctx);
-  T sum = start;
-  for (std::size_t i = 0; i != lanes<T>(ctx); ++i) {
-    if (is_active<T>(pg, i)) sum = add(sum, lane<T>(a.bytes, i));
-  }
-  return sum;
+  return lane_arithmetic(add, ctx, [&](auto combine) {
+    T sum = start;
+    for (std::size_t i = 0; i != lanes<T>(ctx); ++i) {
+      if (is_active<T>(pg, i)) sum = combine(sum, lane<T>(a.bytes, i));
+    }
+    return sum;
+  });
 };
 
 // The working values of a tree: the active lanes, and the identity for all others up to a power of two.
@@ -36,12 +39,13 @@ std::array<T, lane_count<T>> leaves(const CpuContext& ctx, const PredV& pg, cons
 template <class Op, class Identity>
 constexpr auto by_pairs(Op op, Identity identity) {
   return [=]<class T>(T type, CpuContext& ctx, const PredV& pg, const VecV& a) {
-    const auto combine = lane_arithmetic(op, ctx);
-    auto values = leaves<T>(ctx, pg, a, identity(type));
-    for (std::size_t width = std::bit_ceil(lanes<T>(ctx)); width > 1; width /= 2) {
-      for (std::size_t i = 0; i != width / 2; ++i) values[i] = combine(values[2 * i], values[2 * i + 1]);
-    }
-    return values[0];
+    return lane_arithmetic(op, ctx, [&](auto combine) {
+      auto values = leaves<T>(ctx, pg, a, identity(type));
+      for (std::size_t width = std::bit_ceil(lanes<T>(ctx)); width > 1; width /= 2) {
+        for (std::size_t i = 0; i != width / 2; ++i) values[i] = combine(values[2 * i], values[2 * i + 1]);
+      }
+      return values[0];
+    });
   };
 }
 
@@ -50,7 +54,7 @@ constexpr auto plus_infinity = []<class T>(T) { return infinity<T>(0); };
 constexpr auto minus_infinity = []<class T>(T) { return infinity<T>(1); };
 constexpr auto default_nan = []<class T>(T) { return float_format<T>::default_nan; };
 
-constexpr auto AddReduceFV = by_pairs([]<class T>(T a, T b, FPSCR& fpscr) { return FPAdd<T>(a, b, fpscr); }, plus_zero);
+constexpr auto AddReduceFV = by_pairs(add, plus_zero);
 constexpr auto MaxReduceFV =
     by_pairs([]<class T>(T a, T b, FPSCR& fpscr) { return FPMax<T>(a, b, fpscr); }, minus_infinity);
 constexpr auto MinReduceFV =

@@ -22,7 +22,7 @@ constexpr auto TRISSELVV = unpredicated([]<class T>(T a, T b) {
 constexpr auto TRIMADDVVI = []<class T>(T, CpuContext& ctx, const VecV& a, const VecV& b, std::uint32_t coefficient) {
   const int index = static_cast<int>(coefficient);
   const auto multiply_add = [=](T x, T y, FPSCR& fpscr) { return FPTRIMADD<T>(index, x, y, fpscr); };
-  return map_lanes<T>(lane_arithmetic(multiply_add, ctx), ctx, a, b);
+  return map_float_lanes<T>(multiply_add, ctx, a, b);
 };
 
 }  // namespace
