@@ -22,3 +22,7 @@ void from_pred(const PredV& value, unsigned char* bytes) {
   std::memcpy(image, &value, sizeof image);
   unpack_predicate(image, bytes);
 }
+
+void clean_pred(unsigned char* bytes) {
+  for (int i = 0; i != VL_BYTES; ++i) bytes[i] &= 1;
+}

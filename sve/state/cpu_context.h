@@ -34,6 +34,10 @@ PredV to_pred(const unsigned char* bytes);
 // Writes a packed predicate to a predicate of the register file: all VL_BYTES bytes become 0 or 1.
 void from_pred(const PredV& value, unsigned char* bytes);
 
+// What packing a predicate of the register file and writing it back leaves: all VL_BYTES bytes become 0 or 1, by their
+// bit 0.
+void clean_pred(unsigned char* bytes);
+
 // The context of one library call on `state`: flags, FP status and control, vector length, and FFR packed, or cleared
 // for a call that does not look at it.
 template <bool UsesFfr = true>
@@ -54,7 +58,7 @@ inline void store_context(const CpuContext& ctx, cpu_state& state) {
   if constexpr (UsesFfr) {
     from_pred(ctx.ffr, state.ffr);
   } else {
-    for (unsigned char& b : state.ffr) b &= 1;  // what packing and unpacking would leave
+    clean_pred(state.ffr);
   }
 }
 
