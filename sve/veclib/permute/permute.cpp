@@ -67,22 +67,17 @@ constexpr auto SpliceVV = []<class T>(T, CpuContext& ctx, const PredV& pg, const
   return within(joined(zdn, static_cast<std::size_t>(first) * sizeof(T), lanes_of_zdn * sizeof(T), zm), ctx);
 };
 
-// Each lane is stored where the next active one belongs, inactive ones as 0, so that no branch is needed. By words of
-// the predicate, so that each lane's place in one is a constant.
+// Each lane is stored where the next active one belongs, which overwrites an inactive one: so no branch is needed.
 constexpr auto CompressVV = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& zn) {
-  constexpr std::size_t lanes_of_word = std::min(64 / sizeof(T), lane_count<T>);
-  const PredV active = within(pg, ctx);
-  VecV result{};
+  unsigned char active[lane_count<T>];
+  unpack_elements<T>(within(pg, ctx), active);
+  VecV result;
   std::size_t next = 0;
-  for (std::size_t first = 0; first != lane_count<T>; first += lanes_of_word) {
-    const std::uint64_t word = active.words[first / lanes_of_word];
-#pragma GCC unroll 16
-    for (std::size_t i = 0; i != lanes_of_word; ++i) {
-      const T bit = word >> i * sizeof(T) & 1;
-      set_lane<T>(result.bytes, next, lane<T>(zn.bytes, first + i) & (T{0} - bit));
-      next += bit;
-    }
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    set_lane<T>(result.bytes, next, lane<T>(zn.bytes, i));
+    next += active[i];
   }
+  std::memset(result.bytes + next * sizeof(T), 0, VL_BYTES - next * sizeof(T));
   return result;
 };
 

@@ -25,11 +25,13 @@ std::uint64_t counted(const CpuContext& ctx, const PredV& predicate) {
   return static_cast<std::uint64_t>(count);
 }
 
-// What becomes of a value and a count.
+// What becomes of a value and a count. A count is never negative, and saturating by an unsigned number is the cheaper.
 constexpr auto sum = [](auto value, auto count) { return add(value, count); };
 constexpr auto difference = [](auto value, auto count) { return subtract(value, count); };
-constexpr auto saturating_sum = [](auto value, auto count) { return saturating_add(value, count); };
-constexpr auto saturating_difference = [](auto value, auto count) { return saturating_subtract(value, count); };
+constexpr auto saturating_sum = [](auto value, auto count) { return saturating_add(value, as_unsigned(count)); };
+constexpr auto saturating_difference = [](auto value, auto count) {
+  return saturating_subtract(value, as_unsigned(count));
+};
 
 // The same in the range of Bits bits that has the sign of the tag: SatAdd or SatSub.
 template <auto Saturate, int Bits>
