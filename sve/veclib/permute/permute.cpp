@@ -1,8 +1,6 @@
 // Elements moved by position.
 #include "sve/veclib/permute/permute.h"
 
-#include <algorithm>
-
 #include "sve/arith/predicate/predicate_support.h"
 #include "sve/veclib/permute/permuting.h"
 
@@ -68,11 +66,13 @@ constexpr auto SpliceVV = []<class T>(T, CpuContext& ctx, const PredV& pg, const
 };
 
 // Each lane is stored where the next active one belongs, which overwrites an inactive one: so no branch is needed.
+// Unrolled whole, so that all addresses but that are constants.
 constexpr auto CompressVV = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& zn) {
   unsigned char active[lane_count<T>];
   unpack_elements<T>(within(pg, ctx), active);
   VecV result;
   std::size_t next = 0;
+#pragma GCC unroll 64
   for (std::size_t i = 0; i != lane_count<T>; ++i) {
     set_lane<T>(result.bytes, next, lane<T>(zn.bytes, i));
     next += active[i];
