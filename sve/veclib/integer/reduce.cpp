@@ -23,9 +23,17 @@ constexpr auto ones_of = []<class T>(T) { return static_cast<T>(~T{0}); };
 constexpr auto least = []<class T>(T) { return std::numeric_limits<T>::min(); };
 constexpr auto greatest = []<class T>(T) { return std::numeric_limits<T>::max(); };
 
+// What holds the sum of a whole vector: narrow lanes add faster, and it grows by no more than their width.
+template <class T>
+using signed_sum =
+    std::conditional_t<sizeof(T) == 1, std::int16_t, std::conditional_t<sizeof(T) == 2, std::int32_t, std::int64_t>>;
+template <class T>
+using sum_type = std::conditional_t<std::is_signed_v<T>, signed_sum<T>, std::make_unsigned_t<signed_sum<T>>>;
+static_assert(VL_BYTES <= 256, "the sum of as many bytes fits in 16 bits");
+
 constexpr auto AddReduceV = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& a) {
-  const auto sum = [](std::uint64_t x, std::uint64_t y) { return x + y; };
-  return reduce_lanes<T, std::uint64_t>(sum, 0, ctx, pg, a);
+  const auto sum = [](auto x, auto y) { return add(x, y); };
+  return static_cast<std::uint64_t>(reduce_lanes<T, sum_type<T>>(sum, sum_type<T>{0}, ctx, pg, a));
 };
 constexpr auto AndReduceV = reducing(std::bit_and{}, ones_of);
 constexpr auto OrReduceV = reducing(std::bit_or{}, zero);
