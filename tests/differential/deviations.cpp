@@ -69,9 +69,4 @@ constexpr std::array table{
 
 std::span<const deviation> known_deviations() { return table; }
 
-bool concerns(const deviation& d, const decode_row& row) {
-  if (d.handler.ends_with('*')) return row.routine().starts_with(d.handler.substr(0, d.handler.size() - 1));
-  return d.handler == row.routine();
-}
-
 }  // namespace quern

@@ -6,16 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <map>
 #include <memory>
-#include <set>
 
-#include "tests/differential/comparison.h"
 #include "tests/differential/deviations.h"
 #include "tests/differential/processor.h"
+#include "tests/random_cases/case_choice.h"
 #include "tests/random_cases/random_source.h"
 #include "tests/random_cases/reserved_words.h"
 #include "tests/random_cases/test_case.h"
@@ -28,17 +24,8 @@ void PrintTo(const reserved_words& words, std::ostream* out) { *out << words.nam
 
 namespace {
 
-constexpr std::uint64_t default_cases = 200;
-
-std::uint64_t number_from_environment(const char* name, std::uint64_t otherwise) {
-  const char* const text = std::getenv(name);
-  if (text == nullptr) return otherwise;
-  char* end = nullptr;
-  const std::uint64_t value = std::strtoull(text, &end, 0);
-  if (end != text && *end == '\0') return value;
-  std::fprintf(stderr, "%s is '%s'; it must be a number, for example 12 or 0x1F.\n", name, text);
-  std::exit(EXIT_FAILURE);
-}
+constexpr std::uint64_t default_cases = 100;
+constexpr side_names sides{"processor", "emulator"};
 
 const std::vector<case_row>& rows() {
   static const std::vector<case_row> all = all_rows();
@@ -71,8 +58,8 @@ std::vector<difference> differences(const decode_row& row, const test_case& c, c
   if (o.processor_signal != 0 || o.emulator_signal != 0)
     return {{part::other, std::string("the processor raised ") + signal_text(o.processor_signal) + ", the emulator " +
                               signal_text(o.emulator_signal)}};
-  std::vector<difference> found = compare_states(o.processor, o.emulator, row.size);
-  if (c.has_memory) compare_memory(o.processor_memory, arena(), arena_bytes, found);
+  std::vector<difference> found = compare_states(o.processor, o.emulator, row.size, sides);
+  if (c.has_memory) compare_memory(o.processor_memory, arena(), arena_bytes, sides, found);
   if (c.clean) check_predicate_bytes(o.emulator, found);
   return found;
 }
@@ -83,41 +70,24 @@ std::string lines(const std::vector<difference>& found) {
   return text;
 }
 
-class AgainstProcessor : public testing::TestWithParam<case_row> {
- protected:
-  // Drops what a known deviation allows, and notes that it came.
-  void drop_known(const decode_row& row, const test_case& c, std::vector<difference>& found) {
-    for (const deviation& d : known_deviations()) {
-      if (!concerns(d, row) || !d.applies(row, c)) continue;
-      applied_.insert(&d);
-      seen_[&d] += std::erase_if(found, [&](const difference& f) { return f.where == d.where; });
-    }
-  }
-  // Whether a deviation that each of its cases allows has come in none of them.
-  bool has_gone(const deviation& d) { return d.everywhere && applied_.contains(&d) && seen_[&d] == 0; }
-
- private:
-  std::set<const deviation*> applied_;
-  std::map<const deviation*, std::size_t> seen_;
-};
+class AgainstProcessor : public testing::TestWithParam<case_row> {};
 
 TEST_P(AgainstProcessor, LeavesTheSame) {
   const auto c = std::make_unique<test_case>();
   const auto o = std::make_unique<outcomes>();
   const decode_row& row = *GetParam().row;
-  const std::uint64_t first = number_from_environment("QUERN_DIFFERENTIAL_SEED", 1);
-  const std::uint64_t count = number_from_environment("QUERN_DIFFERENTIAL_CASES", default_cases);
-  for (std::uint64_t seed = first; seed != first + count; ++seed) {
+  row_deviations deviations(known_deviations(), row);
+  const case_choice chosen = choose_cases("QUERN_DIFFERENTIAL", default_cases);
+  for (std::uint64_t seed = chosen.first; seed != chosen.first + chosen.count; ++seed) {
     make_case(GetParam(), seed, *c);
     run_both(row, *c, *o);
     std::vector<difference> found = differences(row, *c, *o);
-    drop_known(row, *c, found);
+    deviations.drop_known(*c, found);
     if (!found.empty())
       FAIL() << describe(row, c->word) << "\n" << lines(found) << "again by QUERN_DIFFERENTIAL_SEED=" << seed;
   }
-  if (count < default_cases) return;
-  for (const deviation& d : known_deviations())
-    EXPECT_FALSE(has_gone(d)) << "a listed deviation no longer occurs: " << d.reason;
+  if (chosen.count < default_cases) return;
+  for (const deviation* d : deviations.stale()) ADD_FAILURE() << "a listed deviation no longer occurs: " << d->reason;
 }
 
 std::string row_name(const testing::TestParamInfo<case_row>& info) { return info.param.row->name.c_str(); }

@@ -18,6 +18,7 @@ struct library_operands {
   VecV vectors[3];
   PredV predicates[3];
   std::uint64_t scalars[3];
+  VecV* registers = nullptr;  // of a load or store of several, what it writes or reads
 };
 
 // The result of a call, in the member that is of its kind; a narrow scalar is zero-extended.
@@ -27,10 +28,19 @@ struct library_result {
   std::uint64_t scalar;
 };
 
+enum class result_kind : std::uint8_t { none, vector, predicate, scalar };
+
+// How many operands of each kind a function takes, and what it answers.
+struct operand_counts {
+  int vectors, predicates, scalars;
+  result_kind result;
+};
+
 // One function: VecU8AbdVVM has the tag "U8" and the stem "AbdVVM".
 struct library_member {
   std::string_view name, tag, stem;
   void (*function)();
+  operand_counts takes;
   library_result (*call)(void (*function)(), const library_operands& operands, CpuContext* ctx);
 
   library_result operator()(const library_operands& operands, CpuContext& ctx) const {
