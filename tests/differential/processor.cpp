@@ -13,6 +13,7 @@
 #include <initializer_list>
 
 #include "tests/differential/processor_image.h"
+#include "tests/support/host_controls.h"
 
 #ifndef PR_SVE_SET_VL
 #define PR_SVE_SET_VL 50
@@ -113,6 +114,7 @@ int run_caught(void (*f)(void*), void* argument) {
 }
 
 int run_on_processor(std::uint32_t word, cpu_state& state) {
+  const host_controls controls(state);
   set_word(word);
   fill_image(state);
   const int signal = run_caught([](void*) { quern_run_word(&image); }, nullptr);
@@ -121,6 +123,7 @@ int run_on_processor(std::uint32_t word, cpu_state& state) {
 }
 
 int run_on_emulator(sve_handler handler, std::uint32_t word, cpu_state& state) {
+  const host_controls controls(state);
   emulator_call call{handler, word, &state};
   return run_caught(
       [](void* argument) {

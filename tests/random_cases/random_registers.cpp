@@ -18,16 +18,44 @@ std::uint64_t integer_corner(random_source& random, unsigned bits) {
   return base + static_cast<std::uint64_t>(random.between(-1, 1));
 }
 
+struct float_format {
+  unsigned bits, fraction;
+  std::uint64_t exponents() const { return low_bits(bits - 1 - fraction); }
+  std::uint64_t bias() const { return exponents() >> 1; }
+  std::uint64_t number(std::uint64_t sign, std::uint64_t exponent, std::uint64_t significand) const {
+    return sign << (bits - 1) | (exponent & exponents()) << fraction | (significand & low_bits(fraction));
+  }
+};
+
+float_format format_of(unsigned bits) { return {bits, bits == 64 ? 52u : bits == 32 ? 23u : 10u}; }
+
 // Zeros, infinities, NaNs, the ends of the normal and subnormal ranges, and small numbers, of either sign.
 std::uint64_t float_corner(random_source& random, unsigned bits) {
-  const unsigned fraction = bits == 64 ? 52 : bits == 32 ? 23 : 10, exponent = bits - 1 - fraction;
-  const std::uint64_t exponents = low_bits(exponent), bias = exponents >> 1;
-  const std::array<std::uint64_t, 8> all_exponents{0, 0, 1, exponents - 1, exponents, exponents, bias, bias + 1};
-  const std::array<std::uint64_t, 6> fractions{
-      0, 1, low_bits(fraction), std::uint64_t{1} << (fraction - 1), std::uint64_t{1} << (fraction - 2), random.next()};
-  const std::uint64_t e = random.pick(all_exponents);
-  const std::uint64_t f = random.pick(fractions) & low_bits(fraction);
-  return random.below(2) << (bits - 1) | e << fraction | f;
+  const float_format f = format_of(bits);
+  const std::array<std::uint64_t, 8> exponents{
+      0, 0, 1, f.exponents() - 1, f.exponents(), f.exponents(), f.bias(), f.bias() + 1};
+  const std::array<std::uint64_t, 6> significands{0,
+                                                  1,
+                                                  low_bits(f.fraction),
+                                                  std::uint64_t{1} << (f.fraction - 1),
+                                                  std::uint64_t{1} << (f.fraction - 2),
+                                                  random.next()};
+  const std::uint64_t e = random.pick(exponents);
+  const std::uint64_t s = random.pick(significands);
+  return f.number(random.below(2), e, s);
+}
+
+// A number of the size of 1, or of an integer's ends, or of a narrower format's, mostly halfway between numbers of
+// fewer bits: sums of such round, cancel and overflow, and so do conversions.
+std::uint64_t float_near_one(random_source& random, unsigned bits) {
+  const float_format f = format_of(bits);
+  constexpr std::int64_t powers[] = {0, 0, 0, 7, 8, 15, 16, 31, 32, 63, 64, -14, -24, -126, -149, 127, 128};
+  const std::int64_t power = random.pick(powers);
+  const auto e = f.bias() + static_cast<std::uint64_t>(power + random.between(-2, 2));
+  const std::uint64_t last = random.below(f.fraction);  // the lowest bit that is set
+  const std::uint64_t s = (random.next() & ~low_bits(static_cast<unsigned>(last))) | std::uint64_t{1} << last;
+  const bool whole = random.one_in(4);
+  return f.number(random.below(2), e, whole ? 0 : s);
 }
 
 using lane_source = std::uint64_t (*)(random_source& random, unsigned bits);
@@ -140,6 +168,11 @@ std::uint64_t scalar(random_source& random, std::uint64_t pivot) {
   }
 }
 
+lane_source number_source(random_source& random) {
+  constexpr lane_source sources[] = {float_corner, float_near_one, float_near_one};
+  return random.pick(sources);
+}
+
 }  // namespace
 
 void fill_registers(random_source& random, std::uint32_t size, bool clean, cpu_state& state) {
@@ -158,6 +191,20 @@ void fill_registers(random_source& random, std::uint32_t size, bool clean, cpu_s
   if (clean) return;
   for (auto& p : state.p) add_rubbish(random, p);
   add_rubbish(random, state.ffr);
+}
+
+void fill_numbers(random_source& random, std::uint32_t size, cpu_state& state) {
+  constexpr std::uint32_t modes = 0x07C80000;
+  state.fpcr = random.one_in(4) ? 0 : static_cast<std::uint32_t>(random.next()) & modes;
+  const std::uint32_t widest = std::clamp(size, size_h, size_d);
+  const bool one_number = random.one_in(2);
+  for (auto& z : state.z) {
+    if (random.one_in(8)) continue;
+    const bool narrower = random.one_in(4);
+    const auto format = narrower ? static_cast<std::uint32_t>(random.between(size_h, widest)) : widest;
+    fill_lanes(random, z, format, number_source(random));
+    if (one_number) spread_first(z, widest);
+  }
 }
 
 }  // namespace quern

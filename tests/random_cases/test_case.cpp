@@ -9,6 +9,7 @@
 #include "tests/random_cases/random_registers.h"
 #include "tests/random_cases/random_source.h"
 #include "tests/random_cases/reserved_words.h"
+#include "tests/support/host_controls.h"
 
 namespace quern {
 namespace {
@@ -37,6 +38,12 @@ bool can_be_placed(const decode_row& row, std::uint32_t word) {
 
 std::uint64_t arena_address(std::int64_t offset) {
   return reinterpret_cast<std::uintptr_t>(arena()) + static_cast<std::uint64_t>(offset);
+}
+
+// Whether the lanes are floating-point numbers, or become such.
+bool computes_with_numbers(const decode_row& row) {
+  const char tag = row.name.text[3];
+  return tag == 'D' || tag == 'F' || tag == 'H' || row.way == route::direct_fp || row.stem.starts_with("From");
 }
 
 // One case being given its addresses.
@@ -157,10 +164,16 @@ void make_case(const case_row& row, std::uint64_t seed, test_case& c) {
   c.word = make_word(row, random);
   c.clean = !random.one_in(4);
   fill_registers(random, row.row->size, c.clean, c.state);
+  if (computes_with_numbers(*row.row)) fill_numbers(random, row.row->size, c.state);
   const auto form = memory_form_of(*row.row);
   c.has_memory = form.has_value();
   c.split_element = false;
   if (form) placement{*row.row, *form, random, c}.place();
+}
+
+aarch64_decode_rc run_thunk(const decode_row& row, std::uint32_t word, cpu_state& state) {
+  const host_controls controls(state);
+  return row.thunk(&state, word);
 }
 
 std::vector<case_row> all_rows() {

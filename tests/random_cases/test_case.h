@@ -33,6 +33,9 @@ struct test_case {
 // Fills `c` with the case of that seed.
 void make_case(const case_row& row, std::uint64_t seed, test_case& c);
 
+// Carries out the word as on a processor whose FPCR is the state's.
+aarch64_decode_rc run_thunk(const decode_row& row, std::uint32_t word, cpu_state& state);
+
 // A random word of the row's pattern that the architecture gives a meaning.
 class random_source;
 std::uint32_t make_word(const case_row& row, random_source& random);

@@ -23,7 +23,7 @@
 #include "sve/arith/float/to_fixed.h"
 #include "sve/handlers/floating_point/host_float.h"
 #include "tests/handlers/floating_point/float_values.h"
-#include "tests/handlers/floating_point/host_controls.h"
+#include "tests/support/host_controls.h"
 #include "tests/harness/agreement.h"
 
 namespace quern {

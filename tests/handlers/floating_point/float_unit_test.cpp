@@ -6,7 +6,7 @@
 #include "sve/handlers/floating_point/neon_fp.h"
 #include "sve/handlers/floating_point/software_fp.h"
 #include "tests/handlers/floating_point/float_values.h"
-#include "tests/handlers/floating_point/host_controls.h"
+#include "tests/support/host_controls.h"
 
 namespace quern {
 namespace {
