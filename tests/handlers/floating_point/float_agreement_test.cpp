@@ -23,8 +23,8 @@
 #include "sve/arith/float/to_fixed.h"
 #include "sve/handlers/floating_point/host_float.h"
 #include "tests/handlers/floating_point/float_values.h"
-#include "tests/support/host_controls.h"
 #include "tests/harness/agreement.h"
+#include "tests/support/host_controls.h"
 
 namespace quern {
 namespace {

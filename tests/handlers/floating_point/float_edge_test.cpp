@@ -7,9 +7,9 @@
 
 #include "sve/handlers/floating_point/float_bits.h"
 #include "sve/handlers/floating_point/host_float.h"
-#include "tests/support/host_controls.h"
 #include "tests/handlers/floating_point/libc_roots.h"
 #include "tests/harness/agreement.h"
+#include "tests/support/host_controls.h"
 
 namespace quern {
 namespace {
