@@ -26,7 +26,5 @@ void PredSetNZCV(PredV mask, PredV result, int esize, CpuContext* ctx);
 void PredSetNC(PredV mask, PredV result, int esize, CpuContext* ctx);
 void PredSetNCV(PredV mask, PredV result, int esize, CpuContext* ctx);
 
-// The number of elements that a predicate-constraint pattern selects of `count` (DecodePredCount): the five-bit field
-// of the published encoding. Patterns that are not allocated, and fixed counts above `count`, select none. POW2 of no
-// elements is 1, and ALL clears the lowest bit of `count`.
+// The number of elements that a predicate-constraint pattern selects of `count` (DecodePredCount): selected_count.
 int VecTrueILength(std::uint64_t pattern, int count);
