@@ -73,6 +73,13 @@ inline T lane_of(const VecV& vector, std::size_t i) {
   return lane<T>(vector.bytes, i);
 }
 
+// A context under this floating-point control word.
+inline CpuContext controlled(std::uint32_t fpcr) {
+  CpuContext ctx = context();
+  ctx.fpcr = fpcr;
+  return ctx;
+}
+
 // A vector by its first lanes; all others are 0.
 template <class T>
 VecV vector_of(std::initializer_list<T> lanes) {

@@ -13,11 +13,6 @@ namespace {
 
 using namespace quern;
 using namespace quern::veclib;
-CpuContext controlled(std::uint32_t fpcr) {
-  CpuContext ctx = context();
-  ctx.fpcr = fpcr;
-  return ctx;
-}
 
 using half = std::uint16_t;
 using single = std::uint32_t;
