@@ -1,5 +1,5 @@
-// Sums by first-fault and non-fault loads of all lanes, of arrays that end where readable memory ends: how many lanes a
-// load brings is the processor's affair, what they sum to is not.
+// Sums by first-fault and non-fault loads of all lanes, of arrays that end where readable memory ends, or the file that
+// is mapped: how many lanes a load brings is the processor's affair, what they sum to is not.
 #include "guarded_pages.h"
 #include "program.h"
 
@@ -74,14 +74,18 @@ static void check_sums(const struct load* load, const uint8_t* end, size_t spare
   printf("%s, %zu bytes spare: %016llx\n", load->name, spare, (unsigned long long)all);
 }
 
-int main(void) {
+static void check_all_loads(uint8_t* end) {
   const size_t bytes = 2 * (size_t)sysconf(_SC_PAGESIZE);
-  uint8_t* const end = end_of_readable(2);
   fill_random(end - bytes, bytes);
   for (size_t i = 0; i < sizeof first_fault_loads / sizeof *first_fault_loads; ++i) {
     check_sums(first_fault_loads[i], end, 0);
     check_sums(first_fault_loads[i], end, first_fault_loads[i]->size - 1);  // all but a byte of another element
   }
   for (size_t i = 0; i < sizeof non_fault_loads / sizeof *non_fault_loads; ++i) check_sums(non_fault_loads[i], end, 0);
+}
+
+int main(void) {
+  check_all_loads(end_of_readable(2));
+  check_all_loads(end_of_file(2));
   return finish("page_edge_sums");
 }

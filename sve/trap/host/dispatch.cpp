@@ -108,7 +108,7 @@ void quern_on_signal(int signal, siginfo_t* info, void* context) {
   if (!is_trap(signal)) return pass_on(signal, info, frame);
   if (!is_sent(*info)) {
     if (signal == SIGILL && emulate(frame)) return;
-    if (signal != SIGILL && recover_probe(signal, frame)) return;
+    if (signal != SIGILL && recover_probe(frame)) return;
   }
   pass_on_trap(signal, info, frame);
 }
