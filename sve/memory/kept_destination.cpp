@@ -1,15 +1,14 @@
 // The destination that a fault takes back.
 #include "sve/memory/kept_destination.h"
 
-#include <utility>
-
 namespace quern {
 
-constinit thread_local kept_vector kept_destination{};
+constinit thread_local kept_registers kept_destination{};
 
 void put_destination_back() {
-  if (unsigned char* const z = std::exchange(kept_destination.z, nullptr))
-    std::memcpy(z, kept_destination.bytes, VL_BYTES);
+  for (unsigned i = 0; i != kept_destination.count; ++i)
+    std::memcpy(kept_destination.places[i], kept_destination.bytes[i], VL_BYTES);
+  kept_destination.count = 0;
 }
 
 }  // namespace quern

@@ -1,35 +1,54 @@
-// The destination of a gather that overwrites its own addresses, as it was before. The instruction runs again when a
-// fault of it is handed to the application and mended, and needs all its addresses then.
+// The registers that a load overwrites, as they were before. When its fault is handed to the application, those are the
+// registers to be seen; and a gather may overwrite its own addresses, which it needs when it runs again.
 #pragma once
 
 #include <atomic>
 #include <cstring>
 
+#include "sve/memory/trace.h"
 #include "sve/state/vector_length.h"
 
 namespace quern {
 
-struct kept_vector {
-  unsigned char* z;  // where it belongs; null when none is kept
-  unsigned char bytes[VL_BYTES];
+inline constexpr unsigned max_destinations = 4;  // a structure's registers
+
+struct kept_registers {
+  unsigned count;  // 0 when none is kept
+  unsigned char* places[max_destinations];
+  unsigned char bytes[max_destinations][VL_BYTES];
 };
 
 // Initial-exec, for speed.
-extern constinit thread_local kept_vector kept_destination __attribute__((tls_model("initial-exec")));
+extern constinit thread_local kept_registers kept_destination __attribute__((tls_model("initial-exec")));
 
-// Keeps the vector at z from before its first lane is written until after the last access: a fault comes in between.
-inline void keep_destination(unsigned char* z) {
-  std::memcpy(kept_destination.bytes, z, VL_BYTES);
-  kept_destination.z = z;
-  std::atomic_signal_fence(std::memory_order_seq_cst);
-}
-inline void forget_destination() {
-  std::atomic_signal_fence(std::memory_order_seq_cst);
-  kept_destination.z = nullptr;
-}
+// Keeps N registers for its lifetime: from before the first write to one of them until after the last access. Only for
+// loads that may fault after a write. For stores it is nothing.
+template <memaccess_type_t kind, unsigned N>
+class destination_kept {
+ public:
+  explicit destination_kept(unsigned char* const (&registers)[N]) {
+    static_assert(N <= max_destinations);
+    if constexpr (kind == MEM_LOAD) {
+      for (unsigned i = 0; i != N; ++i) {
+        std::memcpy(kept_destination.bytes[i], registers[i], VL_BYTES);
+        kept_destination.places[i] = registers[i];
+      }
+      kept_destination.count = N;
+      std::atomic_signal_fence(std::memory_order_seq_cst);
+    }
+  }
+  ~destination_kept() {
+    if constexpr (kind == MEM_LOAD) {
+      std::atomic_signal_fence(std::memory_order_seq_cst);
+      kept_destination.count = 0;
+    }
+  }
+  destination_kept(const destination_kept&) = delete;
+  destination_kept& operator=(const destination_kept&) = delete;
+};
 
-// Gives the thread's register file back what it had before the instruction that faulted, as far as another run of it
-// depends on that. For a host that hands the fault to the application; without one that is kept, does nothing.
+// Gives the thread's register file back what it had before the load that faulted. For a host that hands the fault to
+// the application; where none is kept, does nothing.
 void put_destination_back();
 
 }  // namespace quern

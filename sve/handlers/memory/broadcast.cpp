@@ -10,8 +10,9 @@ namespace {
 // The element is read again for every active lane.
 template <class T, class U>
 aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  unsigned char* z = state->z[zt.num];
+  unsigned char* const z = state->z[zt.num];
   note_access(address, sizeof(T), MEM_LOAD);
+  const destination_kept<MEM_LOAD, 1> kept({z});
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(state->p[pg.num], i)) {
       move_lane<MEM_LOAD, T, U>(z, i, address);

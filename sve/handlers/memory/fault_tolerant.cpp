@@ -40,6 +40,7 @@ template <class T, class U>
 aarch64_decode_rc load_non_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
   unsigned char *const z = state->z[zt.num], *const p = state->p[pg.num];
   probed_page page(address);
+  const destination_kept<MEM_LOAD, 2> kept({z, state->ffr});  // an element's second page is not probed
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     const std::uint64_t element = address + i * sizeof(T);
     if (!is_active<U>(p, i)) {

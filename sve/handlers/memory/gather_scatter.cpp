@@ -2,7 +2,6 @@
 #include "sve/handlers/memory/gather_scatter.h"
 
 #include "sve/handlers/memory/memory_access.h"
-#include "sve/memory/kept_destination.h"
 
 using namespace quern;
 
@@ -23,8 +22,7 @@ aarch64_decode_rc move_scattered(cpu_state* state, aarch64_z_reg zt, aarch64_p_r
   const unsigned char* const p = state->p[pg.num];
   std::uint64_t* const addresses = lane_addresses;  // of the active lanes
   note_addresses(sizeof(T), kind, p, sizeof(U));
-  const bool overwrites_addresses = kind == MEM_LOAD && zt.num == vector.num;
-  if (overwrites_addresses) keep_destination(z);
+  const destination_kept<kind, 1> kept({z});
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(p, i)) {
       addresses[i] = address_of(lane<U>(state->z[vector.num], i));
@@ -33,7 +31,6 @@ aarch64_decode_rc move_scattered(cpu_state* state, aarch64_z_reg zt, aarch64_p_r
       skip_lane<kind, U>(z, i);
     }
   }
-  if (overwrites_addresses) forget_destination();
   memtrace_each<T, U>(state, addresses, p, kind);
   return DECODE_OK;
 }

@@ -10,6 +10,7 @@
 
 #include "sve/handlers/general_register.h"
 #include "sve/memory/current_access.h"
+#include "sve/memory/kept_destination.h"
 #include "sve/memory/memtrace.h"
 #include "sve/state/cpu_state.h"
 #include "sve/state/lanes.h"
@@ -66,6 +67,7 @@ inline void skip_lane(unsigned char* z, std::size_t i) {
 template <memaccess_type_t kind, class T, class U>
 inline void move_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t address, std::size_t count) {
   note_lanes(address, sizeof(T), kind, pg, sizeof(U), count);
+  const destination_kept<kind, 1> kept({z});
   for (std::size_t i = 0; i != count; ++i) {
     if (is_active<U>(pg, i)) {
       move_lane<kind, T, U>(z, i, address + i * sizeof(T));
@@ -101,6 +103,7 @@ inline void move_block(unsigned char* z, std::uint64_t address, std::size_t coun
 template <memaccess_type_t kind, class T, class U>
 inline void move_two_blocks(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
   note_lanes(address, sizeof(T), kind, pg, sizeof(U), lane_count<U>);
+  const destination_kept<kind, 1> kept({z});
   const std::size_t whole = left_in_page(address) / sizeof(T);
   if (whole != 0) move_block<kind, T, U>(z, address, whole);
   move_block<kind, T, U>(z + whole * sizeof(U), address + whole * sizeof(T), lane_count<U> - whole);

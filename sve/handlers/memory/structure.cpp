@@ -40,6 +40,7 @@ void move_all(const members<N> registers, std::uint64_t address) {
 template <memaccess_type_t kind, class T, int N>
 void move_each(const members<N> registers, const unsigned char* p, std::uint64_t address) {
   note_lanes(address, N * sizeof(T), kind, p, sizeof(T), lane_count<T>);
+  const destination_kept<kind, N> kept(registers.z);
   for (std::size_t i = 0; i != lane_count<T>; ++i, address += N * sizeof(T)) {
     const bool active = is_active<T>(p, i);
 #pragma GCC unroll 4

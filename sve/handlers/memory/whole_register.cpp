@@ -17,10 +17,22 @@ void* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t
   return reinterpret_cast<void*>(address);
 }
 
+// Of two pages the second may be the one that faults.
+[[gnu::noinline]] void load_from_two_pages(unsigned char* z, const void* from) {
+  const destination_kept<MEM_LOAD, 1> kept({z});
+  std::memcpy(z, from, VL_BYTES);
+}
+
 }  // namespace
 
 aarch64_decode_rc sve_ldr_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
-  std::memcpy(state->z[zt.num], place(state, base, imm, VL_BYTES, MEM_LOAD), VL_BYTES);
+  unsigned char* const z = state->z[zt.num];
+  const void* const from = place(state, base, imm, VL_BYTES, MEM_LOAD);
+  if (left_in_page(reinterpret_cast<std::uint64_t>(from)) < VL_BYTES) [[unlikely]] {
+    load_from_two_pages(z, from);
+  } else {
+    std::memcpy(z, from, VL_BYTES);
+  }
   return DECODE_OK;
 }
 

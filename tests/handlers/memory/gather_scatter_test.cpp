@@ -3,7 +3,6 @@
 
 #include <optional>
 
-#include "sve/memory/kept_destination.h"
 #include "tests/handlers/memory/element_letters.h"
 #include "tests/handlers/memory/memory_fixture.h"
 
@@ -274,24 +273,6 @@ TEST_F(GatherScatter, AFaultLeavesTheLanesBeforeItDone) {
     EXPECT_TRUE(same(s, registers)) << m.name;
     EXPECT_EQ(memory(), image) << m.name;
     expect_no_trace();
-    put_destination_back();
-    EXPECT_TRUE(same(s, registers)) << m.name << " has kept a destination";
-  }
-}
-
-// In a gather over its own addresses the lanes before are lost to it, unless the host puts them back.
-TEST_F(GatherScatter, AFaultOverItsOwnAddressesCanBeTakenBack) {
-  for (const member& m : members) {
-    if (m.kind == MEM_STORE) continue;
-    SetUp();
-    activate(pg.num, m.lane_bytes, all_lanes.is_active);
-    point_lanes(m);
-    point_lane(m, vl / m.lane_bytes - 1, pages.address(0) + 256);
-    const cpu_state before = s;
-    EXPECT_TRUE(caught_fault([&] { run([&] { return m(&s, zv, pg, zv, x_or_sp(31), imm); }); })) << m.name;
-    EXPECT_FALSE(same(s, before)) << m.name;
-    put_destination_back();
-    EXPECT_TRUE(same(s, before)) << m.name;
   }
 }
 
