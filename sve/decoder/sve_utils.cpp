@@ -11,11 +11,12 @@
 namespace quern {
 namespace {
 
-// Inserted one by one: of two rows with one key the first would stay. The tables hold no such pair.
-handler_map build(std::span<const decode_row> rows) {
-  handler_map map;
-  for (const decode_row& row : rows) map.emplace(row.key, row.thunk);
-  return map;
+// Inserted one by one: of two rows with one key the first would stay. The tables hold no such pair. A map is never
+// destroyed, as the application's destructors may come after ours.
+const handler_map& build(std::span<const decode_row> rows) {
+  auto* const map = new handler_map;
+  for (const decode_row& row : rows) map->emplace(row.key, row.thunk);
+  return *map;
 }
 
 // The objects of this file are initialised in the order of their definitions: page size, maps, fault recovery.
@@ -23,7 +24,7 @@ handler_map build(std::span<const decode_row> rows) {
 
 }  // namespace
 
-#define DEFINE(key) const handler_map decode_map__##key = build(rows__##key);
+#define DEFINE(key) const handler_map& decode_map__##key = build(rows__##key);
 DEFINE(31_13)
 DEFINE(31_21__15_13)
 DEFINE(31_21__15_10)

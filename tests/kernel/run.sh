@@ -24,6 +24,7 @@ cp $kernel/root/bin/busybox "$image/bin/"
 cp -L $libraries/{ld-linux-aarch64.so.1,libc.so.6,libm.so.6,libgcc_s.so.1,libstdc++.so.6} "$image/lib/"
 cp "$host" "$build"/lib/libquern_utils.so "$image/quern/"
 cp "$@" "$image/programs/"
+cp "$build"/programs/libraries/*.so "$image/lib/"
 cp tests/kernel/init "$image/"
 (cd "$image" && find . | cpio -o -H newc 2>/dev/null | gzip -1) >$kernel/programs.cpio.gz
 

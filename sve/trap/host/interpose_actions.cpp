@@ -95,7 +95,7 @@ void own_trap_signals() {
     const change_lock lock;
     signal_action in_kernel{};
     kernel::set_action(signal, nullptr, &in_kernel);
-    // An ignored signal stays so over exec; a handler that a library's constructor has set before us is in the table.
+    // An ignored signal stays so over exec.
     if (is_ignore(in_kernel)) set_application_action(signal, in_kernel);
     const signal_action installed = kernel_action(signal, application_action(signal), dispatcher());
     kernel::set_action(signal, &installed, nullptr);

@@ -1,10 +1,11 @@
 // The host's constructor and destructor.
 #include "sve/trap/host/start.h"
 
-#include <errno.h>
 #include <pthread.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <cstring>
 
 #include "sve/memory/guest_memory.h"
 #include "sve/memory/memory_host.h"
@@ -27,15 +28,22 @@ int set_memory_action(int signal, const struct sigaction* action, struct sigacti
   return 0;
 }
 
-// Before the emulator's own initialiser, which installs its fault handlers: our actions and probe stand then.
-__attribute__((constructor(101))) void start() {
+const char* last_part(const char* path) {
+  const char* const slash = std::strrchr(path, '/');
+  return slash ? slash + 1 : path;
+}
+
+// Before the emulator's own initialiser, which installs its fault handlers: our actions and probe stand then. Before
+// the C library's as well, which is to give the environment and the program's name to those that ask for them.
+__attribute__((constructor(101))) void start(int argument_count, char** arguments, char** environment) {
+  environ = environment;
   next();
   use_memory_host({set_memory_action, quern_probe});
   own_trap_signals();
   adopt_kernel_mask();
   pthread_atfork(nullptr, nullptr, forget_waiting);
   // It has said on standard error why not.
-  if (!sve_init(0, program_invocation_short_name)) kernel::leave_by_own_failure();
+  if (!sve_init(0, argument_count > 0 ? last_part(arguments[0]) : "")) kernel::leave_by_own_failure();
 }
 
 __attribute__((destructor)) void stop() { sve_exit(); }
