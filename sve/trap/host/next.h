@@ -11,6 +11,7 @@
 #include <sys/epoll.h>
 #include <sys/select.h>
 #include <threads.h>
+#include <time.h>
 #include <unistd.h>
 
 // Every such function that is called on; the others are done by system calls.
@@ -20,7 +21,8 @@
   FUNCTION(execve) FUNCTION(execveat) FUNCTION(execvp) FUNCTION(execvpe) FUNCTION(fexecve) FUNCTION(popen) \
   FUNCTION(posix_spawn) FUNCTION(posix_spawnp) FUNCTION(system) FUNCTION(pthread_create) FUNCTION(thrd_create) \
   FUNCTION(epoll_pwait) FUNCTION(epoll_pwait2) FUNCTION(ppoll) FUNCTION(pselect) FUNCTION(sigsuspend) \
-  FUNCTION(sigtimedwait) FUNCTION(siglongjmp) FUNCTION(longjmp) FUNCTION(_longjmp)
+  FUNCTION(sigtimedwait) FUNCTION(siglongjmp) FUNCTION(longjmp) FUNCTION(_longjmp) \
+  FUNCTION(timer_create)
 // clang-format on
 
 namespace quern {
