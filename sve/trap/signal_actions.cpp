@@ -18,18 +18,18 @@ constinit std::array<action_slot, signal_count + 1> actions{};
 }  // namespace
 
 signal_action kernel_action(int signal, const signal_action& wanted, void* dispatcher) {
-  const signal_set mask = wanted.mask & ~trap_signals;
+  const signal_set mask = wanted.mask & ~never_blocked;
   if (!is_trap(signal)) {
     if (!has_handler(wanted)) return {wanted.handler, wanted.flags, mask};
     return {dispatcher, wanted.flags | SA_SIGINFO, mask};
   }
   // A sent signal that is ignored must not interrupt a system call.
   const int restart = is_ignore(wanted) ? SA_RESTART : wanted.flags & SA_RESTART;
-  const int flags = SA_SIGINFO | SA_NODEFER | restart;
+  const int flags = SA_SIGINFO | restart;
   // The frame of an emulated instruction stays on the stack that runs it: an alternate stack is for the application's
   // handlers, and has no room for one of ours beneath.
   if (signal == SIGILL) return {dispatcher, flags, ~trap_signals};
-  return {dispatcher, flags | (wanted.flags & SA_ONSTACK), mask};
+  return {dispatcher, flags | (wanted.flags & (SA_ONSTACK | SA_NODEFER)), mask};
 }
 
 signal_action application_action(int signal) {

@@ -17,9 +17,10 @@ inline bool is_ignore(const signal_action& action) { return action.handler == re
 inline bool has_handler(const signal_action& action) { return !is_default(action) && !is_ignore(action); }
 
 // The action to install in the kernel where the application asks for `wanted` and our own handler is `dispatcher`:
-// - a trap signal always comes to us, and interrupts itself and each other, since a handler may run emulated code;
-// - SIGILL holds all other signals off, so that they arrive between emulated instructions, never within one;
-// - any other handler is run through ours, and no action's mask has a trap signal in it.
+// - a trap signal always comes to us;
+// - SIGILL holds all other signals off, so that they arrive between emulated instructions, but those by which a fault
+//   within one comes;
+// - any other handler is run through ours, and no action's mask has SIGILL in it.
 signal_action kernel_action(int signal, const signal_action& wanted, void* dispatcher);
 
 // The action that the application asked for last, as sigaction tells it.

@@ -16,9 +16,11 @@ constexpr signal_set set_of(int signal) { return signal_set{1} << (signal - 1); 
 
 constexpr bool contains(signal_set set, int signal) { return (set & set_of(signal)) != 0; }
 
-// The signals by which emulated instructions and faults of their accesses come to us. The kernel kills a process in
-// which one of them is raised while it is blocked, so they are never blocked in the kernel.
+// The signals by which emulated instructions and faults of their accesses come to us.
 inline constexpr signal_set trap_signals = set_of(SIGILL) | set_of(SIGBUS) | set_of(SIGSEGV);
+
+// What the kernel is never to block, as it kills a process that comes to an emulated instruction meanwhile.
+inline constexpr signal_set never_blocked = set_of(SIGILL);
 
 // The thread library's own two, which it lets no program block.
 inline constexpr signal_set library_signals = set_of(32) | set_of(33);

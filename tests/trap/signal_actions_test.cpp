@@ -15,7 +15,7 @@ void* const by_default = reinterpret_cast<void*>(SIG_DFL);
 void* const ignored = reinterpret_cast<void*>(SIG_IGN);
 
 constexpr int reset_hand = static_cast<int>(SA_RESETHAND);
-constexpr int trap_flags = SA_SIGINFO | SA_NODEFER;
+constexpr int nodefer = SA_NODEFER;
 constexpr signal_set all = ~signal_set{0};
 constexpr signal_set usr = set_of(SIGUSR1) | set_of(SIGUSR2);
 
@@ -33,19 +33,20 @@ const action_case cases[] = {
      SIGCHLD,
      {handler, SA_NOCLDSTOP | SA_NOCLDWAIT | SA_ONSTACK | SA_NODEFER | reset_hand, 0},
      {dispatcher, SA_NOCLDSTOP | SA_NOCLDWAIT | SA_ONSTACK | SA_NODEFER | reset_hand | SA_SIGINFO, 0}},
-    {"full mask without traps", SIGUSR1, {handler, 0, all}, {dispatcher, SA_SIGINFO, all & ~trap_signals}},
-    {"default full mask without traps", SIGUSR1, {by_default, 0, all}, {by_default, 0, all & ~trap_signals}},
-    {"SIGSEGV default", SIGSEGV, {by_default, 0, 0}, {dispatcher, trap_flags, 0}},
-    {"SIGSEGV handler", SIGSEGV, {handler, 0, all}, {dispatcher, trap_flags, all & ~trap_signals}},
-    {"SIGSEGV on its stack", SIGSEGV, {handler, SA_ONSTACK, 0}, {dispatcher, trap_flags | SA_ONSTACK, 0}},
-    {"SIGSEGV reset is ours to do", SIGSEGV, {handler, reset_hand, 0}, {dispatcher, trap_flags, 0}},
-    {"SIGBUS restarts", SIGBUS, {handler, SA_RESTART, usr}, {dispatcher, trap_flags | SA_RESTART, usr}},
-    {"SIGBUS ignored interrupts nothing", SIGBUS, {ignored, 0, 0}, {dispatcher, trap_flags | SA_RESTART, 0}},
-    {"SIGILL default", SIGILL, {by_default, 0, 0}, {dispatcher, trap_flags, ~trap_signals}},
+    {"full mask without SIGILL", SIGUSR1, {handler, 0, all}, {dispatcher, SA_SIGINFO, all & ~never_blocked}},
+    {"default full mask without SIGILL", SIGUSR1, {by_default, 0, all}, {by_default, 0, all & ~never_blocked}},
+    {"SIGSEGV default", SIGSEGV, {by_default, 0, 0}, {dispatcher, SA_SIGINFO, 0}},
+    {"SIGSEGV handler", SIGSEGV, {handler, 0, all}, {dispatcher, SA_SIGINFO, all & ~never_blocked}},
+    {"SIGSEGV within its handler", SIGSEGV, {handler, nodefer, 0}, {dispatcher, SA_SIGINFO | nodefer, 0}},
+    {"SIGSEGV on its stack", SIGSEGV, {handler, SA_ONSTACK, 0}, {dispatcher, SA_SIGINFO | SA_ONSTACK, 0}},
+    {"SIGSEGV reset is ours to do", SIGSEGV, {handler, reset_hand, 0}, {dispatcher, SA_SIGINFO, 0}},
+    {"SIGBUS restarts", SIGBUS, {handler, SA_RESTART, usr}, {dispatcher, SA_SIGINFO | SA_RESTART, usr}},
+    {"SIGBUS ignored interrupts nothing", SIGBUS, {ignored, 0, 0}, {dispatcher, SA_SIGINFO | SA_RESTART, 0}},
+    {"SIGILL default", SIGILL, {by_default, 0, 0}, {dispatcher, SA_SIGINFO, ~trap_signals}},
     {"SIGILL never on another stack",
      SIGILL,
      {handler, SA_ONSTACK | SA_RESTART, usr},
-     {dispatcher, trap_flags | SA_RESTART, ~trap_signals}},
+     {dispatcher, SA_SIGINFO | SA_RESTART, ~trap_signals}},
 };
 
 TEST(KernelAction, IsWhatTheWantedActionNeeds) {

@@ -6,11 +6,11 @@
 #include "sve/memory/guest_memory.h"
 #include "sve/trap/host/call_on_stack.h"
 #include "sve/trap/host/emulate.h"
-#include "sve/trap/host/handler_level.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/probe.h"
 #include "sve/trap/host/signal_frame.h"
 #include "sve/trap/host/thread_signals.h"
+#include "sve/trap/host/vector_record.h"
 
 namespace quern {
 namespace {
@@ -32,17 +32,19 @@ void* other_stack(const signal_action& action, int signal, const ucontext_t& fra
 }
 
 // Runs the application's handler as the kernel would: with the mask that the action asks for, which the frame shows and
-// gives back at the end.
-void run_handler(const signal_action& action, int signal, siginfo_t* info, ucontext_t& frame) {
-  const handler_level level(thread_state());
+// gives back at the end, and with the interrupted code's vectors in the frame. The handler may never return: it may end
+// its thread, throw, or switch to another context, so nothing here needs to be undone but what the frame has.
+void run_handler(const signal_action& action, int signal, siginfo_t* info, ucontext_t& frame, bool after_emulation) {
+  vector_record vectors;
   const signal_set interrupted = from_sigset(frame.uc_sigmask) | held_signals();
   // Set in the kernel only while the C library hands the mask on to a new program; the handler may run emulated code.
-  const signal_set blocked_in_kernel = from_sigset(frame.uc_sigmask) & trap_signals;
+  const signal_set blocked_in_kernel = from_sigset(frame.uc_sigmask) & never_blocked;
   signal_set during = interrupted | action.mask;
   if (!(action.flags & SA_NODEFER)) during |= set_of(signal);
   hold_signals(during);
-  if (is_trap(signal) || blocked_in_kernel) kernel::set_mask(during & ~trap_signals);
+  if (after_emulation || signal == SIGILL || blocked_in_kernel) kernel::set_mask(during & ~never_blocked);
   to_sigset(interrupted, frame.uc_sigmask);
+  show_vectors(frame, vectors);
 
   const auto handler = reinterpret_cast<signal_function*>(action.handler);
   if (void* const stack = other_stack(action, signal, frame)) {
@@ -51,8 +53,9 @@ void run_handler(const signal_action& action, int signal, siginfo_t* info, ucont
     handler(signal, info, &frame);
   }
 
+  take_vectors(frame, vectors);
   const signal_set resumed = from_sigset(frame.uc_sigmask);
-  to_sigset((resumed & ~trap_signals) | blocked_in_kernel, frame.uc_sigmask);
+  to_sigset((resumed & ~never_blocked) | blocked_in_kernel, frame.uc_sigmask);
   hold_signals(resumed);
 }
 
@@ -64,41 +67,28 @@ void die(int signal, siginfo_t* info, ucontext_t& frame) {
   if (is_sent(*info)) kernel::queue_to_self(signal, *info);
 }
 
-// A sent trap signal that may not be handled now; true when that is so and it is kept for later.
-bool postpone(int signal, const siginfo_t& info, ucontext_t& frame) {
-  if (contains(held_signals(), signal)) {
-    keep_waiting(signal, info);
-    return true;
-  }
-  if (!emulated_frame()) return false;
-  // Blocked for the rest of the instruction; its own frame has the mask by which the signal then arrives.
-  to_sigset(from_sigset(frame.uc_sigmask) | set_of(signal), frame.uc_sigmask);
-  kernel::set_mask(kernel::mask() | set_of(signal));
-  kernel::queue_to_self(signal, info);
-  return true;
-}
-
 // A trap signal that is not the emulator's business.
 void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
-  if (is_sent(*info) && postpone(signal, *info, frame)) return;
-  signal_action action = application_action(signal);
+  ucontext_t* const emulated = emulated_frame();
+  if (is_sent(*info) && (emulated || contains(held_signals(), signal))) return keep_waiting(signal, *info);
+  const signal_action action = application_action(signal);
   if (is_ignore(action) && is_sent(*info)) return;
   // A fault that is ignored or blocked ends the process all the same.
   if (!has_handler(action) || contains(held_signals(), signal)) return die(signal, info, frame);
-  if (ucontext_t* const emulated = emulated_frame()) {
+  if (emulated) {
     // The handler is to see the application at the emulated instruction, and to resume there: this frame takes the
     // place of the other, which is left behind on the stack with all that the emulator had begun.
     copy_frame(*emulated, frame);
     abandon_emulation();
   }
   if (action.flags & static_cast<int>(SA_RESETHAND)) set_application_action(signal, {});
-  run_handler(action, signal, info, frame);
+  run_handler(action, signal, info, frame, emulated != nullptr);
 }
 
 void pass_on(int signal, siginfo_t* info, ucontext_t& frame) {
   const signal_action action = application_action(signal);
   // The kernel has done its part of SA_RESETHAND. Without a handler here, another thread has just taken it away.
-  if (has_handler(action)) run_handler(action, signal, info, frame);
+  if (has_handler(action)) run_handler(action, signal, info, frame, false);
 }
 
 }  // namespace

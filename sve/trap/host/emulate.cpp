@@ -9,9 +9,9 @@
 #include "sve/memory/kept_destination.h"
 #include "sve/trap/failure_line.h"
 #include "sve/trap/handler_cache.h"
-#include "sve/trap/host/handler_level.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/signal_frame.h"
+#include "sve/trap/host/thread_signals.h"
 
 namespace quern {
 namespace {
@@ -33,6 +33,29 @@ std::uint32_t word_at(const unsigned char* pc) {
   return word;
 }
 
+// Sends the signals that waited for the instruction's end, to arrive when the frame is left.
+void send_waiting() {
+  if (!(waiting_signals() & ~held_signals())) return;
+  kernel::set_mask(~signal_set{0});
+  hold_signals(held_signals());
+}
+
+// False, with the frame untouched, when the word is not an emulated one.
+bool run_instruction(ucontext_t& frame) {
+  const unsigned char* const pc = frame_pc(frame);
+  const std::uint32_t word = word_at(pc);
+  const sve_handler handler = cache.find(word, get_sve_handler);
+  if (!handler) return false;
+  load_state(frame, registers);
+  const int kept_errno = errno;  // the application's own, which a square root's call of the C library may write
+  const aarch64_decode_rc result = handler(&registers, word);
+  errno = kept_errno;
+  // The application goes on behind an instruction that could not be emulated, as if it did nothing.
+  if (result != DECODE_OK) kernel::print_error(failure_line(word_at(pc), pc).c_str());
+  store_state(registers, frame);
+  return true;
+}
+
 }  // namespace
 
 cpu_state& thread_state() { return registers; }
@@ -45,21 +68,11 @@ void abandon_emulation() {
 }
 
 bool emulate(ucontext_t& frame) {
-  const unsigned char* const pc = frame_pc(frame);
-  const std::uint32_t word = word_at(pc);
-  const sve_handler handler = cache.find(word, get_sve_handler);
-  if (!handler) return false;
-  if (handler_level* const level = handler_level::innermost()) level->keep_vectors();
-  load_state(frame, registers);
   set_under_emulation(&frame);
-  const int kept_errno = errno;  // the application's own, which a square root's call of the C library may write
-  const aarch64_decode_rc result = handler(&registers, word);
-  errno = kept_errno;
+  const bool emulated = run_instruction(frame);
   set_under_emulation(nullptr);
-  // The application goes on behind an instruction that could not be emulated, as if it did nothing.
-  if (result != DECODE_OK) kernel::print_error(failure_line(word_at(pc), pc).c_str());
-  store_state(registers, frame);
-  return true;
+  send_waiting();
+  return emulated;
 }
 
 }  // namespace quern

@@ -11,7 +11,7 @@ namespace quern {
 cpu_state& thread_state();
 
 // Runs the instruction at the frame's PC and moves the frame on behind it. False, with the frame untouched, when that
-// word is not an emulated one.
+// word is not an emulated one. Trap signals that are sent meanwhile are to wait, and come when the frame is left.
 bool emulate(ucontext_t& frame);
 
 // The frame of the instruction that this thread is emulating just now; null when a signal found the application's own

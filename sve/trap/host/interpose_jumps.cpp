@@ -1,21 +1,22 @@
-// setjmp, longjmp and their kin: a jump out of a signal handler leaves its level, and brings back what was held.
+// setjmp, longjmp and their kin: a jump brings back whether SIGILL was held, with the rest of the mask.
 #include <cstdint>
+#include <cstring>
 
 #include "sve/trap/host/export.h"
-#include "sve/trap/host/handler_level.h"
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/thread_signals.h"
 
 namespace quern {
 namespace {
 
-// Kept in the jump buffer behind the kernel's part of the saved mask, where the C library stores nothing.
+// Kept in the jump buffer behind the kernel's part of the saved mask, where the C library stores nothing: the mark
+// tells a noted buffer, or a copy of one, from one that was filled behind our back.
 struct jump_note {
-  std::uint64_t mark;  // tells a noted buffer from one that was filled behind our back, or moved
+  std::uint64_t mark;
   signal_set held;
-  handler_level* level;
 };
 
+constexpr std::uint64_t note_mark = 0x517E0B5E9A3D4C27;
 constexpr std::size_t note_offset = sizeof(sigset_t) - sizeof(jump_note);
 static_assert(note_offset >= sizeof(signal_set));
 
@@ -23,24 +24,19 @@ unsigned char* note_place(__jmp_buf_tag& buffer) {
   return reinterpret_cast<unsigned char*>(&buffer.__saved_mask) + note_offset;
 }
 
-std::uint64_t mark_of(const __jmp_buf_tag& buffer) {
-  return reinterpret_cast<std::uintptr_t>(&buffer) ^ 0x517E0B5E9A3D4C27;
-}
-
 // Called before a long jump.
-void leave_levels(__jmp_buf_tag& buffer) {
+void bring_back_held(__jmp_buf_tag& buffer) {
+  if (!buffer.__mask_was_saved) return;
   jump_note note;
   std::memcpy(&note, note_place(buffer), sizeof note);
-  if (note.mark != mark_of(buffer)) return;
-  handler_level::jump_out_to(note.level);
-  if (buffer.__mask_was_saved) hold_signals(note.held);
+  hold_signals(note.mark == note_mark ? note.held : 0);
 }
 
 }  // namespace
 
 // Called by the setjmp functions below; answers the C library's.
 extern "C" __attribute__((visibility("hidden"))) void* quern_note_jump(__jmp_buf_tag* buffer, int which) {
-  const jump_note note{mark_of(*buffer), held_signals(), handler_level::innermost()};
+  const jump_note note{note_mark, held_signals()};
   std::memcpy(note_place(*buffer), &note, sizeof note);
   return reinterpret_cast<void*>(next().setjmps[which]);
 }
@@ -81,25 +77,25 @@ SETJMP("setjmp", 2);
 using namespace quern;
 
 QUERN_EXPORT void siglongjmp(sigjmp_buf buffer, int value) noexcept(false) {
-  leave_levels(*buffer);
+  bring_back_held(*buffer);
   next().siglongjmp(buffer, value);
   __builtin_unreachable();
 }
 
 QUERN_EXPORT void longjmp(jmp_buf buffer, int value) noexcept(false) {
-  leave_levels(*buffer);
+  bring_back_held(*buffer);
   next().longjmp(buffer, value);
   __builtin_unreachable();
 }
 
 QUERN_EXPORT void _longjmp(jmp_buf buffer, int value) noexcept(false) {
-  leave_levels(*buffer);
+  bring_back_held(*buffer);
   next()._longjmp(buffer, value);
   __builtin_unreachable();
 }
 
 // longjmp of programs compiled with _FORTIFY_SOURCE.
 QUERN_EXPORT void __longjmp_chk(sigjmp_buf buffer, int value) {
-  leave_levels(*buffer);
+  bring_back_held(*buffer);
   next().longjmp_checked(buffer, value);
 }

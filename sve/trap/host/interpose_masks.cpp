@@ -1,4 +1,4 @@
-// sigprocmask and its kin, and the calls that wait with a mask: trap signals stay out of the kernel's masks, and the
+// sigprocmask and its kin, and the calls that wait with a mask: SIGILL stays out of the kernel's masks, and the
 // application is told the mask that it asked for.
 #include <errno.h>
 #include <fcntl.h>
@@ -50,7 +50,7 @@ int wait_with_mask(const sigset_t* mask, Wait wait) {
   const held_meanwhile held(wanted);
   if (held.released()) return result_of(EINTR);
   sigset_t kernel_mask{};
-  to_sigset(wanted & ~trap_signals, kernel_mask);
+  to_sigset(wanted & ~never_blocked, kernel_mask);
   return wait(&kernel_mask);
 }
 

@@ -19,7 +19,7 @@ struct thread_start {
   void* argument;
 };
 
-// The kernel gave the thread its creator's mask in full: the trap signals in it are to be held instead.
+// The kernel gave the thread its creator's mask in full: a SIGILL in it is to be held instead.
 template <typename Result>
 Result run_thread(void* start) {
   const thread_start<Result> copy = *static_cast<thread_start<Result>*>(start);

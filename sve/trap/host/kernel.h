@@ -24,6 +24,9 @@ signal_set pending();
 // rt_tgsigqueueinfo: sends `signal` to the calling thread, with the sender, code and value of `info`.
 void queue_to_self(int signal, const siginfo_t& info);
 
+// Whether the byte at `address` can be read, found out without a fault.
+bool can_read(std::uint64_t address);
+
 // Writes one line of text, which ends in a newline, to standard error.
 void print_error(const char* line);
 

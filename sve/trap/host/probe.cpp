@@ -1,6 +1,11 @@
 // The probe is one load at a known address, with its answer in x0.
 #include "sve/trap/host/probe.h"
 
+#include <csignal>
+
+#include "sve/trap/host/emulate.h"
+#include "sve/trap/host/kernel.h"
+
 asm(R"(
   .text
   .globl quern_probe
@@ -22,6 +27,12 @@ quern_probe_load:
 extern "C" const unsigned char quern_probe_load[];
 
 namespace quern {
+
+bool can_read(std::uint64_t address, bool bus_errors_too) {
+  const ucontext_t* const frame = emulated_frame();
+  const bool faults_kill = frame && (from_sigset(frame->uc_sigmask) & (set_of(SIGSEGV) | set_of(SIGBUS)));
+  return faults_kill ? kernel::can_read(address) : quern_probe(address, bus_errors_too);
+}
 
 bool recover_probe(ucontext_t& frame) {
   mcontext_t& machine = frame.uc_mcontext;

@@ -11,6 +11,10 @@ namespace quern {
 // load by ldff1 or ldnf1 that comes to the end of a truncated file stops there, as on a processor with SVE.
 extern "C" bool quern_probe(std::uint64_t address, bool bus_errors_too);
 
+// The same for an emulated instruction, which may run while the application has SIGSEGV or SIGBUS blocked: no fault may
+// be raised then, and the kernel is asked.
+bool can_read(std::uint64_t address, bool bus_errors_too);
+
 // If the frame of a SIGSEGV or SIGBUS is that of a probe, makes the probe answer false and says true. The instruction's
 // address tells, so that any number of threads may probe at once, and no action need be changed for it.
 bool recover_probe(ucontext_t& frame);

@@ -27,6 +27,11 @@ const fpsimd_context& fp_record(const ucontext_t& frame) { return fp_record(cons
 
 }  // namespace
 
+void load_vectors(const ucontext_t& frame, cpu_state& state) {
+  const fpsimd_context& fp = fp_record(frame);
+  for (int i = 0; i != 32; ++i) std::memcpy(state.z[i], &fp.vregs[i], q_bytes);
+}
+
 void load_state(const ucontext_t& frame, cpu_state& state) {
   const mcontext_t& machine = frame.uc_mcontext;
   std::memcpy(state.x, machine.regs, sizeof state.x);
@@ -36,7 +41,7 @@ void load_state(const ucontext_t& frame, cpu_state& state) {
   const fpsimd_context& fp = fp_record(frame);
   state.fpsr = fp.fpsr;
   state.fpcr = fp.fpcr;
-  for (int i = 0; i != 32; ++i) std::memcpy(state.z[i], &fp.vregs[i], q_bytes);
+  load_vectors(frame, state);
 }
 
 void store_state(const cpu_state& state, ucontext_t& frame) {

@@ -11,6 +11,9 @@ namespace quern {
 // Fills x, sp, pc, nzcv, fpsr, fpcr and the low 16 bytes of each z.
 void load_state(const ucontext_t& frame, cpu_state& state);
 
+// Fills the low 16 bytes of each z only.
+void load_vectors(const ucontext_t& frame, cpu_state& state);
+
 // Writes x, sp, nzcv, fpsr and the low 16 bytes of each z to the frame, and moves its PC behind the instruction.
 void store_state(const cpu_state& state, ucontext_t& frame);
 

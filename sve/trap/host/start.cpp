@@ -38,7 +38,7 @@ const char* last_part(const char* path) {
 __attribute__((constructor(101))) void start(int argument_count, char** arguments, char** environment) {
   environ = environment;
   next();
-  use_memory_host({set_memory_action, quern_probe});
+  use_memory_host({set_memory_action, can_read});
   own_trap_signals();
   adopt_kernel_mask();
   pthread_atfork(nullptr, nullptr, forget_waiting);
@@ -51,7 +51,7 @@ __attribute__((destructor)) void stop() { sve_exit(); }
 }  // namespace
 
 void adopt_kernel_mask() {
-  const signal_set blocked = kernel::mask() & trap_signals;
+  const signal_set blocked = kernel::mask() & never_blocked;
   if (!blocked) return;
   hold_signals(blocked);
   kernel::change_mask(SIG_UNBLOCK, &blocked, nullptr);

@@ -3,8 +3,8 @@
 
 namespace quern {
 
-// Holds those trap signals that are blocked in the kernel, and unblocks them there: a new program or thread begins with
-// the mask that its creator had.
+// Holds SIGILL if it is blocked in the kernel, and unblocks it there: a new program or thread begins with the mask that
+// its creator had.
 void adopt_kernel_mask();
 
 }  // namespace quern

@@ -24,10 +24,10 @@ signal_set held_signals() { return held.load(std::memory_order_relaxed); }
 signal_set waiting_signals() { return waiting.load(std::memory_order_relaxed); }
 
 bool hold_and_release(signal_set set) {
-  held.store(set & trap_signals, std::memory_order_relaxed);
+  held.store(set & never_blocked, std::memory_order_relaxed);
   bool released = false;
   siginfo_t info;
-  while (const int signal = take_waiting(~set, info)) {
+  while (const int signal = take_waiting(~held_signals(), info)) {
     kernel::queue_to_self(signal, info);
     released = true;
   }
@@ -61,7 +61,7 @@ void forget_waiting() { waiting.store(0, std::memory_order_relaxed); }
 signal_set application_mask() { return kernel::mask() | held_signals(); }
 
 int change_application_mask(int how, const signal_set* set, signal_set* old) {
-  const signal_set kept_out = trap_signals | library_signals;
+  const signal_set kept_out = never_blocked | library_signals;
   const signal_set kernel_set = set ? *set & ~kept_out : 0;
   signal_set kernel_old = 0;
   const long result = kernel::change_mask(how, set ? &kernel_set : nullptr, &kernel_old);

@@ -1,7 +1,8 @@
-// What the application believes of the calling thread's mask. The trap signals are never blocked in the kernel; those
-// of them that the application has blocked are held here, and one that is sent meanwhile waits here.
+// What the application believes of the calling thread's mask. SIGILL is never blocked in the kernel: when the
+// application has blocked it, it is held here, and one that is sent meanwhile waits here. Any trap signal that is sent
+// during an emulated instruction waits here for the instruction's end.
 //
-// A held signal that is sent to the whole process waits on the thread that happened to get it, though another thread
+// A held SIGILL that is sent to the whole process waits on the thread that happened to get it, though another thread
 // might have taken it; and signalfd, getcontext, setcontext and the system calls themselves are not looked after.
 #pragma once
 
@@ -9,11 +10,11 @@
 
 namespace quern {
 
-// The trap signals that the application believes blocked.
+// SIGILL, if the application believes it blocked; else nothing.
 signal_set held_signals();
 
-// Holds exactly the trap signals of `set`. Those that waited and are no longer held are sent again: they arrive before
-// this returns. Answers what was held before.
+// Holds SIGILL if it is in `set`, and no other. What waited and is not held is sent again: it arrives before this
+// returns, unless the kernel blocks it. Answers what was held before.
 signal_set hold_signals(signal_set set);
 
 // As hold_signals, and tells whether a waiting signal was let go.
@@ -22,7 +23,7 @@ bool hold_and_release(signal_set set);
 // The trap signals that wait.
 signal_set waiting_signals();
 
-// Keeps a signal that was sent while it is held. As with the kernel's own, a second one before the first is taken is
+// Keeps a trap signal that was sent. As with the kernel's own, a second one before the first is taken is
 // lost.
 void keep_waiting(int signal, const siginfo_t& info);
 
