@@ -12,14 +12,6 @@ namespace {
 
 constexpr int own_failure_status = 125;
 
-// The kernel's record; the restorer is unused on AArch64.
-struct kernel_sigaction {
-  void* handler;
-  unsigned long flags;
-  void* restorer;
-  signal_set mask;
-};
-
 template <typename T>
 long argument(T* pointer) {
   return reinterpret_cast<long>(pointer);
@@ -38,7 +30,7 @@ long call(long number, long a = 0, long b = 0, long c = 0, long d = 0) {
 }  // namespace
 
 long set_action(int signal, const signal_action* action, signal_action* old) {
-  kernel_sigaction wanted{}, previous{};
+  sigaction_record wanted{}, previous{};
   if (action) wanted = {action->handler, static_cast<unsigned>(action->flags), nullptr, action->mask};
   const long result =
       call(SYS_rt_sigaction, signal, action ? argument(&wanted) : 0, argument(&previous), sizeof(signal_set));

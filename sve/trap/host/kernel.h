@@ -6,6 +6,14 @@
 
 namespace quern::kernel {
 
+// The record of rt_sigaction; the restorer is unused on AArch64.
+struct sigaction_record {
+  void* handler;
+  unsigned long flags;
+  void* restorer;
+  signal_set mask;
+};
+
 // rt_sigaction. `action` or `old` may be null.
 long set_action(int signal, const signal_action* action, signal_action* old);
 
