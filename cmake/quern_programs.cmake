@@ -3,6 +3,7 @@
 function(quern_program name source)
   add_executable(${name} ${source})
   target_compile_definitions(${name} PRIVATE _GNU_SOURCE)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include)
   target_compile_options(${name} PRIVATE -O3 -march=armv8-a+sve -Wall -Wextra -Werror)
   target_link_libraries(${name} PRIVATE Threads::Threads)
 endfunction()

@@ -6,7 +6,7 @@
 #include <stdint.h>
 #include <stdio.h>
 
-#include "roi.h"
+#include <quern/roi.h>
 
 static const size_t lengths[] = {1, 63, 65, 129, 1001};
 enum { LENGTHS = sizeof lengths / sizeof *lengths, LONGEST = 1001 };
@@ -33,9 +33,9 @@ int main(void) {
   bool right = true;
   size_t elements = 0;
   for (size_t i = 0; i < LENGTHS; ++i) {
-    roi_start();
+    quern_roi_begin();
     add_arrays(sums, a, b, lengths[i]);
-    roi_stop();
+    quern_roi_end();
     const bool this_right = sums_are_right(lengths[i]);
     printf("%4zu elements: %s\n", lengths[i], this_right ? "as the scalar loop's" : "WRONG");
     right = right && this_right;

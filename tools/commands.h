@@ -13,4 +13,7 @@ void add_trace_command(CLI::App& app, int& status);
 void add_decode_command(CLI::App& app, int& status);
 void add_list_command(CLI::App& app, int& status);
 
+// All of them, --version and --help: the command line of `quern`.
+void add_commands(CLI::App& app, int& status);
+
 }  // namespace quern

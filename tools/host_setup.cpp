@@ -24,7 +24,10 @@ namespace fs = std::filesystem;
 std::vector<fs::path> usual_folders() {
   std::error_code error;
   const fs::path self = fs::read_symlink("/proc/self/exe", error).parent_path();
-  return {(self / "../lib").lexically_normal(), (self / "../../aarch64/lib").lexically_normal()};
+  std::vector<fs::path> folders;
+  for (const char* place : {"../lib/quern", "../lib", "../../aarch64/lib"})
+    folders.push_back((self / place).lexically_normal());
+  return folders;
 }
 
 // An earlier trace of that name makes room; another file does not.

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "sve/state/vector_length.h"
 #include "tools/commands.h"
 
 namespace {
@@ -41,14 +40,9 @@ std::vector<std::string> arguments_of(const CLI::App& app, int argc, char** argv
 
 int run_command_line(int argc, char** argv) {
   int status = 0;
-  CLI::App app{"Runs AArch64 programs that use SVE on processors without it, and traces their memory.", "quern"};
-  app.set_version_flag("--version", fmt::format("quern {} ({}-bit vectors)", QUERN_VERSION, VL_BITS));
+  CLI::App app;
   app.failure_message(usage_message);
-  app.require_subcommand(0, 1);  // a program that `run` is given may bear the name of another command
-  quern::add_run_command(app, status);
-  quern::add_trace_command(app, status);
-  quern::add_decode_command(app, status);
-  quern::add_list_command(app, status);
+  quern::add_commands(app, status);
   try {
     std::vector<std::string> arguments = arguments_of(app, argc, argv);
     std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them

@@ -2,7 +2,7 @@
 #include <pthread.h>
 #include <stdlib.h>
 
-#include "../../examples/roi.h"
+#include <quern/roi.h>
 #include "program.h"
 #include "sve_code.h"
 
@@ -17,10 +17,10 @@ static void* run(void* argument) {
   __asm__ volatile("" : : "r"(elements) : "memory");
   bool right = true;
   for (int round = 0; round < ROUNDS; ++round) {
-    if (round == ROUNDS / 2 && traced) roi_start();
+    if (round == ROUNDS / 2 && traced) quern_roi_begin();
     right = vector_sum(elements, ELEMENTS) == expected && right;
   }
-  if (traced) roi_stop();
+  if (traced) quern_roi_end();
   return right ? argument : NULL;
 }
 

@@ -16,7 +16,7 @@ enter_folder() {
 prepare_programs() {
   unset QUERN_TRACE QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
   if [ "$(uname -m)" = aarch64 ]; then compiler=gcc; else compiler=aarch64-linux-gnu-gcc; fi
-  bits=$("${quern[@]}" --version | sed 's/.*(\([0-9]*\)-bit.*/\1/')
+  bits=$("${quern[@]}" --version | sed -n 's/.*(\([0-9]*\)-bit.*/\1/p')
 }
 
 fail() {

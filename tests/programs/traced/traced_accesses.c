@@ -3,7 +3,7 @@
 #include <stdint.h>
 #include <sys/mman.h>
 
-#include "../../../examples/roi.h"
+#include <quern/roi.h>
 
 enum { BYTES = 65536 };
 static void* const memory_address = (void*)0x700000000;
@@ -41,9 +41,9 @@ int main(void) {
   if (memory != memory_address) return 1;
   traced_region(memory);
   // A region of its own, with a start too many, and then a stop too many: each mark is a record.
-  roi_start();
-  roi_start();
-  roi_stop();
-  roi_stop();
+  quern_roi_begin();
+  quern_roi_begin();
+  quern_roi_end();
+  quern_roi_end();
   return 0;
 }
