@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "tools/printable.h"
+#include "tools/trace_target.h"
 #include "tools/user_error.h"
 
 namespace quern {
@@ -62,13 +64,14 @@ void forward_signals() {
   for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
   pointers.push_back(nullptr);
   execv(file.c_str(), pointers.data());
-  fmt::print(stderr, "quern: can't start {}: {}\n", file.string(), std::strerror(errno));
+  fmt::print(stderr, "quern: can't start {}: {}\n", printable(file.string()), std::strerror(errno));
   _exit(126);
 }
 
 }  // namespace
 
-int run_to_end(const std::filesystem::path& file, const std::vector<std::string>& arguments, const std::string& name) {
+int run_to_end(const started_program& program, const std::optional<std::string>& trace) {
+  const trace_target target(trace);
   std::fflush(nullptr);
   pid_t child = 0;
   {
@@ -76,19 +79,21 @@ int run_to_end(const std::filesystem::path& file, const std::vector<std::string>
     child = fork();
     if (child == 0) {
       held.release();
-      become(file, arguments);
+      become(program.file, program.arguments);
     }
-    if (child < 0) throw user_error{fmt::format("can't start {}: {}", name, std::strerror(errno)), status_cannot_run};
+    if (child < 0)
+      throw user_error{fmt::format("can't start {}: {}", program.name, std::strerror(errno)), status_cannot_run};
     running = child;
     forward_signals();
   }
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
   running = 0;
-  if (!WIFSIGNALED(status)) return WEXITSTATUS(status);
-  const int signal = WTERMSIG(status);
-  fmt::print(stderr, "quern: {} was ended by signal {} ({})\n", name, signal, strsignal(signal));
-  return 128 + signal;
+  const int signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+  if (signal != 0)
+    fmt::print(stderr, "quern: {} was ended by signal {} ({})\n", printable(program.name), signal, strsignal(signal));
+  target.report(child);
+  return signal != 0 ? 128 + signal : WEXITSTATUS(status);
 }
 
 }  // namespace quern

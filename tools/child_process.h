@@ -2,14 +2,20 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace quern {
 
-// Runs the file with the arguments (the first is the program's name to itself), hands on the signals that quern gets,
-// and answers the program's exit status. When a signal ended it: 128 plus its number, after a line on standard error
-// that calls the program by `name`.
-int run_to_end(const std::filesystem::path& file, const std::vector<std::string>& arguments, const std::string& name);
+struct started_program {
+  std::filesystem::path file;
+  std::vector<std::string> arguments;  // the first is the program's name to itself
+  std::string name;                    // its name to the user
+};
+
+// Runs it with its trace where --trace says, hands on the signals that quern gets, and answers its exit status. When a
+// signal ended it: 128 plus its number, after a line on standard error.
+int run_to_end(const started_program& program, const std::optional<std::string>& trace);
 
 }  // namespace quern

@@ -1,7 +1,10 @@
 // quern decode WORD...: what the decoder makes of instruction words.
 #include <fmt/core.h>
 
+#include <cerrno>
 #include <charconv>
+#include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <memory>
 #include <vector>
@@ -12,6 +15,12 @@
 namespace quern {
 namespace {
 
+// As much of a text as shows what it is.
+std::string beginning(std::string_view text) {
+  constexpr std::size_t enough = 40;
+  return text.size() <= enough ? std::string(text) : std::string(text.substr(0, enough)) + "...";
+}
+
 std::uint32_t parse_word(std::string_view text) {
   std::string_view digits = text;
   if (digits.starts_with("0x") || digits.starts_with("0X")) digits.remove_prefix(2);
@@ -20,7 +29,7 @@ std::uint32_t parse_word(std::string_view text) {
   if (digits.empty() || error != std::errc{} || end != digits.data() + digits.size())
     throw user_error{fmt::format("'{}' is not an instruction word: give 1 to 8 hexadecimal digits, as in 04220020 or "
                                  "0x04220020",
-                                 text),
+                                 beginning(text)),
                      status_usage};
   return word;
 }
@@ -34,6 +43,7 @@ std::vector<std::uint32_t> words_of(const std::vector<std::string>& arguments) {
       continue;
     }
     for (std::string text; std::cin >> text;) words.push_back(parse_word(text));
+    if (std::ferror(stdin) != 0) throw user_error{fmt::format("can't read standard input: {}", std::strerror(errno))};
   }
   return words;
 }

@@ -63,8 +63,7 @@ int run_with_launcher(const run_options& options, const program_call& program, c
   const fs::path launcher = package.launcher();
   std::vector<std::string> arguments{launcher.string(), "-c", client.string(), "--", program.file.string()};
   arguments.insert(arguments.end(), program.arguments.begin() + 1, program.arguments.end());
-  set_trace_path(options.trace);
-  return run_to_end(launcher, arguments, program.arguments.front());
+  return run_to_end({launcher, arguments, program.arguments.front()}, options.trace);
 }
 
 int run_in_emulator(const run_options& options, const program_call& program, const framework_package& package,
@@ -85,10 +84,9 @@ int run_in_emulator(const run_options& options, const program_call& program, con
   if (!root.empty()) arguments.insert(arguments.end(), {"-L", root});
   arguments.insert(arguments.end(), {"-0", name, package.core_library().string()});
   arguments.insert(arguments.end(), program.arguments.begin() + 1, program.arguments.end());
-  setenv("DYNAMORIO_EXE_PATH", fs::absolute(program.file).lexically_normal().c_str(), 1);
+  setenv("DYNAMORIO_EXE_PATH", absolute_path(program.file).c_str(), 1);
   setenv("DYNAMORIO_OPTIONS", framework_options.c_str(), 1);
-  set_trace_path(options.trace);
-  return run_to_end(emulator, arguments, name);
+  return run_to_end({emulator, arguments, name}, options.trace);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "tools/host_setup.h"
 #include "tools/program_file.h"
 #include "tools/shared_object.h"
 #include "tools/user_error.h"
@@ -22,7 +23,7 @@ std::string release_text(int release) { return fmt::format("{}.{}", release / 10
 
 }  // namespace
 
-framework_package::framework_package(const std::string& folder) : folder_(fs::absolute(folder).lexically_normal()) {
+framework_package::framework_package(const std::string& folder) : folder_(absolute_path(folder)) {
   std::error_code error;
   if (!fs::is_directory(folder_, error))
     refuse(fmt::format("there is no folder {}: give the one into which DynamoRIO's package was unpacked", folder));

@@ -1,19 +1,13 @@
-// Libraries, processor emulator and trace file of a program that is about to run.
+// Libraries and processor emulator of a program that is about to run.
 #include "tools/host_setup.h"
 
-#include <fcntl.h>
 #include <fmt/core.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <vector>
 
 #include "tools/program_file.h"
 #include "tools/user_error.h"
-#include "utils/trace_format.h"
 
 namespace quern {
 namespace {
@@ -30,23 +24,16 @@ std::vector<fs::path> usual_folders() {
   return folders;
 }
 
-// An earlier trace of that name makes room; another file does not.
-void clear_the_way(const std::string& path) {
-  std::error_code error;
-  const fs::file_status status = fs::status(path, error);
-  if (!fs::exists(status)) return;
-  if (!fs::is_regular_file(status))
-    throw user_error{fmt::format("the trace can't be written to {}: it is not a regular file", path),
-                     status_cannot_run};
-  std::uint64_t magic = 0;
-  std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(&magic), sizeof magic);
-  if (magic != trace_magic && fs::file_size(path, error) != 0)
-    throw user_error{fmt::format("{} exists and is no trace: remove it or choose another name", path),
-                     status_cannot_run};
-  fs::remove(path, error);
-}
-
 }  // namespace
+
+fs::path absolute_path(const fs::path& path) {
+  std::error_code error;
+  const fs::path absolute = fs::absolute(path, error);
+  if (error)
+    throw user_error{fmt::format("the current folder can't be told ({}): go to one that exists", error.message()),
+                     status_cannot_run};
+  return absolute.lexically_normal();
+}
 
 fs::path library_folder(const std::string& chosen, const std::string& host_library, const std::string& remedy) {
   const char* const from_environment = std::getenv("QUERN_LIB_DIR");
@@ -58,7 +45,7 @@ fs::path library_folder(const std::string& chosen, const std::string& host_libra
   std::string tried;
   for (const fs::path& folder : folders) {
     if (is_aarch64_library(folder / host_library) && is_aarch64_library(folder / "libquern_utils.so"))
-      return fs::absolute(folder).lexically_normal();
+      return absolute_path(folder);
     tried += (tried.empty() ? "" : " nor ") + folder.string();
   }
   throw user_error{fmt::format("there are no {} and libquern_utils.so for AArch64 in {} ({}, or name their folder "
@@ -78,21 +65,8 @@ fs::path find_emulator() {
 std::string library_root() {
   constexpr const char* usual = "/usr/aarch64-linux-gnu";
   if (const char* const chosen = std::getenv("QEMU_LD_PREFIX"))
-    return *chosen == 0 ? "" : fs::absolute(chosen).string();
+    return *chosen == 0 ? "" : absolute_path(chosen).string();
   return fs::exists(usual) ? usual : "";
-}
-
-void set_trace_path(const std::string& given) {
-  if (given.empty()) return;
-  const std::string path = fs::absolute(given).lexically_normal().string();
-  clear_the_way(path);
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  if (file < 0)
-    throw user_error{fmt::format("the trace can't be written to {}: {}", path, std::strerror(errno)),
-                     status_cannot_run};
-  close(file);
-  unlink(path.c_str());
-  setenv("QUERN_TRACE", path.c_str(), 1);
 }
 
 }  // namespace quern

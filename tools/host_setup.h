@@ -1,5 +1,5 @@
-// What the hosts of `quern run` need alike before a program starts: the libraries, a processor emulator on another
-// processor than AArch64, and the way cleared for the trace. What is missing is thrown as user_error.
+// What the hosts of `quern run` need alike before a program starts: the libraries, and a processor emulator on another
+// processor than AArch64. What is missing is thrown as user_error.
 #pragma once
 
 #include <filesystem>
@@ -13,6 +13,9 @@ inline constexpr bool needs_emulator = false;
 inline constexpr bool needs_emulator = true;
 #endif
 
+// The path from the root on, without dots in it.
+std::filesystem::path absolute_path(const std::filesystem::path& path);
+
 // The folder that holds a host's library for AArch64 and libquern_utils.so: the chosen one, else QUERN_LIB_DIR, else
 // the first of those where an installation and a build tree have them. `remedy` says how to get the two libraries.
 std::filesystem::path library_folder(const std::string& chosen, const std::string& host_library,
@@ -23,9 +26,5 @@ std::filesystem::path find_emulator();
 
 // Where that emulator finds the libraries of AArch64 programs; empty if they are this system's own.
 std::string library_root();
-
-// Makes QUERN_TRACE of --trace, unless that is empty: absolute, since the program may run elsewhere, and known to be
-// writable. An earlier trace of that name is removed, so that this comes after all that can fail.
-void set_trace_path(const std::string& given);
 
 }  // namespace quern

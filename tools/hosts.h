@@ -2,14 +2,16 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace quern {
 
-// Options of the command line, empty where they were not given.
+// Options of the command line; the texts are empty where they were not given.
 struct run_options {
-  std::string trace, lib_dir;
+  std::optional<std::string> trace;
+  std::string lib_dir;
   std::string framework;  // the folder of DynamoRIO's package
 };
 

@@ -58,6 +58,7 @@ std::string machine_name(std::uint16_t machine) {
 struct elf_file {
   Elf64_Ehdr header{};
   bool is_elf = false, is_script = false, has_interpreter = false;
+  bool is_cut = false;  // it ends before what its headers tell of
 
   explicit elf_file(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -65,11 +66,15 @@ struct elf_file {
     is_script = std::memcmp(header.e_ident, "#!", 2) == 0;
     is_elf = file && std::memcmp(header.e_ident, ELFMAG, SELFMAG) == 0;
     if (!is_aarch64() || header.e_phentsize != sizeof(Elf64_Phdr)) return;
-    file.clear();
+    std::error_code error;
+    const std::uint64_t size = fs::file_size(path, error);
     file.seekg(static_cast<std::streamoff>(header.e_phoff));
     Elf64_Phdr segment{};
-    for (int i = 0; i != header.e_phnum && file.read(reinterpret_cast<char*>(&segment), sizeof segment); ++i)
+    for (int i = 0; i != header.e_phnum && file.read(reinterpret_cast<char*>(&segment), sizeof segment); ++i) {
       has_interpreter |= segment.p_type == PT_INTERP;
+      is_cut |= segment.p_type == PT_LOAD && segment.p_offset + segment.p_filesz > size;
+    }
+    is_cut |= !file;
   }
   bool is_aarch64() const {
     return is_elf && header.e_ident[EI_CLASS] == ELFCLASS64 && header.e_ident[EI_DATA] == ELFDATA2LSB &&
@@ -86,6 +91,7 @@ std::string objection(const elf_file& file) {
     return fmt::format("is built for {}, not for AArch64: build it with an AArch64 compiler",
                        machine_name(file.header.e_machine));
   if (!file.is_aarch64()) return "is a 32-bit program: build it for 64-bit AArch64";
+  if (file.is_cut) return "is cut short: it ends before what its headers tell of; copy or link it again";
   if (file.header.e_type != ET_EXEC && file.header.e_type != ET_DYN) return "is not a program, but an object file";
   return {};
 }

@@ -2,12 +2,17 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/printable.h"
 
 namespace {
 
@@ -18,7 +23,7 @@ std::string usage_message(const CLI::App* app, const CLI::Error& error) {
     app = app->get_subcommands().front();
     command += " " + app->get_name();
   }
-  return fmt::format("quern: {} (see {} --help)\n", error.what(), command);
+  return fmt::format("quern: {} (see {} --help)\n", quern::printable(error.what()), command);
 }
 
 // The command line without the "--" between run's options and the program, so that CLI11 leaves the program's arguments
@@ -32,6 +37,9 @@ std::vector<std::string> arguments_of(const CLI::App& app, int argc, char** argv
       arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(i));
       break;
     }
+    if (arguments[i].ends_with('='))  // CLI11 would take the next word for the value
+      throw quern::user_error{fmt::format("{} lacks its value (see quern run --help)", arguments[i]),
+                              quern::status_usage};
     const CLI::Option* const option = run->get_option_no_throw(arguments[i]);
     if (option != nullptr && option->get_items_expected_max() > 0) ++i;  // its value
   }
@@ -54,16 +62,37 @@ int run_command_line(int argc, char** argv) {
   return status;
 }
 
+// What has been printed lies in a buffer still: it is known to be written only when that is empty.
+void finish_output() {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) throw std::system_error(errno, std::generic_category());
+}
+
+std::string reason(const std::system_error& error) {
+  if (std::ferror(stdout) != 0) return "can't write the output: " + error.code().message();
+  if (const auto* const file_error = dynamic_cast<const std::filesystem::filesystem_error*>(&error))
+    return file_error->path1().string() + ": " + error.code().message();
+  return error.what();
+}
+
+int complain(const std::string& message, int status) {
+  std::fprintf(stderr, "quern: %s\n", quern::printable(message).c_str());
+  return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Who reads the output and has seen enough ends a command quietly. A program is started with the signal as it was.
+  if (argc < 2 || std::string_view(argv[1]) != "run") std::signal(SIGPIPE, SIG_IGN);
   try {
-    return run_command_line(argc, argv);
+    const int status = run_command_line(argc, argv);
+    finish_output();
+    return status;
   } catch (const quern::user_error& error) {
-    std::fprintf(stderr, "quern: %s\n", error.message.c_str());
-    return error.status;
+    return complain(error.message, error.status);
+  } catch (const std::system_error& error) {
+    return error.code() == std::errc::broken_pipe ? 0 : complain(reason(error), 1);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "quern: %s\n", error.what());
-    return 1;
+    return complain(error.what(), 1);
   }
 }

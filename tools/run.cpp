@@ -48,6 +48,8 @@ void add_run_command(CLI::App& app, int& status) {
       ->type_name("DIR");
   run->footer(
       "Usage: quern run [OPTIONS] -- PROGRAM [ARGUMENTS...]\n"
+      "Traced is what runs between the program's marker instructions, which are a start and a stop for each thread:\n"
+      "examples/roi.h has them as macros for C and C++.\n"
       "The exit status is the program's, or 128 plus the number of the signal that ended it.");
   run->prefix_command();  // all from the program on is the program's
   run->callback([run, host, options, &status] {

@@ -1,14 +1,10 @@
 // quern trace dump: the records of a trace, for people and for programs.
 #include <fmt/core.h>
 
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <nlohmann/json.hpp>
 
 #include "tools/trace_commands.h"
-#include "tools/user_error.h"
 
 namespace quern {
 namespace {
@@ -66,30 +62,13 @@ format_entry entry_of(dump_format format) {
   return {"     count   thread kind    group   size address            pc\n", text_line};
 }
 
-// False once nobody reads any more, which is no error: `quern trace dump FILE | head`.
-bool print(std::string_view text) {
-  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size()) return true;
-  if (errno == EPIPE) return false;
-  throw user_error{fmt::format("can't write the records: {}", std::strerror(errno))};
-}
-
-void flush() {
-  if (std::fflush(stdout) == 0 || errno == EPIPE) return;
-  throw user_error{fmt::format("can't write the records: {}", std::strerror(errno))};
-}
-
 }  // namespace
 
 void dump_trace(trace_reader& reader, dump_format format) {
-  std::signal(SIGPIPE, SIG_IGN);
   const format_entry entry = entry_of(format);
-  bool wanted = print(entry.heading);
-  while (wanted) {
-    const std::optional<trace_record> record = reader.next();
-    if (!record) break;
-    wanted = print(entry.line(*record));
-  }
-  flush();
+  fmt::print("{}", entry.heading);
+  while (const std::optional<trace_record> record = reader.next()) fmt::print("{}", entry.line(*record));
+  std::fflush(stdout);
   if (reader.is_cut()) fmt::print(stderr, "quern: the trace is cut: the file was longer once\n");
 }
 

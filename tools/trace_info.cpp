@@ -5,6 +5,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "tools/printable.h"
 #include "tools/trace_commands.h"
 
 namespace quern {
@@ -33,7 +34,7 @@ std::string address_text(const trace_summary& summary) {
 }
 
 void print_origin(const trace_file_header& header) {
-  line("program", header.application);
+  line("program", printable(header.application));
   line("process", fmt::format("{} (parent {})", header.process, header.parent));
   line("started", start_text(header.start_time));
   line("ended", end_text(header));
@@ -57,7 +58,11 @@ void print_trace_info(const trace_reader& reader) {
   line("records", fmt::format("{}", summary.records));
   line("  loads", fmt::format("{}, of {} bytes", summary.loads, summary.loaded_bytes));
   line("  stores", fmt::format("{}, of {} bytes", summary.stores, summary.stored_bytes));
-  line("  markers", fmt::format("{} start, {} stop", summary.starts, summary.stops));
+  const std::uint32_t open_regions = reader.header().open_regions;
+  line("  markers", fmt::format("{} start, {} stop{}", summary.starts, summary.stops,
+                                open_regions == 0   ? ""
+                                : open_regions == 1 ? ", a region left open"
+                                                    : fmt::format(", {} regions left open", open_regions)));
   line("addresses", address_text(summary));
   line("threads", fmt::format("{}", summary.threads.size()));
   print_losses(summary);

@@ -2,12 +2,14 @@
 // both run in a processor emulator without SVE.
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "sve/state/vector_length.h"
 #include "tools/child_process.h"
 #include "tools/host_setup.h"
 #include "tools/hosts.h"
+#include "tools/program_file.h"
 #include "tools/user_error.h"
 
 namespace quern {
@@ -15,40 +17,67 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The preloaded libraries, before those that the user preloads.
-std::string preload_list(const fs::path& folder, const std::string& host_library) {
-  constexpr const char* separators = " :,";  // the dynamic linker's, and the processor emulator's
-  if (folder.string().find_first_of(separators) != std::string::npos)
+constexpr const char* list_separators = " :";  // of LD_PRELOAD
+
+// The libraries that the user preloads: into the program, and into the processor emulator if there is one.
+struct users_libraries {
+  std::string programs, emulators;
+};
+
+// One without a slash is looked for where the dynamic linker would begin.
+bool is_for_program(const std::string& library) {
+  if (library.find('/') != std::string::npos) return is_aarch64_library(library);
+  return is_aarch64_library(fs::path(library_root() + "/lib") / library);
+}
+
+users_libraries find_users_libraries() {
+  users_libraries found;
+  const char* const given = std::getenv("LD_PRELOAD");
+  std::string_view list = given != nullptr ? given : "";
+  if (!needs_emulator) return {std::string(list), ""};
+  while (!list.empty()) {
+    const std::string library(list.substr(0, list.find_first_of(list_separators)));
+    list.remove_prefix(std::min(list.size(), library.size() + 1));
+    if (library.empty()) continue;
+    std::string& libraries = is_for_program(library) ? found.programs : found.emulators;
+    libraries += (libraries.empty() ? "" : ":") + library;
+  }
+  return found;
+}
+
+// The libraries that are preloaded into the program: quern's, then the user's.
+std::string preload_list(const fs::path& folder, const std::string& host_library, const std::string& users) {
+  if (folder.string().find_first_of(std::string(list_separators) + ",") != std::string::npos)  // a comma: qemu's -E
     throw user_error{fmt::format("the libraries can't be preloaded from '{}': its path has a space, colon or comma in "
                                  "it; move them",
                                  folder.string()),
                      status_cannot_run};
-  std::string list = (folder / host_library).string() + ":" + (folder / "libquern_utils.so").string();
-  if constexpr (!needs_emulator) {
-    const char* const users = std::getenv("LD_PRELOAD");
-    if (users != nullptr && *users != 0) list += std::string(":") + users;
-  }
-  return list;
+  const std::string own = (folder / host_library).string() + ":" + (folder / "libquern_utils.so").string();
+  return users.empty() ? own : own + ":" + users;
 }
 
 }  // namespace
 
 int run_under_trap(const run_options& options, const program_call& program) {
   const std::string host_library = fmt::format("libquern_trap_{}.so", VL_BITS);
-  const std::string preload = preload_list(library_folder(options.lib_dir, host_library, "build them"), host_library);
+  const users_libraries users = find_users_libraries();
+  const std::string preload =
+      preload_list(library_folder(options.lib_dir, host_library, "build them"), host_library, users.programs);
   const std::string& name = program.arguments.front();
   if (!needs_emulator) {
-    set_trace_path(options.trace);
     setenv("LD_PRELOAD", preload.c_str(), 1);
-    return run_to_end(program.file, program.arguments, name);
+    return run_to_end({program.file, program.arguments, name}, options.trace);
   }
   const fs::path emulator = find_emulator();
   std::vector<std::string> arguments{emulator.string(), "-cpu", "max,sve=off,sme=off", "-E", "LD_PRELOAD=" + preload};
   if (const std::string root = library_root(); !root.empty()) arguments.insert(arguments.end(), {"-L", root});
   arguments.insert(arguments.end(), {"-0", name, program.file.string()});
   arguments.insert(arguments.end(), program.arguments.begin() + 1, program.arguments.end());
-  set_trace_path(options.trace);
-  return run_to_end(emulator, arguments, name);
+  if (users.emulators.empty())
+    unsetenv("LD_PRELOAD");
+  else
+    setenv("LD_PRELOAD", users.emulators.c_str(), 1);
+  return run_to_end({emulator, arguments, name}, options.trace);
 }
 
 }  // namespace quern

@@ -21,8 +21,9 @@ constinit std::atomic<std::uint64_t> next_count{0};
 struct thread_trace {
   trace_chunk* chunk;
   unsigned calls;  // of trace_mem that the thread is in
+  bool in_region;  // whether it counts among the file's open regions
 };
-constinit thread_local thread_trace mine{nullptr, 0};
+constinit thread_local thread_trace mine{nullptr, 0, false};
 
 stored_record* reserve_slot(trace_chunk* chunk) {
   if (chunk == nullptr) return nullptr;
@@ -65,6 +66,12 @@ stored_record* reserve_slot_in_new_chunk() {
   return reserve_slot(mine.chunk);
 }
 
+void pass_marker(bool starts) {
+  if (starts == mine.in_region) return;
+  mine.in_region = starts;
+  note_region(starts);
+}
+
 void store(stored_record& slot, const sve_mem_ref_t& record) {
   slot.count = record.count;
   slot.tid = record.tid;
@@ -101,6 +108,7 @@ void trace_mem(const sve_mem_ref_t& record) {
   stored_record* slot = reserve_slot(mine.chunk);
   if (slot == nullptr) slot = reserve_slot_in_new_chunk();
   if (slot != nullptr) store(*slot, record);
+  if (record.tid >= tid_stop_marker) pass_marker(record.tid == tid_start_marker);
   std::atomic_signal_fence(std::memory_order_seq_cst);
   --mine.calls;
 }
@@ -110,5 +118,6 @@ void quern_trace_forked() {
   if (!leave_parents_trace()) return;
   if (mine.chunk != nullptr && mine.calls == 0) unmap_chunk(mine.chunk);
   mine.chunk = nullptr;
+  mine.in_region = false;
   next_count = 0;
 }

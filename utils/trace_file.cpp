@@ -205,9 +205,14 @@ void stop_trace(int error) {
   phase seen = phase::open;
   if (!trace.now.compare_exchange_strong(seen, phase::stopped)) return;
   std::atomic_ref(trace.header->stop_error).store(static_cast<std::uint32_t>(error));
-  print_line(begin_message() << "the trace file " << trace.name.view() << " can't be extended: " << error_text(error)
-                             << "; the program runs on, and the records so far are kept (set QUERN_TRACE to a path "
-                                "with more room)");
+  message_text& message = begin_message() << "the trace file " << trace.name.view();
+  if (error == ENOENT || error == ESTALE)
+    message << " is not there any more; the program runs on without a trace, and the records so far are lost if the "
+               "file was removed";
+  else
+    message << " can't be extended: " << error_text(error)
+            << "; the program runs on, and the records so far are kept (set QUERN_TRACE to a path with more room)";
+  print_line(message);
 }
 
 // Tries the name that is free for this process alone, so that two processes never meet in the attempt.
@@ -274,6 +279,10 @@ trace_chunk* map_chunk() {
 bool trace_stopped() { return trace.now.load(std::memory_order_relaxed) == phase::stopped; }
 
 void unmap_chunk(trace_chunk* chunk) { munmap(chunk, trace_chunk_size); }
+
+void note_region(bool is_open) {
+  if (trace.header != nullptr) std::atomic_ref(trace.header->open_regions).fetch_add(is_open ? 1 : -1u);
+}
 
 void finish_trace() {
   if (trace.now.load(std::memory_order_acquire) == phase::open) std::atomic_ref(trace.header->finished).store(1);

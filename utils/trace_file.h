@@ -15,6 +15,9 @@ bool set_up_trace(const char* application);
 trace_chunk* map_chunk();
 void unmap_chunk(trace_chunk* chunk);
 
+// Notes in the file that a thread is in a region of interest from now on, or no longer.
+void note_region(bool is_open);
+
 // Notes in the file that the program ended in good order.
 void finish_trace();
 

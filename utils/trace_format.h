@@ -26,11 +26,12 @@ struct trace_file_header {
   std::uint32_t page_size;
   std::uint64_t start_time;  // nanoseconds since 1970, UTC
   std::uint64_t process;
-  std::uint64_t parent;      // process number of the parent
-  std::uint64_t chunks;      // the file is at least that many chunks long, unless it was cut
-  std::uint32_t finished;    // 1 once the program has ended in good order
-  std::uint32_t stop_error;  // the errno that ended the trace before the program, or 0
-  std::uint8_t reserved[48];
+  std::uint64_t parent;        // process number of the parent
+  std::uint64_t chunks;        // the file is at least that many chunks long, unless it was cut
+  std::uint32_t finished;      // 1 once the program has ended in good order
+  std::uint32_t stop_error;    // the errno that ended the trace before the program, or 0
+  std::uint32_t open_regions;  // threads that have executed a start marker and no stop marker after it
+  std::uint8_t reserved[44];
   char application[384];  // ended by a 0
 };
 

@@ -101,6 +101,12 @@ std::size_t trace_reader::open_file::read_at(std::uint64_t offset, void* to, std
   return done;
 }
 
+std::uint64_t trace_reader::open_file::next_data(std::uint64_t offset) const {
+  const off_t data = lseek(descriptor, static_cast<off_t>(offset), SEEK_DATA);
+  if (data >= 0) return static_cast<std::uint64_t>(data);
+  return errno == ENXIO ? std::max(offset, size) : offset;
+}
+
 trace_reader::trace_reader(const std::string& path) : file_(path) {
   read_header();
   if (header_.magic != 0) walk_chunks();
@@ -135,6 +141,11 @@ void trace_reader::walk_chunks() {
   std::uint64_t highest = 0;
   for (std::uint64_t number = 0; number * header_.chunk_size < room; ++number) {
     const chunk_records chunk = read_chunk(number);
+    if (!chunk.is_used) {  // the next that is may lie far behind a hole in the file
+      const std::uint64_t data = file_.next_data(header_.header_size + (number + 1) * header_.chunk_size);
+      number = (data - header_.header_size) / header_.chunk_size - 1;
+      continue;
+    }
     summary_.incomplete += chunk.incomplete;
     summary_.damaged_chunks += chunk.damaged;
     if (chunk.records.empty()) continue;
@@ -154,7 +165,8 @@ trace_reader::chunk_records trace_reader::read_chunk(std::uint64_t number) const
   trace_chunk_header header{};
   if (size < sizeof header) return chunk;
   std::memcpy(&header, bytes.data(), sizeof header);
-  chunk.damaged = header.magic != 0 && header.magic != chunk_magic;
+  chunk.is_used = header.magic != 0;
+  chunk.damaged = chunk.is_used && header.magic != chunk_magic;
   if (header.magic != chunk_magic) return chunk;
   const std::size_t slots = std::min<std::size_t>(header.count, (size - sizeof header) / sizeof(stored_record));
   chunk.records.reserve(slots);

@@ -61,6 +61,7 @@ class trace_reader {
     open_file(const open_file&) = delete;
     open_file& operator=(const open_file&) = delete;
     std::size_t read_at(std::uint64_t offset, void* to, std::size_t wanted) const;  // answers how much there was
+    std::uint64_t next_data(std::uint64_t offset) const;  // where the file goes on after a hole; its end if nowhere
 
     std::string path;
     int descriptor;
@@ -74,6 +75,7 @@ class trace_reader {
   struct chunk_records {
     std::vector<trace_record> records;
     std::uint64_t incomplete = 0;
+    bool is_used = false;
     bool damaged = false;
   };
 

@@ -83,7 +83,9 @@ for name in new old; do
   starts "$(framework $name inpath "$([ $direct = yes ] && echo "$folder/")bin/inpath")" run --dynamorio $name inpath
   starts "$(framework $name ./program ./program " <-x> <--> <> <a b> <[a,b]>")" \
     run --dynamorio $name ./program -x -- '' 'a b' '[a,b]'
-  starts "$(framework $name ./program ./program " trace=$folder/out")" run --dynamorio $name --trace out ./program
+  starts "$(framework $name ./program ./program " trace=$folder/out")
+quern: there is no trace $folder/out: only what runs between two markers is traced (see quern run --help)" \
+    run --dynamorio $name --trace out ./program
 done
 [ -z "$(ls temporary)" ] || fail "left behind: $(ls temporary)"
 [ -d root/lib ] || fail "the library root has been emptied"

@@ -2,6 +2,7 @@
 # instructions_test.sh QUERN...: what `quern decode` and `quern list` print, and how they end. QUERN... is the command,
 # with an emulator before it if need be.
 . "$(dirname "$0")/expect.sh" "$@"
+enter_folder
 
 add='04220020
   thunk    VecU8AddVVX
@@ -68,6 +69,10 @@ expect 2 "$(no_word 0x-1)" decode 0x-1
 expect 2 "$(no_word '04 ')" decode '04 '
 expect 2 "$(no_word '')" decode ''
 expect 2 "$(no_word zz)" decode - <<<'04220020 zz'
+expect 2 "$(no_word 'a\x00b' | tr -d '\0')" decode - < <(printf 'a\0b')
+expect 2 "$(no_word '\x7fELF\x02\x01\xff')" decode - < <(printf '\x7fELF\2\1\xff')
+expect 2 "$(no_word "$(printf '4%.0s' {1..40})...")" decode "$(printf '4%.0s' {1..100000})"
+expect 1 "quern: can't read standard input: Is a directory" decode - </
 expect 2 'quern: WORD is required (see quern decode --help)' decode
 expect 2 'quern: --route: fast not in {direct,library,none} (see quern list --help)' list --route fast
 expect 2 'quern: --format: xml not in {text,csv,jsonl,markdown} (see quern list --help)' list --format xml
@@ -109,4 +114,20 @@ wants_count 1484 list --format csv # with a heading
 wants_count 803 list --route direct
 wants_count 644 list --route library
 wants_count 36 list --route none
+# Output that can't be written is said so, unless its reader has seen enough.
+for arguments in list 'decode 04220020' --help --version 'list --help'; do
+  # shellcheck disable=SC2086
+  status=0 && "${quern[@]}" $arguments >/dev/full 2>errors || status=$?
+  [ $status = 1 ] && [ "$(<errors)" = "quern: can't write the output: No space left on device" ] ||
+    fail "$arguments >/dev/full: status $status, $(<errors)"
+  # shellcheck disable=SC2086
+  status=0 && "${quern[@]}" $arguments 2>errors >&- || status=$?
+  [ $status = 1 ] && [ "$(<errors)" = "quern: can't write the output: Bad file descriptor" ] ||
+    fail "$arguments >&-: status $status, $(<errors)"
+done
+for arguments in list 'list --format jsonl'; do
+  # shellcheck disable=SC2086
+  status=0 && "${quern[@]}" $arguments 2>errors | head -1 >/dev/null || status=$?
+  [ $status = 0 ] && [ ! -s errors ] || fail "$arguments | head: status $status, $(<errors)"
+done
 [ "$failures" = 0 ]

@@ -77,10 +77,24 @@ for format in text csv jsonl; do
   [ $status = 0 ] && [ ! -s errors ] || fail "dump | head: status $status, $(cat errors)"
   [ "$("${quern[@]}" trace dump --format $format large | tail -1 | grep -c 20006)" = 1 ] || fail "dump: the last record"
 done
-status=0
-"${quern[@]}" trace dump large >/dev/full 2>errors || status=$?
-[ $status = 1 ] && [ "$(cat errors)" = "quern: can't write the records: No space left on device" ] ||
-  fail "dump >/dev/full: status $status, $(cat errors)"
+for command in info dump; do
+  status=0
+  "${quern[@]}" trace $command large >/dev/full 2>errors || status=$?
+  [ $status = 1 ] && [ "$(cat errors)" = "quern: can't write the output: No space left on device" ] ||
+    fail "$command >/dev/full: status $status, $(cat errors)"
+done
+
+# A hole of 100 GB is passed over.
+cp small holes && truncate -s 100G holes
+timeout 10 "${quern[@]}" trace info holes | grep -q '^records        7$' || fail "info: a file with a hole"
+
+# Neither a program's name nor an open region goes unseen.
+cp small renamed
+printf 'a\33[31mb\0' | dd of=renamed bs=1 seek=128 conv=notrunc status=none
+printf '\2' | dd of=renamed bs=1 seek=80 conv=notrunc status=none
+"${quern[@]}" trace info renamed >printed
+grep -qxF 'program        a\x1b[31mb' printed || fail "info: $(grep ^program printed)"
+grep -qx '  markers      1 start, 1 stop, 2 regions left open' printed || fail "info: $(grep markers printed)"
 
 touch empty
 echo 'some text that is no trace' >text

@@ -299,6 +299,7 @@ TEST_F(Place, AFileThatAnotherTookThePlaceOfIsLeftAlone) {
   });
   EXPECT_TRUE(end.ended_well()) << end.status;
   EXPECT_EQ(end.lines(), 1) << end.errors;
+  EXPECT_NE(end.errors.find("is not there any more"), std::string::npos) << end.errors;
   EXPECT_EQ(fs::file_size("trace"), 9u);
   EXPECT_EQ(records_in("moved"), trace_chunk_records);
 }

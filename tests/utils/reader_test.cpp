@@ -188,6 +188,20 @@ TEST_F(Reading, AChunkWithoutItsMarkIsDamagedAndTheOthersAreRead) {
   EXPECT_EQ(reader.summary().records, 3u);
 }
 
+TEST_F(Reading, ChunksBehindAHoleAreRead) {
+  const std::string path = two_threads();
+  const std::uint64_t header = trace_reader(path).header().header_size, far = std::uint64_t{1} << 36;
+  std::string chunk(trace_chunk_size, 0);
+  std::ifstream(path, std::ios::binary)
+      .seekg(static_cast<std::streamoff>(header + trace_chunk_size))
+      .read(chunk.data(), trace_chunk_size);
+  overwrite(path, header + trace_chunk_size, std::string(trace_chunk_size, 0).data(), trace_chunk_size);
+  overwrite(path, header + far, chunk.data(), chunk.size());
+  const trace_reader reader(path);
+  EXPECT_EQ(reader.summary().records, 7u);
+  EXPECT_FALSE(reader.is_cut());
+}
+
 TEST_F(Reading, ACountOfSlotsBeyondTheChunkIsCutDown) {
   const std::string path = two_threads();
   const std::uint32_t many = 0xFFFFFFFF;

@@ -187,6 +187,51 @@ TEST_F(Recording, TheHeaderTellsWhoseTraceItIs) {
   EXPECT_EQ(reader.header().finished, 1u);
 }
 
+void pass_marker(std::uint32_t tid) {
+  sve_mem_ref_t record{};
+  record.count = incr_count();
+  record.tid = tid;
+  trace_mem(record);
+}
+
+TEST_F(Recording, ThreadsThatAreInARegionAreCounted) {
+  const child_end end = run([] {
+    setenv("QUERN_TRACE", "trace", 1);
+    if (!sve_init(0, "")) return 1;
+    pass_marker(tid_stop_marker);  // without a start: no region
+    std::thread(pass_marker, tid_start_marker).join();
+    pass_marker(tid_start_marker);
+    pass_marker(tid_start_marker);
+    if (trace_reader("trace").header().open_regions != 2) return 2;
+    pass_marker(tid_stop_marker);
+    sve_exit();
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
+  EXPECT_EQ(trace_reader(only_file()).header().open_regions, 1u);
+}
+
+TEST_F(Recording, ARegionThatAForkedChildLeavesIsItsParents) {
+  const child_end end = run([] {
+    if (!sve_init(0, "")) return 1;
+    pass_marker(tid_start_marker);
+    const pid_t process = fork();
+    if (process == 0) {
+      store_records(1);
+      pass_marker(tid_stop_marker);
+      _exit(0);
+    }
+    waitpid(process, nullptr, 0);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
+  for (const fs::path& file : files()) {
+    const trace_reader reader(file.string());
+    EXPECT_EQ(reader.header().open_regions,
+              reader.header().process == static_cast<std::uint64_t>(end.process) ? 1u : 0u);
+  }
+}
+
 // The bytes of a small file, field by field, as docs/trace-format.md gives them.
 TEST_F(Recording, TheFileIsLaidOutAsDocumented) {
   const child_end end = run([] {
