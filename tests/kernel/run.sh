@@ -3,43 +3,57 @@
 # processor that has it; both must print the same and end in the same way. What the processor emulator's user mode plays
 # in the kernel's place (signals, threads, process calls), the kernel itself does here. It prints "N passed, N failed".
 #   tests/kernel/run.sh BUILD PROGRAM...
-# BUILD is the folder of an AArch64 build, a PROGRAM one of its programs' files. scripts/setup --kernel has brought the
-# kernel to build/kernel/.
+# BUILD is the folder of an AArch64 build, a PROGRAM one of its programs' files, or a script (*.gdb) for the debugger,
+# which finds the programs in /programs. Ends with status 77 where there is no kernel: scripts/setup brings it to
+# build/kernel/. From the environment:
+#   QUERN_ARGUMENT  an argument for the programs
+#   QUERN_LIMIT     the seconds that each may take; 120 unless told
 . "$(dirname "$0")/../../scripts/common.sh"
 
 build=$1
 shift
-kernel=build/kernel
-system=$(find $kernel/root/boot -name 'vmlinuz-*' | sort -V | tail -1)
-[ -n "$system" ] || die "there is no kernel: run scripts/setup --kernel"
+root=build/kernel/root
+system=$(find $root/boot -name 'vmlinuz-*' 2>/dev/null | sort -V | tail -1)
+if [ -z "$system" ] || ! command -v qemu-system-aarch64 >/dev/null || ! command -v cpio >/dev/null; then
+  echo "LEFT OUT: there is no kernel, or no machine emulator to run it; scripts/setup brings them."
+  exit 77
+fi
 host=$(find "$build/lib" -name 'libquern_trap_*.so')
 vector_bits=${host##*_} vector_bits=${vector_bits%.so}
+limit=${QUERN_LIMIT:-120}
 libraries=/usr/aarch64-linux-gnu/lib
 [ "$cross" = yes ] || libraries=/lib/aarch64-linux-gnu
+log=$build/kernel
+mkdir -p "$log"
 
 image=$(mktemp -d)
 trap 'rm -rf "$image"' EXIT
-mkdir -p "$image"/{bin,dev,lib,proc,programs,quern,sys,tmp}
-cp $kernel/root/bin/busybox "$image/bin/"
+mkdir -p "$image"/{bin,debugger,dev,lib,proc,programs,quern,scripts,sys,tmp}
+cp $root/bin/busybox "$image/bin/"
+cp tests/kernel/init "$image/"
 cp -L $libraries/{ld-linux-aarch64.so.1,libc.so.6,libm.so.6,libgcc_s.so.1,libstdc++.so.6} "$image/lib/"
 cp "$host" "$build"/lib/libquern_utils.so "$image/quern/"
-cp "$@" "$image/programs/"
 cp "$build"/programs/libraries/*.so "$image/lib/"
-cp tests/kernel/init "$image/"
-(cd "$image" && find . | cpio -o -H newc 2>/dev/null | gzip -1) >$kernel/programs.cpio.gz
+cp "$@" "$image/programs/"
+if compgen -G "$image/programs/*.gdb" >/dev/null; then
+  mv "$image"/programs/*.gdb "$image/scripts/"
+  cp -L $root/usr/bin/gdb $root/lib/aarch64-linux-gnu/lib*.so.* $root/usr/lib/aarch64-linux-gnu/lib*.so.* "$image/debugger/"
+fi
+(cd "$image" && find . | cpio -o -H newc 2>/dev/null | gzip -1) >"$log/image.cpio.gz"
 
 # boot CPU LOG [ARGUMENTS]: the console of one run, to its end.
 boot() {
-  timeout -k 5 1500 qemu-system-aarch64 -M virt -cpu "$1" -smp 2 -m 2048 -nographic -nic none -no-reboot \
-    -kernel "$system" -initrd $kernel/programs.cpio.gz \
-    -append "console=ttyAMA0 quiet panic=-1 vector_bytes=$((vector_bits / 8)) ${3:-}" </dev/null 2>&1 |
+  timeout -k 5 $((1500 + limit)) qemu-system-aarch64 -M virt -cpu "$1" -smp 2 -m 2048 -nographic -nic none -no-reboot \
+    -kernel "$system" -initrd "$log/image.cpio.gz" \
+    -append "console=ttyAMA0 quiet panic=-1 vector_bytes=$((vector_bits / 8)) limit=$limit \
+      ${QUERN_ARGUMENT:+argument=$QUERN_ARGUMENT} ${3:-}" </dev/null 2>&1 |
     tr -d '\r' >"$2" || true
   grep -q '^@@done$' "$2" || { tail -20 "$2" >&2 && die "the run on processor $1 did not come to its end: $2"; }
 }
 # A processor without SVE, but with the half-precision instructions that a program compiled for SVE may count on.
-boot cortex-a76 $kernel/emulated.log "host=/quern/${host##*/}" &
+boot cortex-a76 "$log/emulated.log" "host=/quern/${host##*/}" &
 emulated=$!
-boot "max,sve$vector_bits=on,pauth-impdef=on" $kernel/reference.log
+boot "max,sve$vector_bits=on,pauth-impdef=on" "$log/reference.log"
 wait $emulated
 
 # What a processor with SVE is no judge of: it ends at the markers of vector_sum, and the kernel may clear vectors in a
@@ -51,9 +65,9 @@ part() { sed -n "/^@@begin $2 /,/^@@stderr/p" "$1"; }
 # as_wanted PROGRAM: whether it did what it is to do; else the difference is in the file of that name.
 as_wanted() {
   if [[ $unjudged = *" $1 "* ]]; then
-    diff <(echo "@@begin $1 0") <(part $kernel/emulated.log "$1" | head -1) >$kernel/difference
+    diff <(echo "@@begin $1 0") <(part "$log/emulated.log" "$1" | head -1) >"$log/difference"
   else
-    diff <(part $kernel/reference.log "$1") <(part $kernel/emulated.log "$1") >$kernel/difference
+    diff <(part "$log/reference.log" "$1") <(part "$log/emulated.log" "$1") >"$log/difference"
   fi
 }
 passed=0 failed=0
@@ -64,8 +78,8 @@ for program in "$@"; do
   else
     failed=$((failed + 1))
     echo "$name: < is wanted, > came under the embedded host"
-    head -20 $kernel/difference
-    sed -n "/^@@begin $name /,/^@@end/p" $kernel/emulated.log | sed -n '/^@@stderr/,$p' | head -10
+    head -20 "$log/difference"
+    sed -n "/^@@begin $name /,/^@@end/p" "$log/emulated.log" | sed -n '/^@@stderr/,$p' | head -10
   fi
 done
 echo "$passed passed, $failed failed"

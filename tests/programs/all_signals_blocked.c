@@ -1,22 +1,14 @@
-// SVE code runs while all signals are blocked: by the mask, in a handler with a full sa_mask, in a new thread, in a new
-// program; and the masks are told back as they were asked for.
+// SVE code runs while all signals are blocked: by the mask, in a handler with a full sa_mask, in a new thread; and the
+// masks are told back as they were asked for.
 #include <pthread.h>
 #include <signal.h>
-#include <spawn.h>
-#include <string.h>
-#include <sys/wait.h>
 #include <ucontext.h>
-#include <unistd.h>
 
 #include "program.h"
 #include "sve_code.h"
 
 static sigset_t in_handler, in_thread;
 static volatile bool handler_worked;
-
-static bool has_traps(const sigset_t* set) {
-  return sigismember(set, SIGILL) && sigismember(set, SIGBUS) && sigismember(set, SIGSEGV);
-}
 
 // Signals 32 and 33 are the C library's own, 9 and 19 can't be blocked, and qemu lacks the last two.
 static bool is_full(const sigset_t* set) {
@@ -63,44 +55,7 @@ static bool thread_works(void) {
   return pthread_create(&id, NULL, thread, &token) == 0 && pthread_join(id, &result) == 0 && result == &token;
 }
 
-// The program run again by its other main: tells its mask by its status.
-static int report_mask(void) {
-  sigset_t mask;
-  sigprocmask(SIG_BLOCK, NULL, &mask);
-  if (!vectors_work()) return 1;
-  return is_full(&mask) ? 40 : has_traps(&mask) ? 41 : 42;
-}
-
-static int status_of(pid_t child) {
-  int status;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-// The wanted status, or that of a program that can't be started here: qemu runs no program of the processor's but the
-// first.
-static bool ran_with(int status, int wanted) {
-  return status == wanted || status == 2 || status == 127 || status == -1;
-}
-
-static int run_again(const char* program) {
-  const pid_t child = fork();
-  if (child == 0) {
-    execl(program, program, "report", (char*)NULL);
-    _exit(2);
-  }
-  return status_of(child);
-}
-
-static int spawn_again(char* program) {
-  char* const arguments[] = {program, "report", NULL};
-  extern char** environ;
-  pid_t child;
-  return posix_spawn(&child, program, NULL, NULL, arguments, environ) == 0 ? status_of(child) : -1;
-}
-
-int main(int count, char** arguments) {
-  if (count == 2) return report_mask();
+int main(void) {
   sigset_t full, none, one, old;
   sigfillset(&full);
   sigemptyset(&none);
@@ -115,14 +70,11 @@ int main(int count, char** arguments) {
   check("thread inherits", thread_works() && !sigismember(&in_thread, SIGBUS) && sigismember(&in_thread, SIGSEGV) &&
                                sigismember(&in_thread, SIGILL) && sigismember(&in_thread, SIGUSR1));
   sigprocmask(SIG_SETMASK, &full, NULL);
-  check("run again by exec", ran_with(run_again(arguments[0]), 40));
-  check("run again by posix_spawn", ran_with(spawn_again(arguments[0]), 40));
   pthread_sigmask(SIG_SETMASK, &one, &old);
   check("told full again", is_full(&old));
   pthread_sigmask(SIG_BLOCK, NULL, &old);
   check("told one", is_only(&old, SIGBUS));
   pthread_sigmask(SIG_SETMASK, &none, NULL);
-  check("run again with none", ran_with(run_again(arguments[0]), 42));
 
   struct sigaction action = {.sa_handler = handler}, told;
   sigfillset(&action.sa_mask);
