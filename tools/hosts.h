@@ -13,6 +13,7 @@ struct run_options {
   std::optional<std::string> trace;
   std::string lib_dir;
   std::string framework;  // the folder of DynamoRIO's package
+  bool hide_sve = false;  // from the program's questions, under the preloaded library
 };
 
 // The program's file, known to be an AArch64 program, and its arguments: the first is its name to itself.

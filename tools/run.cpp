@@ -17,6 +17,7 @@ int run_program(const std::string& host, run_options options, const std::vector<
   if (const char* const configured = std::getenv("QUERN_DYNAMORIO"); options.framework.empty() && configured != nullptr)
     options.framework = configured;
   const program_call program{find_program(command.front()), command};
+  if (options.hide_sve) setenv("QUERN_HIDE_SVE", "1", 1);
   const linkage linked = check_program(program.file);
   if (host == "dynamorio" || (host == "auto" && !options.framework.empty()))
     return run_under_framework(options, program);
@@ -46,6 +47,10 @@ void add_run_command(CLI::App& app, int& status) {
       ->type_name("DIR");
   run->add_option("--lib-dir", options->lib_dir, "Where the emulator's libraries are (else QUERN_LIB_DIR names it)")
       ->type_name("DIR");
+  run->add_flag(
+      "--hide-sve", options->hide_sve,
+      "Tell a program that asks that the processor has no SVE, so that libraries that choose their code at run "
+      "time don't choose SVE; of use to --host trap only, as DynamoRIO never tells of it");
   run->footer(
       "Usage: quern run [OPTIONS] -- PROGRAM [ARGUMENTS...]\n"
       "Traced is what runs between the program's marker instructions, which are a start and a stop for each thread:\n"

@@ -27,7 +27,7 @@ offers 'run' quern ru
 offers 'trace' quern tr
 offers 'info' quern trace i
 offers '--version' quern --v
-offers '--help --host' quern run --h
+offers '--help --host --hide-sve' quern run --h
 offers 'dynamorio' quern run --host d
 offers 'dynamorio' quern run --host = d
 offers 'text csv jsonl' quern trace dump --format ''

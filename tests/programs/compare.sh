@@ -1,11 +1,12 @@
 #!/bin/sh
-# compare.sh PROGRAM: runs a program under the embedded host and, where there is one, on a processor with SVE; both must
-# print the same and end in the same way. Without a reference the program's own judgement is all. From the environment:
+# compare.sh PROGRAM [ARGUMENTS...]: runs a program under the embedded host and, where there is one, on a processor with
+# SVE; both must print the same and end in the same way. Without a reference the program's own judgement is all. From the environment:
 #   QUERN_HOST       the embedded host's shared object
 #   QUERN_EMULATOR   how to run a program on a processor without SVE; empty when this is one
 #   QUERN_REFERENCE  how to run it on a processor with SVE; empty when there is none
 set -u
 program=$1
+shift
 name=$(basename "$program")
 folder=$(mktemp -d) || exit 2
 trap 'rm -rf "$folder"' EXIT
@@ -24,9 +25,9 @@ limit="timeout -k 1 ${QUERN_LIMIT:-120}"
 # The commands in the variables are lists of words.
 # shellcheck disable=SC2086
 if [ -n "$QUERN_EMULATOR" ]; then
-  $limit $QUERN_EMULATOR -E LD_PRELOAD="$QUERN_HOST" "$program" >emulated.out 2>emulated.err
+  $limit $QUERN_EMULATOR -E LD_PRELOAD="$QUERN_HOST" "$program" "$@" >emulated.out 2>emulated.err
 else
-  $limit env LD_PRELOAD="$QUERN_HOST" "$program" >emulated.out 2>emulated.err
+  $limit env LD_PRELOAD="$QUERN_HOST" "$program" "$@" >emulated.out 2>emulated.err
 fi
 status=$?
 cat emulated.out emulated.err
@@ -41,7 +42,7 @@ fi
 [ -n "$QUERN_REFERENCE" ] || exit 0
 
 # shellcheck disable=SC2086
-$limit $QUERN_REFERENCE "$program" >reference.out 2>reference.err
+$limit $QUERN_REFERENCE "$program" "$@" >reference.out 2>reference.err
 reference_status=$?
 if [ "$reference_status" != "$status" ]; then
   echo "$name ended with status $reference_status on a processor with SVE, with $status under the embedded host."

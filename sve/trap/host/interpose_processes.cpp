@@ -6,6 +6,7 @@
 
 #include "sve/trap/host/export.h"
 #include "sve/trap/host/next.h"
+#include "sve/trap/host/shown_processor.h"
 #include "sve/trap/host/start.h"
 #include "sve/trap/host/thread_signals.h"
 
@@ -17,6 +18,7 @@ template <typename Result>
 struct thread_start {
   Result (*routine)(void*);
   void* argument;
+  bool inherits_vector_length;
 };
 
 // The kernel gave the thread its creator's mask in full: a SIGILL in it is to be held instead.
@@ -25,6 +27,7 @@ Result run_thread(void* start) {
   const thread_start<Result> copy = *static_cast<thread_start<Result>*>(start);
   std::free(start);
   adopt_kernel_mask();
+  set_inherits_vector_length(copy.inherits_vector_length);
   return copy.routine(copy.argument);
 }
 
@@ -32,7 +35,7 @@ template <typename Result, typename Create>
 int create_thread(Result (*routine)(void*), void* argument, int out_of_memory, Create create) {
   auto* const start = static_cast<thread_start<Result>*>(std::malloc(sizeof(thread_start<Result>)));
   if (!start) return out_of_memory;
-  *start = {routine, argument};
+  *start = {routine, argument, inherits_vector_length()};
   const inherited_mask mask;
   const int result = create(run_thread<Result>, start);
   if (result != 0) std::free(start);
@@ -62,14 +65,15 @@ using namespace quern;
 // A thread's attributes may hold a mask of their own.
 QUERN_EXPORT int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*routine)(void*),
                                 void* argument) noexcept(false) {
-  if (!held_signals() && !attributes) return next().pthread_create(thread, attributes, routine, argument);
+  if (!held_signals() && !attributes && !inherits_vector_length())
+    return next().pthread_create(thread, attributes, routine, argument);
   return create_thread(routine, argument, EAGAIN, [&](void* (*run)(void*), void* start) {
     return next().pthread_create(thread, attributes, run, start);
   });
 }
 
 QUERN_EXPORT int thrd_create(thrd_t* thread, thrd_start_t routine, void* argument) {
-  if (!held_signals()) return next().thrd_create(thread, routine, argument);
+  if (!held_signals() && !inherits_vector_length()) return next().thrd_create(thread, routine, argument);
   return create_thread(routine, argument, int{thrd_nomem},
                        [&](int (*run)(void*), void* start) { return next().thrd_create(thread, run, start); });
 }

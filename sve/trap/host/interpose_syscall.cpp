@@ -1,7 +1,8 @@
-// syscall(), by which a program changes its mask and actions behind the C library's back. Those calls go the way of the
-// library's own; all others to the kernel as they are.
+// syscall(), by which a program changes its mask and actions behind the C library's back, and prctl(). The calls that
+// are this host's to answer go the way of the library's own functions; all others to the kernel as they are.
 #include <errno.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 
 #include "sve/trap/host/export.h"
@@ -9,7 +10,8 @@
 #include "sve/trap/host/thread_signals.h"
 
 // In assembly, since some calls (vfork) must not find a frame of ours on the stack. The numbers are those of
-// rt_sigaction and rt_sigprocmask; each of the two functions takes the arguments of syscall() as they stand.
+// rt_sigaction, rt_sigprocmask and prctl, and of its options for the vector length; the first two functions take the
+// arguments of syscall() as they stand.
 asm(R"(
   .text
   .globl syscall
@@ -21,6 +23,8 @@ syscall:
   b.eq quern_change_action
   cmp x0, #135
   b.eq quern_change_mask
+  cmp x0, #167
+  b.eq 1f
   mov x8, x0
   mov x0, x1
   mov x1, x2
@@ -32,10 +36,36 @@ syscall:
   cmn x0, #4095
   b.hs quern_system_call_failed
   ret
+1:
+  mov x0, x1
+  mov x1, x2
+  mov x2, x3
+  mov x3, x4
+  mov x4, x5
+  b 2f
   .cfi_endproc
   .size syscall, .-syscall
+
+  .globl prctl
+  .type prctl, %function
+prctl:
+  .cfi_startproc
+  hint #34  // BTI C
+2:
+  cmp w0, #50
+  b.eq quern_vector_length
+  cmp w0, #51
+  b.eq quern_vector_length
+  mov x8, #167
+  svc #0
+  cmn x0, #4095
+  b.hs quern_system_call_failed
+  ret
+  .cfi_endproc
+  .size prctl, .-prctl
 )");
-static_assert(SYS_rt_sigaction == 134 && SYS_rt_sigprocmask == 135);
+static_assert(SYS_rt_sigaction == 134 && SYS_rt_sigprocmask == 135 && SYS_prctl == 167);
+static_assert(PR_SVE_SET_VL == 50 && PR_SVE_GET_VL == 51);
 
 using namespace quern;
 

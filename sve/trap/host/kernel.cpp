@@ -2,6 +2,7 @@
 #include "sve/trap/host/kernel.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -67,6 +68,16 @@ bool can_read(std::uint64_t address) {
   constexpr int no_change = -1;
   const auto bytes = static_cast<long>(address & ~tag & ~(sizeof(signal_set) - 1));
   return call(SYS_rt_sigprocmask, no_change, bytes, 0, sizeof(signal_set)) != -EFAULT;
+}
+
+long control_process(int option, unsigned long argument) { return call(SYS_prctl, option, long(argument)); }
+
+long read_beginning(const char* path, void* bytes, std::size_t size) {
+  const long file = call(SYS_openat, AT_FDCWD, argument(path), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return file;
+  const long read = call(SYS_read, file, argument(bytes), long(size));
+  call(SYS_close, file);
+  return read;
 }
 
 void print_error(const char* line) { call(SYS_write, STDERR_FILENO, argument(line), long(std::strlen(line))); }

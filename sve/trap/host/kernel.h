@@ -35,6 +35,12 @@ void queue_to_self(int signal, const siginfo_t& info);
 // Whether the byte at `address` can be read, found out without a fault.
 bool can_read(std::uint64_t address);
 
+// prctl with one argument.
+long control_process(int option, unsigned long argument);
+
+// Reads the file's beginning; answers how many bytes that are, at most `size`.
+long read_beginning(const char* path, void* bytes, std::size_t size);
+
 // Writes one line of text, which ends in a newline, to standard error.
 void print_error(const char* line);
 

@@ -14,6 +14,7 @@
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/own_actions.h"
 #include "sve/trap/host/probe.h"
+#include "sve/trap/host/shown_processor.h"
 #include "sve/trap/host/thread_signals.h"
 
 namespace quern {
@@ -37,6 +38,7 @@ const char* last_part(const char* path) {
 // the C library's as well, which is to give the environment and the program's name to those that ask for them.
 __attribute__((constructor(101))) void start(int argument_count, char** arguments, char** environment) {
   environ = environment;
+  show_processor(environment);
   next();
   use_memory_host({set_memory_action, can_read});
   own_trap_signals();
