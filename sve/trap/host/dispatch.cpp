@@ -6,6 +6,7 @@
 #include "sve/memory/guest_memory.h"
 #include "sve/trap/host/call_on_stack.h"
 #include "sve/trap/host/emulate.h"
+#include "sve/trap/host/held_note.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/probe.h"
 #include "sve/trap/host/signal_frame.h"
@@ -44,6 +45,7 @@ void run_handler(const signal_action& action, int signal, siginfo_t* info, ucont
   hold_signals(during);
   if (after_emulation || signal == SIGILL || blocked_in_kernel) kernel::set_mask(during & ~never_blocked);
   to_sigset(interrupted, frame.uc_sigmask);
+  note_held(frame.uc_sigmask, 0);  // the kernel leaves there what the stack held
   show_vectors(frame, vectors);
 
   const auto handler = reinterpret_cast<signal_function*>(action.handler);

@@ -1,51 +1,64 @@
-// setjmp, longjmp and their kin: a jump brings back whether SIGILL was held, with the rest of the mask.
-#include <cstdint>
-#include <cstring>
+// setjmp, getcontext and their kin: a jump or a change of context brings back whether SIGILL was held, with the rest of
+// the mask.
+#include <ucontext.h>
 
 #include "sve/trap/host/export.h"
+#include "sve/trap/host/held_note.h"
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/thread_signals.h"
 
 namespace quern {
 namespace {
 
-// Kept in the jump buffer behind the kernel's part of the saved mask, where the C library stores nothing: the mark
-// tells a noted buffer, or a copy of one, from one that was filled behind our back.
-struct jump_note {
-  std::uint64_t mark;
-  signal_set held;
-};
-
-constexpr std::uint64_t note_mark = 0x517E0B5E9A3D4C27;
-constexpr std::size_t note_offset = sizeof(sigset_t) - sizeof(jump_note);
-static_assert(note_offset >= sizeof(signal_set));
-
-unsigned char* note_place(__jmp_buf_tag& buffer) {
-  return reinterpret_cast<unsigned char*>(&buffer.__saved_mask) + note_offset;
+// Called before a long jump.
+void bring_back_held(const __jmp_buf_tag& buffer) {
+  if (buffer.__mask_was_saved) hold_signals(noted_held(buffer.__saved_mask));
 }
 
-// Called before a long jump.
-void bring_back_held(__jmp_buf_tag& buffer) {
-  if (!buffer.__mask_was_saved) return;
-  jump_note note;
-  std::memcpy(&note, note_place(buffer), sizeof note);
-  hold_signals(note.mark == note_mark ? note.held : 0);
+// Called before a context takes over. The kernel must not see a SIGILL in its mask, which one that a handler was given
+// may have, or one of the application's making: it becomes a note.
+void bring_back_held(ucontext_t& context) {
+  const signal_set mask = from_sigset(context.uc_sigmask);
+  const signal_set held = noted_held(context.uc_sigmask) | (mask & never_blocked);
+  to_sigset(mask & ~never_blocked, context.uc_sigmask);
+  note_held(context.uc_sigmask, held);
+  hold_signals(held);
 }
 
 }  // namespace
+}  // namespace quern
 
-// Called by the setjmp functions below; answers the C library's.
-extern "C" __attribute__((visibility("hidden"))) void* quern_note_jump(__jmp_buf_tag* buffer, int which) {
-  const jump_note note{note_mark, held_signals()};
-  std::memcpy(note_place(*buffer), &note, sizeof note);
+using namespace quern;
+
+// Called by the functions below with their first two arguments; each answers what they are to go on with.
+#define HIDDEN extern "C" __attribute__((visibility("hidden"), used))
+
+HIDDEN void* quern_before_setjmp(__jmp_buf_tag* buffer, void*, int which) {
+  note_held(buffer->__saved_mask, held_signals());
   return reinterpret_cast<void*>(next().setjmps[which]);
 }
 
-}  // namespace quern
+HIDDEN void* quern_before_getcontext(ucontext_t* context) {
+  note_held(context->uc_sigmask, held_signals());
+  return reinterpret_cast<void*>(next().getcontext);
+}
+
+HIDDEN void* quern_before_setcontext(ucontext_t* context) {
+  bring_back_held(*context);
+  return reinterpret_cast<void*>(next().setcontext);
+}
+
+HIDDEN void* quern_before_swapcontext(ucontext_t* from, ucontext_t* to) {
+  note_held(from->uc_sigmask, held_signals());
+  bring_back_held(*to);
+  return reinterpret_cast<void*>(next().swapcontext);
+}
+
+#undef HIDDEN
 
 // A function that returns twice can't be called by one that returns between: ours end in a jump to the C library's,
 // with the arguments, the stack and the link register as they came.
-#define SETJMP(name, which)                               \
+#define JUMP_ON(name, before, which)                      \
   asm(".text\n"                                           \
       ".globl " name "\n.type " name ", %function\n" name \
       ":\n"                                               \
@@ -57,9 +70,10 @@ extern "C" __attribute__((visibility("hidden"))) void* quern_note_jump(__jmp_buf
       "  .cfi_offset x30, -24\n"                          \
       "  stp x0, x1, [sp, #16]\n"                         \
       "  mov x29, sp\n"                                   \
-      "  mov w1, #" #which                                \
+      "  mov w2, #" #which                                \
       "\n"                                                \
-      "  bl quern_note_jump\n"                            \
+      "  bl " before                                      \
+      "\n"                                                \
       "  mov x16, x0\n"                                   \
       "  ldp x0, x1, [sp, #16]\n"                         \
       "  ldp x29, x30, [sp], #32\n"                       \
@@ -69,12 +83,13 @@ extern "C" __attribute__((visibility("hidden"))) void* quern_note_jump(__jmp_buf
       "  br x16\n"                                        \
       "  .cfi_endproc\n"                                  \
       "  .size " name ", . - " name "\n")
-SETJMP("__sigsetjmp", 0);
-SETJMP("_setjmp", 1);
-SETJMP("setjmp", 2);
-#undef SETJMP
-
-using namespace quern;
+JUMP_ON("__sigsetjmp", "quern_before_setjmp", 0);
+JUMP_ON("_setjmp", "quern_before_setjmp", 1);
+JUMP_ON("setjmp", "quern_before_setjmp", 2);
+JUMP_ON("getcontext", "quern_before_getcontext", 0);
+JUMP_ON("setcontext", "quern_before_setcontext", 0);
+JUMP_ON("swapcontext", "quern_before_swapcontext", 0);
+#undef JUMP_ON
 
 QUERN_EXPORT void siglongjmp(sigjmp_buf buffer, int value) noexcept(false) {
   bring_back_held(*buffer);

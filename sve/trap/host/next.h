@@ -12,6 +12,7 @@
 #include <sys/select.h>
 #include <threads.h>
 #include <time.h>
+#include <ucontext.h>
 #include <unistd.h>
 
 // Every such function that is called on; the others are done by system calls.
@@ -22,6 +23,7 @@
   FUNCTION(posix_spawn) FUNCTION(posix_spawnp) FUNCTION(system) FUNCTION(pthread_create) FUNCTION(thrd_create) \
   FUNCTION(epoll_pwait) FUNCTION(epoll_pwait2) FUNCTION(ppoll) FUNCTION(pselect) FUNCTION(sigsuspend) \
   FUNCTION(sigtimedwait) FUNCTION(siglongjmp) FUNCTION(longjmp) FUNCTION(_longjmp) \
+  FUNCTION(getcontext) FUNCTION(setcontext) FUNCTION(swapcontext) \
   FUNCTION(timer_create)
 // clang-format on
 
