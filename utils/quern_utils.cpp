@@ -7,6 +7,7 @@
 #include <atomic>
 
 #include "sve/memory/trace.h"
+#include "utils/chunk_packer.h"
 #include "utils/trace_file.h"
 #include "utils/undisturbed.h"
 
@@ -16,21 +17,28 @@ namespace {
 constinit std::atomic<std::uint64_t> next_count{0};
 
 // The calling thread's chunk. Signal handlers of the application may trace while the thread is itself in trace_mem, so
-// slots are given out by the chunk's atomic counter, and a chunk is only unmapped when no outer call may hold a slot of
-// it; one that such a handler filled stays mapped.
+// slots are given out by the chunk's atomic counter, and a chunk is only packed or unmapped when no outer call may hold
+// a slot of it; one that such a handler filled stays mapped, and its records stay in it.
 struct thread_trace {
   trace_chunk* chunk;
+  chunk_packer packer;
   unsigned calls;  // of trace_mem that the thread is in
   bool in_region;  // whether it counts among the file's open regions
 };
-constinit thread_local thread_trace mine{nullptr, 0, false};
+constinit thread_local thread_trace mine{};
 
-stored_record* reserve_slot(trace_chunk* chunk) {
-  if (chunk == nullptr) return nullptr;
+struct reserved_slot {
+  stored_record* record = nullptr;
+  std::uint32_t generation = 0;  // of its chunk, which stays as long as a call holds the slot
+};
+
+reserved_slot reserve_slot(trace_chunk* chunk) {
+  if (chunk == nullptr) return {};
   const std::atomic_ref count(chunk->header.count);
-  if (count.load(std::memory_order_relaxed) >= trace_chunk_records) return nullptr;
+  if (count.load(std::memory_order_relaxed) >= trace_chunk_records) return {};
   const std::uint32_t slot = count.fetch_add(1, std::memory_order_relaxed);
-  return slot < trace_chunk_records ? &chunk->records[slot] : nullptr;
+  if (slot >= trace_chunk_records) return {};
+  return {&chunk->records[slot], chunk->header.generation};
 }
 
 // Gives the mapping back when a thread ends; the chunk stays in the file.
@@ -51,17 +59,21 @@ struct thread_end {
     const undisturbed guard;
     if (mine.chunk != nullptr) unmap_chunk(mine.chunk);
     mine.chunk = nullptr;
+    mine.packer.release();
   }
 };
 constinit thread_end at_thread_end{0, false};
 
-stored_record* reserve_slot_in_new_chunk() {
-  if (trace_stopped()) return nullptr;
+reserved_slot reserve_slot_in_new_chunk() {
+  if (trace_stopped()) return {};
   const undisturbed guard;
-  if (stored_record* const slot = reserve_slot(mine.chunk)) return slot;  // a signal handler has been here
+  if (const reserved_slot slot = reserve_slot(mine.chunk); slot.record != nullptr)
+    return slot;  // a signal handler has been here
   trace_chunk* const full = mine.chunk;
+  const bool is_ours = full != nullptr && mine.calls == 1;
+  if (is_ours && mine.packer.pack(*full)) return reserve_slot(full);
   mine.chunk = map_chunk();
-  if (full != nullptr && mine.calls == 1) unmap_chunk(full);
+  if (is_ours) unmap_chunk(full);
   at_thread_end.watch_this_thread();
   return reserve_slot(mine.chunk);
 }
@@ -72,15 +84,18 @@ void pass_marker(bool starts) {
   note_region(starts);
 }
 
-void store(stored_record& slot, const sve_mem_ref_t& record) {
+bool is_marker(const sve_mem_ref_t& record) { return record.tid >= tid_stop_marker; }
+
+void store(const reserved_slot& reserved, const sve_mem_ref_t& record) {
+  stored_record& slot = *reserved.record;
   slot.count = record.count;
   slot.tid = record.tid;
   slot.group = record.group;
   slot.kind = record.kind;
-  slot.size = record.size;
+  slot.size = is_marker(record) ? nanoseconds_now() : record.size;
   slot.addr = record.addr;
   slot.pc = record.pc;
-  std::atomic_ref(slot.complete).store(1, std::memory_order_release);
+  std::atomic_ref(slot.complete).store(reserved.generation, std::memory_order_release);
 }
 
 }  // namespace
@@ -105,10 +120,10 @@ std::uint64_t incr_count() { return next_count.fetch_add(1, std::memory_order_re
 void trace_mem(const sve_mem_ref_t& record) {
   ++mine.calls;
   std::atomic_signal_fence(std::memory_order_seq_cst);
-  stored_record* slot = reserve_slot(mine.chunk);
-  if (slot == nullptr) slot = reserve_slot_in_new_chunk();
-  if (slot != nullptr) store(*slot, record);
-  if (record.tid >= tid_stop_marker) pass_marker(record.tid == tid_start_marker);
+  reserved_slot slot = reserve_slot(mine.chunk);
+  if (slot.record == nullptr) slot = reserve_slot_in_new_chunk();
+  if (slot.record != nullptr) store(slot, record);
+  if (is_marker(record)) pass_marker(record.tid == tid_start_marker);
   std::atomic_signal_fence(std::memory_order_seq_cst);
   --mine.calls;
 }
@@ -118,6 +133,7 @@ void quern_trace_forked() {
   if (!leave_parents_trace()) return;
   if (mine.chunk != nullptr && mine.calls == 0) unmap_chunk(mine.chunk);
   mine.chunk = nullptr;
+  mine.packer.release();
   mine.in_region = false;
   next_count = 0;
 }

@@ -92,12 +92,6 @@ T* map_shared(int file, std::uint64_t offset, std::size_t size) {
 
 std::uint32_t header_size() { return static_cast<std::uint32_t>(sysconf(_SC_PAGESIZE)); }
 
-std::uint64_t nanoseconds_now() {
-  timespec now{};
-  clock_gettime(CLOCK_REALTIME, &now);
-  return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000 + static_cast<std::uint64_t>(now.tv_nsec);
-}
-
 void fill_header(trace_file_header& header) {
   header.version = trace_version;
   header.byte_order = trace_byte_order;
@@ -185,12 +179,13 @@ int reopen_file() {
 }
 
 // Null with errno set on failure.
-trace_chunk* extend_file(std::uint32_t number) {
+template <class Chunk>
+Chunk* extend_file(std::uint32_t number) {
   const file_descriptor file(reopen_file());
   if (!file.is_open()) return nullptr;
   const std::uint64_t offset = header_size() + std::uint64_t{number} * trace_chunk_size;
   const int error = grow(file.number(), offset, trace_chunk_size);
-  if (error == 0) return map_shared<trace_chunk>(file.number(), offset, trace_chunk_size);
+  if (error == 0) return map_shared<Chunk>(file.number(), offset, trace_chunk_size);
   errno = error;
   return nullptr;
 }
@@ -213,6 +208,26 @@ void stop_trace(int error) {
     message << " can't be extended: " << error_text(error)
             << "; the program runs on, and the records so far are kept (set QUERN_TRACE to a path with more room)";
   print_line(message);
+}
+
+// Null when there is no trace any more.
+template <class Chunk>
+Chunk* new_chunk(std::uint64_t magic) {
+  if (!file_is_open()) return nullptr;
+  const std::uint32_t number = trace.next_chunk.fetch_add(1, std::memory_order_relaxed);
+  Chunk* const chunk = extend_file<Chunk>(number);
+  if (chunk == nullptr) {
+    stop_trace(errno);
+    return nullptr;
+  }
+  chunk->header.number = number;
+  chunk->header.pthread = static_cast<std::uint64_t>(pthread_self());
+  chunk->header.thread = static_cast<std::uint32_t>(gettid());
+  chunk->header.time = nanoseconds_now();
+  chunk->header.generation = 1;
+  chunk->header.magic = magic;
+  raise_to(trace.header->chunks, std::uint64_t{number} + 1);
+  return chunk;
 }
 
 // Tries the name that is free for this process alone, so that two processes never meet in the attempt.
@@ -248,6 +263,12 @@ void refuse(std::string_view value, int error) {
 
 }  // namespace
 
+std::uint64_t nanoseconds_now() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000 + static_cast<std::uint64_t>(now.tv_nsec);
+}
+
 bool set_up_trace(const char* application) {
   const undisturbed guard;
   std::strncpy(trace.application, application != nullptr ? application : "", sizeof trace.application - 1);
@@ -260,25 +281,12 @@ bool set_up_trace(const char* application) {
   return error == 0;
 }
 
-trace_chunk* map_chunk() {
-  if (!file_is_open()) return nullptr;
-  const std::uint32_t number = trace.next_chunk.fetch_add(1, std::memory_order_relaxed);
-  trace_chunk* const chunk = extend_file(number);
-  if (chunk == nullptr) {
-    stop_trace(errno);
-    return nullptr;
-  }
-  chunk->header.number = number;
-  chunk->header.pthread = static_cast<std::uint64_t>(pthread_self());
-  chunk->header.thread = static_cast<std::uint32_t>(gettid());
-  chunk->header.magic = chunk_magic;
-  raise_to(trace.header->chunks, std::uint64_t{number} + 1);
-  return chunk;
-}
+trace_chunk* map_chunk() { return new_chunk<trace_chunk>(chunk_magic); }
+packed_chunk* map_packed_chunk() { return new_chunk<packed_chunk>(packed_magic); }
 
 bool trace_stopped() { return trace.now.load(std::memory_order_relaxed) == phase::stopped; }
 
-void unmap_chunk(trace_chunk* chunk) { munmap(chunk, trace_chunk_size); }
+void unmap_chunk(void* chunk) { munmap(chunk, trace_chunk_size); }
 
 void note_region(bool is_open) {
   if (trace.header != nullptr) std::atomic_ref(trace.header->open_regions).fetch_add(is_open ? 1 : -1u);

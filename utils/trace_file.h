@@ -13,7 +13,11 @@ bool set_up_trace(const char* application);
 // A chunk of the file for the calling thread alone, or null when there is no trace any more; the first time that is so,
 // a line on standard error says why. To be called undisturbed.
 trace_chunk* map_chunk();
-void unmap_chunk(trace_chunk* chunk);
+packed_chunk* map_packed_chunk();
+void unmap_chunk(void* chunk);
+
+// Nanoseconds since 1970.
+std::uint64_t nanoseconds_now();
 
 // Notes in the file that a thread is in a region of interest from now on, or no longer.
 void note_region(bool is_open);

@@ -1,4 +1,6 @@
 // The trace file, as its writer and its reader share it: a header, then chunks of one size, each filled by one thread.
+// A thread stores its records into a chunk as they are; when that is full it packs them behind those that it has packed
+// before, and fills the chunk anew, so that a record is always in one of the two at least.
 // docs/trace-format.md tells the same to other programs. The writer maps these into memory, and goes through
 // std::atomic_ref at the fields that change under way.
 #pragma once
@@ -8,9 +10,10 @@
 
 namespace quern {
 
-inline constexpr std::uint64_t trace_magic = 0x4352544E52455551;  // "QUERNTRC"
-inline constexpr std::uint64_t chunk_magic = 0x4B4E48434E524551;  // "QERNCHNK"
-inline constexpr std::uint32_t trace_version = 1;
+inline constexpr std::uint64_t trace_magic = 0x4352544E52455551;   // "QUERNTRC"
+inline constexpr std::uint64_t chunk_magic = 0x4B4E48434E524551;   // "QERNCHNK"
+inline constexpr std::uint64_t packed_magic = 0x4B4341504E524551;  // "QERNPACK"
+inline constexpr std::uint32_t trace_version = 2;
 inline constexpr std::uint32_t trace_byte_order = 0x01020304;
 
 // At offset 0. All numbers are in the byte order of the machine that wrote them, which `byte_order` shows.
@@ -39,13 +42,14 @@ static_assert(sizeof(trace_file_header) == 512 && offsetof(trace_file_header, st
               offsetof(trace_file_header, chunks) == 64 && offsetof(trace_file_header, application) == 128);
 
 // A record as stored: the fields of sve_mem_ref_t, with the one that has no meaning there used as the mark that tells a
-// whole record from one that its thread was still writing. The mark is stored last.
+// whole record from one that its thread was still writing. The mark is stored last. A marker's size is the time at
+// which it was executed, in nanoseconds since 1970.
 struct stored_record {
   std::uint64_t count;
   std::uint32_t tid;
   std::uint32_t group;
   std::uint32_t kind;
-  std::uint32_t complete;  // 1, or 0 while the record is not whole
+  std::uint32_t complete;  // the chunk's generation, or another number while the record is not whole
   std::uint64_t size;
   std::uint64_t addr;
   std::uint64_t pc;
@@ -55,14 +59,17 @@ static_assert(sizeof(stored_record) == 48 && offsetof(stored_record, complete) =
 
 inline constexpr std::uint32_t trace_chunk_size = 64 << 10;
 
-// Chunk n is at header_size + n * chunk_size.
+// Chunk n is at header_size + n * chunk_size. It holds records or, where its magic is packed_magic, blocks of packed
+// ones.
 struct trace_chunk_header {
   std::uint64_t magic;  // 0 while the chunk is not in use
   std::uint64_t number;
   std::uint64_t pthread;  // pthread_self() of the thread; its low half is the `tid` of the thread's records
   std::uint32_t thread;   // the kernel's number of the thread
-  std::uint32_t count;    // slots given out from the front; may exceed those that there are
-  std::uint8_t reserved[32];
+  std::uint32_t count;    // slots given out from the front, may exceed those that there are; or bytes of whole blocks
+  std::uint64_t time;     // when it was begun, or begun anew: nanoseconds since 1970
+  std::uint32_t generation;  // from 1; one more each time that the chunk's records have been packed
+  std::uint8_t reserved[20];
 };
 
 static_assert(sizeof(trace_chunk_header) == 64);
@@ -76,5 +83,26 @@ struct trace_chunk {
 };
 
 static_assert(sizeof(trace_chunk) == trace_chunk_size);
+
+// Records that were packed from a chunk: those from `first_slot` on. The packed bytes follow. A block is whole once the
+// chunk's count of bytes includes it.
+struct packed_block_header {
+  std::uint32_t size;  // bytes, this header and an end of 0 to 7 unused ones included
+  std::uint32_t records;
+  std::uint32_t source;      // the chunk's number
+  std::uint32_t generation;  // of that chunk
+  std::uint64_t time;        // of that chunk
+  std::uint32_t first_slot;
+  std::uint32_t packed_bytes;
+};
+
+static_assert(sizeof(packed_block_header) == 32);
+
+struct packed_chunk {
+  trace_chunk_header header;
+  unsigned char blocks[trace_chunk_size - sizeof(trace_chunk_header)];
+};
+
+static_assert(sizeof(packed_chunk) == trace_chunk_size);
 
 }  // namespace quern

@@ -1,5 +1,5 @@
-// Reading of trace files. The first walk notes each chunk's lowest count; then the chunks that overlap are merged, so
-// that a file larger than memory can be read in order.
+// Reading of trace files. The first walk notes the lowest count of each place that holds records; then the places that
+// overlap are merged, so that a file larger than memory can be read in order.
 #include "utils/trace_reader.h"
 
 #include <fcntl.h>
@@ -9,8 +9,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <memory>
 
 #include "sve/memory/trace.h"
+#include "utils/record_packing.h"
 
 namespace quern {
 namespace {
@@ -26,20 +28,23 @@ trace_kind kind_of(const stored_record& stored) {
 }
 
 trace_record record_of(const stored_record& stored, std::uint32_t thread) {
+  const trace_kind kind = kind_of(stored);
+  const bool is_marker = kind == trace_kind::start_marker || kind == trace_kind::stop_marker;
   return {.count = stored.count,
-          .size = stored.size,
+          .size = is_marker ? 0 : stored.size,
           .addr = stored.addr,
           .pc = stored.pc,
           .group = stored.group,
+          .time = is_marker ? stored.size : 0,
           .thread = thread,
-          .kind = kind_of(stored)};
+          .kind = kind};
 }
 
 // Why a header can't be followed, or empty.
 std::string complaint(const trace_file_header& header) {
   if (header.byte_order != trace_byte_order) return "was written on a machine of the other byte order";
-  if (header.version != trace_version)
-    return "has format version " + std::to_string(header.version) + "; this quern reads version " +
+  if (header.version == 0 || header.version > trace_version)
+    return "has format version " + std::to_string(header.version) + "; this quern reads versions 1 to " +
            std::to_string(trace_version);
   if (header.record_size != sizeof(stored_record) || header.chunk_header_size != sizeof(trace_chunk_header) ||
       header.chunk_size < least_chunk_size || header.chunk_size > most_chunk_size ||
@@ -138,65 +143,121 @@ void trace_reader::read_header() {
 void trace_reader::walk_chunks() {
   const std::uint64_t room = file_.size - std::min<std::uint64_t>(file_.size, header_.header_size);
   cut_ = room / header_.chunk_size < header_.chunks || file_.size < header_.header_size;
-  std::uint64_t highest = 0;
+  std::vector<place> unpacked;  // which of their records count is known when all blocks are
   for (std::uint64_t number = 0; number * header_.chunk_size < room; ++number) {
-    const chunk_records chunk = read_chunk(number);
-    if (!chunk.is_used) {  // the next that is may lie far behind a hole in the file
-      const std::uint64_t data = file_.next_data(header_.header_size + (number + 1) * header_.chunk_size);
-      number = (data - header_.header_size) / header_.chunk_size - 1;
-      continue;
+    const std::uint64_t offset = chunk_offset(number);
+    trace_chunk_header header{};
+    if (file_.read_at(offset, &header, sizeof header) < sizeof header) break;
+    if (header.magic == 0) {  // the next that is in use may lie far behind a hole in the file
+      number = (file_.next_data(chunk_offset(number + 1)) - header_.header_size) / header_.chunk_size - 1;
+    } else if (header.magic == packed_magic && header_.version > 1) {
+      walk_blocks(offset, header);
+    } else if (header.magic == chunk_magic) {
+      unpacked.push_back({.offset = offset, .thread = header.thread});
+    } else {
+      ++summary_.damaged_chunks;
     }
-    summary_.incomplete += chunk.incomplete;
-    summary_.damaged_chunks += chunk.damaged;
-    if (chunk.records.empty()) continue;
-    for (const trace_record& record : chunk.records) add(summary_, record);
-    places_.push_back({chunk.records.back().count, number});
-    highest = std::max(highest, chunk.records.front().count);
   }
+  for (const place& where : unpacked) take(where);
   std::stable_sort(places_.begin(), places_.end(),
-                   [](const chunk_place& a, const chunk_place& b) { return a.lowest_count < b.lowest_count; });
-  if (summary_.records != 0 && highest >= summary_.records) summary_.missing = highest - summary_.records + 1;
+                   [](const place& a, const place& b) { return a.lowest_count < b.lowest_count; });
+  if (summary_.records != 0 && highest_count_ >= summary_.records)
+    summary_.missing = highest_count_ - summary_.records + 1;
 }
 
-trace_reader::chunk_records trace_reader::read_chunk(std::uint64_t number) const {
+void trace_reader::walk_blocks(std::uint64_t offset, const trace_chunk_header& chunk) {
+  const std::uint64_t end = std::min<std::uint64_t>(chunk.count, header_.chunk_size - sizeof chunk);
+  packed_block_header block{};
+  for (std::uint64_t at = 0; at < end; at += block.size) {
+    const place where{.offset = offset + sizeof chunk + at, .thread = chunk.thread, .is_packed = true};
+    if (file_.read_at(where.offset, &block, sizeof block) < sizeof block) return;  // cut off
+    if (block.size < sizeof block || block.size > end - at) {
+      ++summary_.damaged_chunks;
+      return;
+    }
+    if (where.offset + block.size > file_.size) return;
+    packed_part& part = packed_[block.source];
+    if (block.generation > part.generation) part = {block.generation, 0};
+    if (block.generation == part.generation) part.slots = std::max(part.slots, block.first_slot + block.records);
+    take(where);
+  }
+}
+
+// Sums up the records of a place, and notes where they are.
+void trace_reader::take(place where) {
+  const place_records found = read(where);
+  summary_.incomplete += found.incomplete;
+  summary_.damaged_chunks += found.damaged;
+  if (found.records.empty()) return;
+  for (const trace_record& record : found.records) add(summary_, record);
+  highest_count_ = std::max(highest_count_, found.records.front().count);
+  where.lowest_count = found.records.back().count;
+  places_.push_back(where);
+}
+
+trace_reader::place_records trace_reader::read(const place& where) const {
+  place_records found = where.is_packed ? read_block(where) : read_chunk(where);
+  std::reverse(found.records.begin(), found.records.end());
+  std::stable_sort(found.records.begin(), found.records.end(),
+                   [](const trace_record& a, const trace_record& b) { return a.count > b.count; });
+  return found;
+}
+
+trace_reader::place_records trace_reader::read_chunk(const place& where) const {
   std::vector<char> bytes(header_.chunk_size);
-  const std::size_t size = file_.read_at(header_.header_size + number * header_.chunk_size, bytes.data(), bytes.size());
-  chunk_records chunk;
+  const std::size_t size = file_.read_at(where.offset, bytes.data(), bytes.size());
+  place_records found;
   trace_chunk_header header{};
-  if (size < sizeof header) return chunk;
+  if (size < sizeof header) return found;
   std::memcpy(&header, bytes.data(), sizeof header);
-  chunk.is_used = header.magic != 0;
-  chunk.damaged = chunk.is_used && header.magic != chunk_magic;
-  if (header.magic != chunk_magic) return chunk;
+  const std::uint32_t mark = header_.version == 1 ? 1 : header.generation;
+  const auto packed = packed_.find(header.number);
+  const bool is_partly_packed = packed != packed_.end() && packed->second.generation == header.generation;
   const std::size_t slots = std::min<std::size_t>(header.count, (size - sizeof header) / sizeof(stored_record));
-  chunk.records.reserve(slots);
-  for (std::size_t slot = 0; slot != slots; ++slot) {
+  for (std::size_t slot = is_partly_packed ? packed->second.slots : 0; slot < slots; ++slot) {
     stored_record stored;
     std::memcpy(&stored, bytes.data() + sizeof header + slot * sizeof stored, sizeof stored);
-    if (stored.complete == 1)
-      chunk.records.push_back(record_of(stored, header.thread));
+    if (stored.complete == mark)
+      found.records.push_back(record_of(stored, where.thread));
     else
-      ++chunk.incomplete;
+      ++found.incomplete;
   }
-  std::reverse(chunk.records.begin(), chunk.records.end());
-  std::stable_sort(chunk.records.begin(), chunk.records.end(),
-                   [](const trace_record& a, const trace_record& b) { return a.count > b.count; });
-  return chunk;
+  return found;
 }
 
-// Opens every chunk that may hold the next record.
-void trace_reader::open_chunks_below_next() {
+trace_reader::place_records trace_reader::read_block(const place& where) const {
+  place_records found;
+  packed_block_header block{};
+  if (file_.read_at(where.offset, &block, sizeof block) < sizeof block) return found;
+  std::vector<unsigned char> bytes(std::min(block.packed_bytes, header_.chunk_size));
+  bytes.resize(file_.read_at(where.offset + sizeof block, bytes.data(), bytes.size()));
+  const unsigned char* at = bytes.data();
+  const auto model = std::make_unique<record_model>();
+  for (std::uint32_t left = block.records; left != 0; --left) {
+    stored_record stored;
+    at = unpack_record(*model, at, bytes.data() + bytes.size(), stored);
+    if (at == nullptr) {
+      found.damaged = true;
+      break;
+    }
+    found.records.push_back(record_of(stored, where.thread));
+  }
+  return found;
+}
+
+// Opens every place that may hold the next record.
+void trace_reader::open_places_below_next() {
   while (next_place_ != places_.size() &&
          (merging_.empty() || places_[next_place_].lowest_count <= merging_.front().back().count)) {
-    chunk_records chunk = read_chunk(places_[next_place_++].number);
-    if (chunk.records.empty()) continue;  // the file has changed since
-    merging_.push_back(std::move(chunk.records));
+    place_records found = read(places_[next_place_++]);
+    if (found.records.empty()) continue;  // the file has changed since
+    merging_.push_back(std::move(found.records));
     std::push_heap(merging_.begin(), merging_.end(), next_is_later);
   }
 }
 
 std::optional<trace_record> trace_reader::next() {
-  open_chunks_below_next();
+  open_places_below_next();
   if (merging_.empty()) return std::nullopt;
   std::pop_heap(merging_.begin(), merging_.end(), next_is_later);
   const trace_record record = merging_.back().back();

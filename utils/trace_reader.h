@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -25,6 +26,7 @@ struct trace_record {
   std::uint64_t addr;
   std::uint64_t pc;
   std::uint32_t group;
+  std::uint64_t time;    // of a marker: nanoseconds since 1970, or 0 where the file does not tell
   std::uint32_t thread;  // the kernel's number of the thread, also in markers
   trace_kind kind;
 };
@@ -36,7 +38,7 @@ struct trace_summary {
   std::optional<std::uint64_t> first_address, last_address;  // of the bytes that were loaded or stored
   std::uint64_t incomplete = 0;                              // records that a thread had begun and not ended
   std::uint64_t missing = 0;         // counts below the highest for which the file has no record
-  std::uint64_t damaged_chunks = 0;  // that hold something, but no chunk's header
+  std::uint64_t damaged_chunks = 0;  // that hold something, but not what a chunk has
   std::set<std::uint32_t> threads;
 };
 
@@ -67,28 +69,41 @@ class trace_reader {
     int descriptor;
     std::uint64_t size = 0;
   };
-  // A chunk that holds records.
-  struct chunk_place {
-    std::uint64_t lowest_count, number;
+  // Where records lie that one thread stored one after the other: a chunk of them, or a block of packed ones.
+  struct place {
+    std::uint64_t lowest_count = 0;
+    std::uint64_t offset = 0;  // in the file
+    std::uint32_t thread = 0;
+    bool is_packed = false;
   };
-  // A chunk's whole records by falling count, the next to be given out at the back.
-  struct chunk_records {
+  // A place's whole records by falling count, the next to be given out at the back.
+  struct place_records {
     std::vector<trace_record> records;
     std::uint64_t incomplete = 0;
-    bool is_used = false;
     bool damaged = false;
+  };
+  // How much of a chunk has been packed.
+  struct packed_part {
+    std::uint32_t generation = 0, slots = 0;
   };
 
   void read_header();
   void walk_chunks();
-  chunk_records read_chunk(std::uint64_t number) const;
-  void open_chunks_below_next();
+  void walk_blocks(std::uint64_t offset, const trace_chunk_header& header);
+  void take(place where);
+  place_records read(const place& where) const;
+  place_records read_chunk(const place& where) const;
+  place_records read_block(const place& where) const;
+  std::uint64_t chunk_offset(std::uint64_t number) const { return header_.header_size + number * header_.chunk_size; }
+  void open_places_below_next();
 
   open_file file_;
   bool cut_ = false;
   trace_file_header header_{};
   trace_summary summary_;
-  std::vector<chunk_place> places_;  // by lowest count
+  std::uint64_t highest_count_ = 0;
+  std::map<std::uint64_t, packed_part> packed_;  // by the chunk's number
+  std::vector<place> places_;                    // by lowest count
   std::size_t next_place_ = 0;
   std::vector<std::vector<trace_record>> merging_;  // a heap by the next count
 };

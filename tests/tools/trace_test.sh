@@ -38,7 +38,7 @@ expect 0 '{"count":0,"thread":'$thread',"kind":"start"}
 {"count":6,"thread":'$thread',"kind":"load","group":0,"size":8,"addr":"0xfffffffffffffff0","pc":"0x400010"}' \
   trace dump small --format jsonl
 
-bits=$("${quern[@]}" --version | sed 's/.*(\([0-9]*\)-bit.*/\1/')
+bits=$("${quern[@]}" --version | sed -n 's/.*(\([0-9]*\)-bit.*/\1/p')
 # info_of FILE_LINE END_LINE: the summary of the small trace, without the lines that differ from run to run.
 info_of() {
   printf '%s\n' "program        make_trace" "ended          $2" "vector length  $bits bits" "file           $1" \
@@ -105,8 +105,8 @@ for command in info dump; do
   expect 1 "quern: text is not a trace file" trace $command text
   expect 2 "quern: FILE is required (see quern trace $command --help)" trace $command
 done
-printf '\2' | dd of=small bs=1 seek=8 conv=notrunc status=none
-expect 1 "quern: small has format version 2; this quern reads version 1" trace info small
+printf '\3' | dd of=small bs=1 seek=8 conv=notrunc status=none
+expect 1 "quern: small has format version 3; this quern reads versions 1 to 2" trace info small
 expect 2 "quern: --format: xml not in {text,csv,jsonl} (see quern trace dump --help)" trace dump --format xml large
 expect 2 "quern: A subcommand is required (see quern trace --help)" trace
 [ "$failures" = 0 ]

@@ -159,7 +159,8 @@ TEST_F(Reading, HeadersThatCannotBeAreRefused) {
   };
   const std::string path = two_threads();
   for (const change& c : std::initializer_list<change>{
-           {offsetof(trace_file_header, version), 2, "has format version 2; this quern reads version 1"},
+           {offsetof(trace_file_header, version), 3, "has format version 3; this quern reads versions 1 to 2"},
+           {offsetof(trace_file_header, version), 0, "has format version 0; this quern reads versions 1 to 2"},
            {offsetof(trace_file_header, byte_order), 0x04030201, "was written on a machine of the other byte order"},
            {offsetof(trace_file_header, record_size), 40, "is damaged: its header gives sizes that can't be"},
            {offsetof(trace_file_header, record_size), 0, "is damaged: its header gives sizes that can't be"},

@@ -1,0 +1,220 @@
+// Packed records: each comes back as it was, in few bytes where it was to be expected, and none is lost or doubled
+// wherever the process was stopped.
+#include "utils/record_packing.h"
+
+#include <cstring>
+#include <fstream>
+#include <random>
+
+#include "tests/utils/traced_process.h"
+
+namespace quern::test {
+namespace {
+
+std::vector<unsigned char> packed(const std::vector<stored_record>& records) {
+  std::vector<unsigned char> bytes;
+  record_model model;
+  for (const stored_record& record : records) {
+    unsigned char one[most_packed_bytes];
+    bytes.insert(bytes.end(), one, pack_record(model, record, one));
+  }
+  return bytes;
+}
+
+void expect_same_after_unpacking(const std::vector<stored_record>& records) {
+  const std::vector<unsigned char> bytes = packed(records);
+  const unsigned char* at = bytes.data();
+  record_model model;
+  for (const stored_record& record : records) {
+    stored_record found;
+    at = unpack_record(model, at, bytes.data() + bytes.size(), found);
+    ASSERT_NE(at, nullptr);
+    ASSERT_EQ(std::memcmp(&found, &record, sizeof record), 0);
+  }
+  EXPECT_EQ(at, bytes.data() + bytes.size());
+}
+
+stored_record load(std::uint64_t count, std::uint32_t group, std::uint64_t size, std::uint64_t addr, std::uint64_t pc) {
+  return {
+      .count = count, .tid = 7, .group = group, .kind = MEM_LOAD, .complete = 0, .size = size, .addr = addr, .pc = pc};
+}
+
+TEST(Packing, AnyRecordsComeBack) {
+  std::mt19937_64 random(1);
+  const auto any = [&] { return random() >> random() % 64; };
+  const auto any_word = [&] { return static_cast<std::uint32_t>(random() >> 32 >> random() % 32); };
+  std::vector<stored_record> records(5000);
+  for (stored_record& record : records)
+    record = {any(), any_word(), any_word(), any_word(), 0, any(), any(), random() % 2 != 0 ? any() : random() % 4096};
+  expect_same_after_unpacking(records);
+}
+
+TEST(Packing, TheLargestDifferencesFitInTheBytesOfOneRecord) {
+  const std::uint64_t half = std::uint64_t{1} << 63;
+  const std::uint32_t all = 0xFFFFFFFF;
+  const std::vector<stored_record> records{{half, all, all, all, 0, ~std::uint64_t{0}, half, half}};
+  EXPECT_LE(packed(records).size(), most_packed_bytes);
+  expect_same_after_unpacking(records);
+}
+
+TEST(Packing, ALoopOverArraysTakesAByteARecord) {
+  std::vector<stored_record> records;
+  for (std::uint64_t i = 0; i != 1300; ++i)
+    records.push_back(load(100 + i, 0, 256, 0x7F0000000000 + i % 3 * 0x1000000 + i / 3 * 256, 0x400000 + i % 3 * 8));
+  expect_same_after_unpacking(records);
+  EXPECT_LE(packed(records).size(), records.size() + 3 * most_packed_bytes);
+}
+
+TEST(Packing, AGatherOfRandomAddressesTakesSixBytesARecord) {
+  std::mt19937 random(1);
+  std::vector<stored_record> records;
+  for (std::uint64_t i = 0; i != 1280; ++i) {
+    const std::uint32_t group = i % 64 == 0 ? 3 : i % 64 == 63 ? 6 : 2;
+    records.push_back(load(i, group, 4, 0x7F0000000000 + random() % (1 << 28), 0x400000));
+  }
+  expect_same_after_unpacking(records);
+  EXPECT_LE(packed(records).size(), 6 * records.size());
+}
+
+TEST(Packing, BytesThatEndTooSoonGiveNoRecord) {
+  const std::vector<unsigned char> bytes = packed({load(5, 3, 256, 0x7F0000000000, 0x400000)});
+  for (std::size_t size = 0; size != bytes.size(); ++size) {
+    record_model model;
+    stored_record found;
+    EXPECT_EQ(unpack_record(model, bytes.data(), bytes.data() + size, found), nullptr) << size;
+  }
+}
+
+struct PackedFile : trace_test {
+  static constexpr std::uint64_t records = trace_chunk_records + 10;
+
+  // A file of two chunks: the records that were left when the first ones were packed, and those.
+  std::string two_chunks() {
+    const child_end end = run([] {
+      setenv("QUERN_TRACE", "trace", 1);
+      if (!sve_init(0, "")) return 1;
+      store_records(records);
+      return 0;
+    });
+    EXPECT_TRUE(end.ended_well()) << end.errors;
+    const std::string path = (folder / "trace").string();
+    header_size = trace_reader(path).header().header_size;
+    EXPECT_EQ(fs::file_size(path), header_size + 2 * trace_chunk_size);
+    return path;
+  }
+  template <class Field>
+  void set(const std::string& path, std::uint64_t chunk, std::size_t offset, Field value) const {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(static_cast<std::streamoff>(header_size + chunk * trace_chunk_size + offset));
+    file.write(reinterpret_cast<const char*>(&value), sizeof value);
+  }
+  std::uint64_t header_size = 0;
+};
+
+TEST_F(PackedFile, AllRecordsComeBackInOrder) {
+  trace_reader reader(two_chunks());
+  EXPECT_EQ(reader.summary().incomplete, 0u);
+  expect_all_counts(reader, records);
+}
+
+TEST_F(PackedFile, RecordsThatWerePackedAndNotYetTakenOutOfTheirChunkAreReadOnce) {
+  const std::string path = two_chunks();
+  set<std::uint32_t>(path, 0, offsetof(trace_chunk_header, generation), 1);
+  set<std::uint32_t>(path, 0, offsetof(trace_chunk_header, count), trace_chunk_records);
+  trace_reader reader(path);
+  EXPECT_EQ(reader.summary().incomplete, 0u);
+  expect_all_counts(reader, trace_chunk_records);
+}
+
+TEST_F(PackedFile, AChunkThatWasJustMadeEmptyHasNoRecords) {
+  const std::string path = two_chunks();
+  set<std::uint32_t>(path, 0, offsetof(trace_chunk_header, count), 0);
+  trace_reader reader(path);
+  expect_all_counts(reader, trace_chunk_records);
+}
+
+TEST_F(PackedFile, ABlockThatWasBeingWrittenDoesNotCount) {
+  const std::string path = two_chunks();
+  set<std::uint32_t>(path, 1, offsetof(trace_chunk_header, count), 0);
+  set<std::uint32_t>(path, 0, offsetof(trace_chunk_header, generation), 1);
+  set<std::uint32_t>(path, 0, offsetof(trace_chunk_header, count), trace_chunk_records);
+  trace_reader reader(path);  // the ten that came later lie in the first ten's slots
+  EXPECT_EQ(reader.summary().incomplete, 10u);
+  EXPECT_EQ(reader.summary().records, trace_chunk_records - 10);
+  EXPECT_EQ(reader.next()->count, 10u);
+}
+
+TEST_F(PackedFile, ABlockWhoseSizeCannotBeIsDamage) {
+  const std::string path = two_chunks();
+  for (const std::uint32_t size : {0u, 31u, trace_chunk_size}) {
+    set<std::uint32_t>(path, 1, sizeof(trace_chunk_header), size);
+    const trace_reader reader(path);
+    EXPECT_EQ(reader.summary().damaged_chunks, 1u) << size;
+    EXPECT_EQ(reader.summary().records, 10u) << size;
+  }
+}
+
+TEST_F(PackedFile, AFileCutInItsPackedRecordsGivesTheOthers) {
+  const std::string path = two_chunks();
+  for (std::uint64_t size = header_size + 2 * trace_chunk_size - 1000; size > header_size + trace_chunk_size;
+       size -= 997) {
+    fs::resize_file(path, size);
+    trace_reader reader(path);
+    ASSERT_TRUE(reader.is_cut());
+    std::uint64_t given = 0;
+    while (const auto record = reader.next()) {
+      ASSERT_TRUE(is_whole(*record));
+      ++given;
+    }
+    ASSERT_EQ(given, reader.summary().records);
+    ASSERT_GE(given, 10u);
+  }
+}
+
+TEST_F(PackedFile, AMarkerTellsItsTime) {
+  const auto now = [] {
+    return static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch() /
+                                      std::chrono::nanoseconds(1));
+  };
+  const std::uint64_t before = now();
+  const child_end end = run([] {
+    setenv("QUERN_TRACE", "trace", 1);
+    if (!sve_init(0, "")) return 1;
+    trace_mem({incr_count(), tid_start_marker, 0, MEM_STORE, 0, 0, 0, 0});
+    store_records(trace_chunk_records);
+    trace_mem({incr_count(), tid_stop_marker, 0, MEM_STORE, 0, 0, 0, 0});
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well());
+  trace_reader reader("trace");
+  const auto start = reader.next();
+  ASSERT_TRUE(start && start->kind == trace_kind::start_marker);
+  std::optional<trace_record> last;
+  while (const auto record = reader.next()) last = record;
+  ASSERT_TRUE(last && last->kind == trace_kind::stop_marker);
+  EXPECT_LE(before, start->time);
+  EXPECT_LE(start->time, last->time);
+  EXPECT_LE(last->time, now());
+  EXPECT_EQ(last->size, 0u);
+}
+
+// A file of the first version has no packed chunks, and none of the fields that came with them.
+TEST_F(PackedFile, TheFirstVersionIsReadStill) {
+  const child_end end = run([] {
+    setenv("QUERN_TRACE", "trace", 1);
+    if (!sve_init(0, "")) return 1;
+    store_records(10);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well());
+  header_size = trace_reader("trace").header().header_size;
+  set<std::uint32_t>("trace", 0, offsetof(trace_file_header, version) - header_size, 1);
+  set<std::uint64_t>("trace", 0, offsetof(trace_chunk_header, time), 0);
+  set<std::uint32_t>("trace", 0, offsetof(trace_chunk_header, generation), 0);
+  trace_reader reader("trace");
+  EXPECT_EQ(reader.header().version, 1u);
+  expect_all_counts(reader, 10);
+}
+
+}  // namespace
+}  // namespace quern::test
