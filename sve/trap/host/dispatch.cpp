@@ -69,6 +69,14 @@ void die(int signal, siginfo_t* info, ucontext_t& frame) {
   if (is_sent(*info)) kernel::queue_to_self(signal, *info);
 }
 
+// The frame of an emulated instruction whose SIGILL came together with the signal of `frame`, and is not yet looked at;
+// null if there is none. The instruction will raise another.
+ucontext_t* frame_not_looked_at(const ucontext_t& frame) {
+  const auto& x = frame.uc_mcontext.regs;
+  if (frame_pc(frame) != reinterpret_cast<unsigned char*>(quern_on_signal) || x[0] != SIGILL) return nullptr;
+  return is_sent(*reinterpret_cast<siginfo_t*>(x[1])) ? nullptr : reinterpret_cast<ucontext_t*>(x[2]);
+}
+
 // A trap signal that is not the emulator's business.
 void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
   ucontext_t* const emulated = emulated_frame();
@@ -77,14 +85,15 @@ void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
   if (is_ignore(action) && is_sent(*info)) return;
   // A fault that is ignored or blocked ends the process all the same.
   if (!has_handler(action) || contains(held_signals(), signal)) return die(signal, info, frame);
-  if (emulated) {
+  ucontext_t* const replaced = emulated ? emulated : frame_not_looked_at(frame);
+  if (replaced) {
     // The handler is to see the application at the emulated instruction, and to resume there: this frame takes the
     // place of the other, which is left behind on the stack with all that the emulator had begun.
-    copy_frame(*emulated, frame);
+    copy_frame(*replaced, frame);
     abandon_emulation();
   }
   if (action.flags & static_cast<int>(SA_RESETHAND)) set_application_action(signal, {});
-  run_handler(action, signal, info, frame, emulated != nullptr);
+  run_handler(action, signal, info, frame, replaced != nullptr);
 }
 
 void pass_on(int signal, siginfo_t* info, ucontext_t& frame) {

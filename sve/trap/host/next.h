@@ -23,7 +23,7 @@
   FUNCTION(posix_spawn) FUNCTION(posix_spawnp) FUNCTION(system) FUNCTION(pthread_create) FUNCTION(thrd_create) \
   FUNCTION(epoll_pwait) FUNCTION(epoll_pwait2) FUNCTION(ppoll) FUNCTION(pselect) FUNCTION(sigsuspend) \
   FUNCTION(sigtimedwait) FUNCTION(siglongjmp) FUNCTION(longjmp) FUNCTION(_longjmp) \
-  FUNCTION(getcontext) FUNCTION(setcontext) FUNCTION(swapcontext) \
+  FUNCTION(getcontext) FUNCTION(setcontext) FUNCTION(swapcontext) FUNCTION(sysconf) \
   FUNCTION(timer_create)
 // clang-format on
 

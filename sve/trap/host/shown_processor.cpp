@@ -1,4 +1,4 @@
-// getauxval, and the two prctl calls that tell of the vector length and choose it.
+// getauxval, sysconf, and the two prctl calls that tell of the vector length and choose it.
 #include "sve/trap/host/shown_processor.h"
 
 #include <asm/hwcap.h>
@@ -6,6 +6,7 @@
 #include <errno.h>
 #include <sys/auxv.h>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <span>
@@ -13,6 +14,8 @@
 #include "sve/state/vector_length.h"
 #include "sve/trap/host/export.h"
 #include "sve/trap/host/kernel.h"
+#include "sve/trap/host/next.h"
+#include "sve/trap/host/vector_record.h"
 
 namespace quern {
 namespace {
@@ -55,6 +58,7 @@ int set_vector_length(unsigned long argument) {
 
 void show_processor(char** environment) {
   vector = vector_behind(environment);
+  if (Elf64_auxv_t* const stack = entry_of(vector, AT_MINSIGSTKSZ)) stack->a_un.a_val += handler_stack_bytes;
   const char* const hide = std::getenv("QUERN_HIDE_SVE");
   Elf64_auxv_t* const capabilities = entry_of(vector, AT_HWCAP);
   if ((hide && *hide) || !capabilities || (capabilities->a_un.a_val & HWCAP_SVE)) return;
@@ -78,6 +82,14 @@ QUERN_EXPORT unsigned long getauxval(unsigned long type) noexcept {
 
 // The name that compilers' libraries use.
 QUERN_EXPORT unsigned long __getauxval(unsigned long type) { return getauxval(type); }
+
+// The C library has looked at the auxiliary vector before it was changed.
+QUERN_EXPORT long sysconf(int name) noexcept {
+  constexpr long stack_in_minima = 4;
+  const long value = next().sysconf(name);
+  if (name == _SC_MINSIGSTKSZ) return value + handler_stack_bytes;
+  return name == _SC_SIGSTKSZ ? value + stack_in_minima * handler_stack_bytes : value;
+}
 
 // prctl with PR_SVE_SET_VL or PR_SVE_GET_VL.
 extern "C" __attribute__((visibility("hidden"), used)) long quern_vector_length(int option, unsigned long argument) {

@@ -4,8 +4,8 @@
 
 namespace quern {
 
-// Changes the auxiliary vector, which stands behind `environment`, so that it tells of SVE: unless the user does not
-// want that, or the processor has SVE itself.
+// Changes the auxiliary vector, which stands behind `environment`, so that it tells of SVE, unless the user does not
+// want that, or the processor has SVE itself; and of the stack that a signal handler needs.
 void show_processor(char** environment);
 
 // Whether the calling thread has set PR_SVE_VL_INHERIT, which the threads that it starts take over.

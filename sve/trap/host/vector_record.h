@@ -17,6 +17,10 @@ struct alignas(16) vector_record {
   unsigned char end[16];
 };
 
+// What a signal handler of the application takes of its stack beyond what the kernel takes: the record, the functions
+// that call the handler, and the frame of an emulated instruction in it.
+inline constexpr int handler_stack_bytes = sizeof(vector_record) + 8192;
+
 // Puts the thread's registers, with the frame's V registers as the low ends of Z, in `record`, and `record` in the
 // frame's list of records.
 void show_vectors(ucontext_t& frame, vector_record& record);
