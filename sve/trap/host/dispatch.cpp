@@ -4,9 +4,9 @@
 #include <ucontext.h>
 
 #include "sve/memory/guest_memory.h"
+#include "sve/trap/held_note.h"
 #include "sve/trap/host/call_on_stack.h"
 #include "sve/trap/host/emulate.h"
-#include "sve/trap/host/held_note.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/probe.h"
 #include "sve/trap/host/signal_frame.h"
@@ -43,6 +43,7 @@ void run_handler(const signal_action& action, int signal, siginfo_t* info, ucont
   signal_set during = interrupted | action.mask;
   if (!(action.flags & SA_NODEFER)) during |= set_of(signal);
   hold_signals(during);
+  // What holds other signals off a SIGILL's own work is to be undone; else the kernel has the mask right.
   if (after_emulation || signal == SIGILL || blocked_in_kernel) kernel::set_mask(during & ~never_blocked);
   to_sigset(interrupted, frame.uc_sigmask);
   note_held(frame.uc_sigmask, 0);  // the kernel leaves there what the stack held

@@ -2,8 +2,8 @@
 // the mask.
 #include <ucontext.h>
 
+#include "sve/trap/held_note.h"
 #include "sve/trap/host/export.h"
-#include "sve/trap/host/held_note.h"
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/thread_signals.h"
 

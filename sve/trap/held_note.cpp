@@ -1,5 +1,5 @@
 // The note is marked, to be told from what happened to be there.
-#include "sve/trap/host/held_note.h"
+#include "sve/trap/held_note.h"
 
 namespace quern {
 namespace {
