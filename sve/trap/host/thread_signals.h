@@ -3,7 +3,7 @@
 // during an emulated instruction waits here for the instruction's end.
 //
 // A held SIGILL that is sent to the whole process waits on the thread that happened to get it, though another thread
-// might have taken it; and signalfd, getcontext, setcontext and the system calls themselves are not looked after.
+// might have taken it; and signalfd and the system calls themselves are not looked after.
 #pragma once
 
 #include "sve/trap/signal_set.h"
@@ -23,8 +23,7 @@ bool hold_and_release(signal_set set);
 // The trap signals that wait.
 signal_set waiting_signals();
 
-// Keeps a trap signal that was sent. As with the kernel's own, a second one before the first is taken is
-// lost.
+// Keeps a trap signal that was sent. As with the kernel's own, a second one before the first is taken is lost.
 void keep_waiting(int signal, const siginfo_t& info);
 
 // Takes one waiting signal of `set` out, as sigwaitinfo does; answers its number, or 0 when there is none.
