@@ -19,6 +19,9 @@ target_compile_options(quern_options INTERFACE
   $<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-pragmas>  # it fuzzes; GCC's pragmas are for the product's speed
   # A handler's thread-local state is read on every access; hosts are loaded at program start, so the cheapest model holds.
   -ftls-model=initial-exec)
+# For targets whose code is partly assembly: what the assembler warns of does not work on every processor.
+add_library(quern_strict_assembly INTERFACE)
+target_compile_options(quern_strict_assembly INTERFACE -Wa,--fatal-warnings)
 target_compile_definitions(quern_options INTERFACE QUERN_VL_BITS=${VL_BITS} _GNU_SOURCE)
 target_include_directories(quern_options INTERFACE ${PROJECT_SOURCE_DIR})
 if(QUERN_SANITIZE)

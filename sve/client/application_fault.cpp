@@ -5,6 +5,8 @@
 
 #include <array>
 #include <csignal>
+#include <cstddef>
+#include <cstring>
 
 #include "sve/client/thread_state.h"
 #include "sve/decoder/memory_effect.h"
@@ -12,7 +14,7 @@
 #include "sve/memory/kept_destination.h"
 
 #ifdef __aarch64__
-// X0 points to X1 addresses, one at least, whose bytes are touched in turn; X2 and X3 are lost. The store writes what
+// X0 points to X1 addresses, one at least, whose bytes are touched in turn; X2 to X4 are lost. The store writes what
 // it has read unless another thread has written meanwhile. UDF ends them, for the case that the memory has become
 // accessible.
 asm(R"(
@@ -27,8 +29,8 @@ quern_touch_loaded:
 quern_touch_stored:
     ldr   x2, [x0], #8
 1:  ldxrb w3, [x2]
-    stxrb w3, w3, [x2]
-    cbnz  w3, 1b
+    stxrb w4, w3, [x2]
+    cbnz  w4, 1b
     sub   x1, x1, #1
     cbnz  x1, quern_touch_stored
 quern_touch_done:
@@ -50,26 +52,35 @@ namespace {
 
 constinit thread_local std::array<std::uint64_t, max_suspects> suspects{};
 
-// The application's registers in place of those that the rewritten code has changed by then. X28 is the framework's
-// care.
-void put_right(dr_mcontext_t& context, const cpu_state& state) {
-  context.r0 = state.x[0];
-  context.r1 = state.x[1];
-  context.r2 = state.x[2];
-  context.r3 = state.x[3];
-  context.r26 = state.x[26];
-  context.r27 = state.x[27];
-  context.pc = state.pc;
+// The host's own always is the application's; cpu_state has it only after the application has written it.
+std::uint32_t control_of_floating_point([[maybe_unused]] const cpu_state& state) {
+#ifdef __aarch64__
+  return static_cast<std::uint32_t>(__builtin_aarch64_get_fpcr());
+#else
+  return state.fpcr;
+#endif
 }
 
-// Goes on in the application, with an access to the bytes that can have faulted.
-[[noreturn]] void repeat_access(void* drcontext, const cpu_state& state) {
+// All of the application's registers, as they were before the instruction.
+void fill(dr_mcontext_t& context, const cpu_state& state) {
+  static_assert(offsetof(dr_mcontext_t, xsp) - offsetof(dr_mcontext_t, r0) == sizeof state.x);
+  std::memcpy(reinterpret_cast<unsigned char*>(&context) + offsetof(dr_mcontext_t, r0), state.x, sizeof state.x);
+  context.xsp = state.sp;
+  context.pc = state.pc;
+  context.nzcv = static_cast<uint>(state.nzcv);
+  context.fpcr = control_of_floating_point(state);
+  context.fpsr = state.fpsr;
+  for (std::size_t n = 0; n != 32; ++n) std::memcpy(&context.simd[n], state.z[n], 16);
+}
+
+// Goes on in the application, with an access to the bytes that can have faulted. The context is built whole: the
+// framework's own answer has some registers of the client's code, and others in the wrong places.
+[[noreturn]] void repeat_access(const cpu_state& state) {
   put_destination_back();
-  dr_mcontext_t context;
+  dr_mcontext_t context{};
   context.size = sizeof context;
   context.flags = DR_MC_ALL;
-  dr_get_mcontext(drcontext, &context);
-  put_right(context, state);
+  fill(context, state);
   context.r0 = reinterpret_cast<reg_t>(suspects.data());
   context.r1 = list_suspects(current_access, suspects);
   context.pc = current_access.kind == MEM_STORE ? quern_touch_stored : quern_touch_loaded;
@@ -85,14 +96,14 @@ aarch64_decode_rc run_handler(void* drcontext, sve_handler handler, cpu_state* s
   forget_addresses();
   aarch64_decode_rc result = DECODE_OK;
   DR_TRY_EXCEPT(
-      drcontext, { result = handler(state, word); }, { repeat_access(drcontext, *state); });
+      drcontext, { result = handler(state, word); }, { repeat_access(*state); });
   return result;
 }
 
 dr_signal_action_t event_signal(void* drcontext, dr_siginfo_t* info) {
   const unsigned char* const pc = info->mcontext->pc;
   if (pc < quern_touch_loaded || pc > quern_touch_done) return DR_SIGNAL_DELIVER;
-  put_right(*info->mcontext, *thread_state(drcontext));
+  fill(*info->mcontext, *thread_state(drcontext));
   // No signal for the application when nothing has faulted: the instruction is due again.
   return info->sig == SIGILL && pc == quern_touch_done ? DR_SIGNAL_REDIRECT : DR_SIGNAL_DELIVER;
 }

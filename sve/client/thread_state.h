@@ -9,7 +9,8 @@ namespace quern {
 // The index of the client's one field. Set once, at start-up.
 extern int tls_idx;
 
-// Thread events. The first makes the thread's cpu_state, uninitialised; the second frees it.
+// Thread events. The first makes the thread's cpu_state, uninitialised, at the start of a cache line; the second
+// frees it.
 void event_thread_init(void* drcontext);
 void event_thread_exit(void* drcontext);
 

@@ -32,7 +32,7 @@ struct Signals : client_test {
 
   // A handler begins at `handler_sp`, which interrupts code at `sp`; one ends and goes on at `sp`.
   void deliver(reg_t sp, reg_t handler_sp) {
-    const dr_mcontext_t interrupted{.r26 = 0, .r27 = 0, .xsp = sp};
+    const dr_mcontext_t interrupted{.xsp = sp};
     transfer({DR_XFER_SIGNAL_DELIVERY, &interrupted, nullptr, handler_sp, 10});
   }
   void deliver(reg_t sp) { deliver(sp, sp - 0x1200); }
@@ -81,7 +81,7 @@ TEST_F(Signals, NestedHandlersEndFromTheInnermost) {
 }
 
 TEST_F(Signals, ARedirectionByTheClientIsNoHandler) {
-  const dr_mcontext_t anywhere{.r26 = 0, .r27 = 0, .xsp = 0x8000};
+  const dr_mcontext_t anywhere{.xsp = 0x8000};
   transfer({DR_XFER_CLIENT_REDIRECT, &anywhere, nullptr, 0x8000, 0});
   EXPECT_EQ(in_use(), 0u);
 }
@@ -197,8 +197,9 @@ TEST_F(Signals, AThreadThatEndsLeavesNothing) {
 TEST_F(Signals, AThreadThatBeginsFindsNothing) {
   deliver(0x8000);
   framework.thread_init(framework.drcontext());
-  dr_thread_free(framework.drcontext(), &state, sizeof state);
   EXPECT_EQ(in_use(), 0u);
+  framework.thread_exit(framework.drcontext());
+  framework.tls_field = &state;
 }
 
 TEST_F(Signals, AnotherThreadThatEndsLeavesThisOnes) {

@@ -63,13 +63,21 @@ struct opnd_t {
 struct instr_t;
 struct instrlist_t;
 
-// As far as the client looks at it.
+// A vector register's place, which is wider than the register, as in later frameworks.
+union dr_simd_t {
+  uint q[4];
+  std::uint64_t u64[8];
+};
+
 struct dr_mcontext_t {
   std::size_t size = sizeof(dr_mcontext_t);
   int flags = 0;
-  reg_t r0 = 0, r1 = 0, r2 = 0, r3 = 0;
-  reg_t r26, r27, xsp;
+  reg_t r0 = 0, r1 = 0, r2 = 0, r3 = 0, r4 = 0, r5 = 0, r6 = 0, r7 = 0, r8 = 0, r9 = 0, r10 = 0, r11 = 0, r12 = 0,
+        r13 = 0, r14 = 0, r15 = 0, r16 = 0, r17 = 0, r18 = 0, r19 = 0, r20 = 0, r21 = 0, r22 = 0, r23 = 0, r24 = 0,
+        r25 = 0, r26 = 0, r27 = 0, r28 = 0, r29 = 0, r30 = 0, xsp = 0;
   app_pc pc = nullptr;
+  uint nzcv = 0, fpcr = 0, fpsr = 0;
+  dr_simd_t simd[32] = {};
 };
 enum : int { DR_MC_ALL = 15 };
 

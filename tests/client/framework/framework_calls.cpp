@@ -92,25 +92,31 @@ void* dr_get_current_drcontext() { return framework().drcontext(); }
 void* dr_thread_alloc(void* drcontext, std::size_t size) {
   framework().check_context(drcontext);
   framework().live_bytes += size;
-  return std::memset(std::malloc(size), 0xA5, size);
+  constexpr std::size_t cache_line = 64;
+  const std::size_t offset = framework().heap_offset;
+  auto* const line = static_cast<byte*>(std::aligned_alloc(cache_line, (offset + size + 63) / cache_line * cache_line));
+  return std::memset(line + offset, 0xA5, size);
 }
 void dr_thread_free(void* drcontext, void* memory, std::size_t size) {
   framework().check_context(drcontext);
   framework().live_bytes -= size;
-  std::free(memory);
+  std::free(static_cast<byte*>(memory) - framework().heap_offset);
 }
 std::size_t dr_page_size() { return 16384; }
 bool dr_query_memory_ex(const byte*, dr_mem_info_t* info) {
   *info = {framework().page_protection, DR_MEMTYPE_DATA};
   return true;
 }
+// In a call-out, frameworks answer registers of the client's own code and vectors in the wrong places.
 bool dr_get_mcontext(void* drcontext, dr_mcontext_t* context) {
   framework().check_context(drcontext);
-  if (context->size != sizeof *context || context->flags != DR_MC_ALL) throw contract_violation("not all of a context");
-  *context = framework().context;
+  std::memset(&context->r0, 0x5C, sizeof *context - offsetof(dr_mcontext_t, r0));
   return true;
 }
-bool dr_redirect_execution(dr_mcontext_t* context) { throw quern::redirected{*context}; }
+bool dr_redirect_execution(dr_mcontext_t* context) {
+  if (context->size != sizeof *context || context->flags != DR_MC_ALL) throw contract_violation("not all of a context");
+  throw quern::redirected{*context};
+}
 bool dr_double_try(void* drcontext, const std::function<void()>& attempt) {
   framework().check_context(drcontext);
   ++framework().tries;

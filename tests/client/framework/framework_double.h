@@ -69,7 +69,7 @@ class framework_double {
   int failing_tls_read = -1;
   reg_id_t stolen_register = DR_REG_X28;
   uint page_protection = DR_MEMPROT_NONE;
-  dr_mcontext_t context{.flags = DR_MC_ALL, .r26 = 0, .r27 = 0, .xsp = 0};
+  std::size_t heap_offset = 16;  // of a thread's memory in a cache line
 
   // To be looked at: calls in their order, as text, and what was written to our_stderr.
   std::vector<std::string> calls;
