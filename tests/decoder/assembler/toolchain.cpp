@@ -72,7 +72,7 @@ std::vector<std::string> disassemble(std::span<const std::uint32_t> words) {
   return lines;
 }
 
-std::vector<bool> assembles_as_base_sve(std::span<const std::string> lines) {
+std::vector<bool> assembles_for(const char* architecture, std::span<const std::string> lines) {
   const scratch_folder folder;
   const auto path = folder.file("lines.s");
   {
@@ -89,7 +89,8 @@ std::vector<bool> assembles_as_base_sve(std::span<const std::string> lines) {
     taken[line - 1] = false;
   };
   const auto object = folder.file("lines.o").string();
-  for_each_line_of("'" QUERN_AS "' -march=armv8-a+sve -o '" + object + "' '" + path.string() + "' 2>&1", take);
+  for_each_line_of(
+      std::string("'" QUERN_AS "' -march=") + architecture + " -o '" + object + "' '" + path.string() + "' 2>&1", take);
   return taken;
 }
 

@@ -26,8 +26,12 @@ class scratch_folder {
 // extension that the disassembler knows has it. One run of the disassembler.
 std::vector<std::string> disassemble(std::span<const std::uint32_t> words);
 
-// For each line, whether the assembler takes it under -march=armv8-a+sve. Empty lines are not taken. One run of the
-// assembler.
-std::vector<bool> assembles_as_base_sve(std::span<const std::string> lines);
+// For each line, whether the assembler takes it for that architecture ("armv8.2-a+sve+bf16"). Empty lines are
+// not taken. One run of the assembler.
+std::vector<bool> assembles_for(const char* architecture, std::span<const std::string> lines);
+
+inline std::vector<bool> assembles_as_base_sve(std::span<const std::string> lines) {
+  return assembles_for("armv8-a+sve", lines);
+}
 
 }  // namespace quern::test
