@@ -14,6 +14,7 @@ void add_commands(CLI::App& app, int& status) {
                                                 VL_BITS, QUERN_BUILD, QUERN_REVISION));
   app.require_subcommand(0, 1);  // a program that `run` is given may bear the name of another command
   add_run_command(app, status);
+  add_check_command(app, status);
   add_trace_command(app, status);
   add_decode_command(app, status);
   add_list_command(app, status);

@@ -9,6 +9,7 @@
 namespace quern {
 
 void add_run_command(CLI::App& app, int& status);
+void add_check_command(CLI::App& app, int& status);
 void add_trace_command(CLI::App& app, int& status);
 void add_decode_command(CLI::App& app, int& status);
 void add_list_command(CLI::App& app, int& status);

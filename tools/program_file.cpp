@@ -126,7 +126,9 @@ linkage check_program(const fs::path& program) {
   const elf_file file(program);
   const std::string why = objection(file);
   if (!why.empty()) throw user_error{fmt::format("{} {}", program.string(), why), status_not_executable};
-  return file.has_interpreter ? linkage::dynamically : linkage::statically;
+  if (file.has_interpreter) return linkage::dynamically;
+  // A program that is linked statically and can be loaded anywhere is a shared object but for its entry.
+  return file.header.e_type == ET_DYN && file.header.e_entry == 0 ? linkage::library : linkage::statically;
 }
 
 bool is_aarch64_library(const fs::path& file) { return elf_file(file).is_aarch64(); }

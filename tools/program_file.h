@@ -15,9 +15,9 @@ std::filesystem::path find_program(const std::string& name);
 std::optional<std::filesystem::path> find_in_path(const std::string& name);
 
 // A library can be preloaded into a dynamically linked program, and into no other.
-enum class linkage { statically, dynamically };
+enum class linkage { statically, dynamically, library };
 
-// Throws user_error (status 126) unless the file is an AArch64 program.
+// Throws user_error (status 126) unless the file is an AArch64 program, or a shared library, which may be run as one.
 linkage check_program(const std::filesystem::path& program);
 
 bool is_aarch64_library(const std::filesystem::path& file);

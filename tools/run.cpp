@@ -19,6 +19,9 @@ int run_program(const std::string& host, run_options options, const std::vector<
   const program_call program{find_program(command.front()), command};
   if (options.hide_sve) setenv("QUERN_HIDE_SVE", "1", 1);
   const linkage linked = check_program(program.file);
+  if (linked == linkage::library)
+    throw user_error{fmt::format("{} is a shared library, not a program", program.file.string()),
+                     status_not_executable};
   if (host == "dynamorio" || (host == "auto" && !options.framework.empty()))
     return run_under_framework(options, program);
   if (linked == linkage::statically)
@@ -54,7 +57,7 @@ void add_run_command(CLI::App& app, int& status) {
   run->footer(
       "Usage: quern run [OPTIONS] -- PROGRAM [ARGUMENTS...]\n"
       "Traced is what runs between the program's marker instructions, which are a start and a stop for each thread:\n"
-      "examples/roi.h has them as macros for C and C++.\n"
+      "quern/roi.h has them as functions for C, C++ and Fortran.\n"
       "The exit status is the program's, or 128 plus the number of the signal that ended it.");
   run->prefix_command();  // all from the program on is the program's
   run->callback([run, host, options, &status] {

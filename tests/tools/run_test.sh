@@ -160,6 +160,7 @@ expect 126 "quern: ./script is a script: give its interpreter as the program, an
   run -- ./script
 expect 126 "quern: ./text is not a program (no ELF file)" run -- ./text
 expect 126 "quern: ./object is not a program, but an object file" run -- ./object
+expect 126 "quern: lib/$host is a shared library, not a program" run -- "lib/$host"
 expect 126 "quern: $folder/bin/noexec may not be executed (see chmod +x)" run -- noexec
 expect 126 "quern: ./bin is a folder, not a program" run -- ./bin
 expect 127 "quern: there is no program ./absent" run -- ./absent

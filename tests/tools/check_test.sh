@@ -1,0 +1,94 @@
+#!/usr/bin/env bash
+# check_test.sh QUERN...: what `quern check` tells of programs whose code is written here.
+. "$(dirname "$0")/expect.sh" "$@"
+enter_folder
+prepare_programs
+
+cat >code.s <<'S'
+.arch armv8.6-a+sve2+sme
+.text
+.global _start
+.type _start, %function
+_start:
+  ptrue p0.b
+  ld1b {z0.b}, p0/z, [x0]
+  .inst 0x2520e03f  // start
+  add z0.b, z0.b, z1.b
+  sqdmlalb z0.s, z1.h, z2.h
+  ret
+  .word 0x44826020  // data: it would be one more SQDMLALB
+  .size _start, . - _start
+.type _Z4manyi, %function
+_Z4manyi:
+  sqdmlalb z0.s, z1.h, z2.h
+  sqdmlalb z0.s, z1.h, z2.h
+  sqdmlalb z0.s, z1.h, z2.h
+  usmmla z0.s, z1.b, z2.b
+  .inst 0x2520e040  // stop
+  .inst 0x2520e05f  // and once more
+  smstart
+  .inst 0x45a28020  // of no instruction
+  ret
+S
+$compiler -c code.s -o code.o
+link() { $compiler -nostdlib "${@:2}" code.o -o "$1"; }
+link static -static
+link dynamic -pie -Wl,-e,_start,--dynamic-linker=/lib/ld-linux-aarch64.so.1
+link library.so -shared -Wl,-e,0
+cp static stripped && ${compiler%gcc}objcopy --strip-all stripped
+cp static headless && ${compiler%gcc}strip --strip-section-headers headless 2>/dev/null || cp stripped headless
+echo 'int main(void) { return 0; }' >plain.c
+$compiler plain.c -o plain
+
+found='  markers   1 start, 2 stop
+  SVE       6 instructions that quern emulates, 7 that it can'\''t
+  I8MM         usmmla        1
+      many(int)+0xc
+  SME          smstart       1
+      many(int)+0x18
+  SVE2         sqdmlalb      4
+      _start+0x10
+      many(int)+0x0
+      many(int)+0x4
+      and 1 more (--all lists them)
+  unknown      45a28020      1
+      many(int)+0x1c'
+expect 1 "static
+  linked    statically
+  host      dynamorio
+$found" check static
+expect 1 "dynamic
+  linked    dynamically
+  host      embedded
+$found" check dynamic
+expect 1 "library.so
+  linked    a library
+  host      that of the program that loads it
+$found" check library.so
+expect 0 'plain
+  linked    dynamically
+  host      embedded
+  markers   0 start, 0 stop
+  SVE       0 instructions that quern emulates, 0 that it can'\''t' check plain
+[[ $("${quern[@]}" check --all static) == *'many(int)+0x8'* ]] || fail 'not all places are listed with --all'
+[ "$("${quern[@]}" check plain static | grep -c '  linked ')" = 2 ] || fail 'two programs are not two reports'
+
+# Without symbols, places are addresses, and data is taken for code.
+[[ $("${quern[@]}" check stripped) == *'sqdmlalb      5'*'0x'* ]] || fail "stripped: $("${quern[@]}" check stripped)"
+expect 1 "$("${quern[@]}" check stripped | sed 's/^stripped/headless/')" check headless
+
+expect 1 '{"file":"library.so","linked":"a library","host":"that of the program that loads it","starts":1,"stops":2,'\
+'"emulated":6,"not_emulated":7,"instructions":['\
+'{"extension":"I8MM","mnemonic":"usmmla","places":["many(int)+0xc"]},'\
+'{"extension":"SME","mnemonic":"smstart","places":["many(int)+0x18"]},'\
+'{"extension":"SVE2","mnemonic":"sqdmlalb","places":["_start+0x10","many(int)+0x0","many(int)+0x4","many(int)+0x8"]},'\
+'{"extension":"unknown","mnemonic":"45a28020","places":["many(int)+0x1c"]}]}' check --format jsonl library.so
+
+# Files that are no programs, and command lines that make no sense.
+expect 126 'quern: code.s is not a program (no ELF file)' check code.s
+expect 126 'quern: code.o is not a program, but an object file' check code.o
+expect 127 'quern: there is no program ./absent' check ./absent
+expect 2 'quern: PROGRAM is required (see quern check --help)' check
+head -c 200 static >cut
+expect 126 'quern: cut is cut short: it ends before what its headers tell of; copy or link it again' check cut
+[ "$failures" = 0 ]
