@@ -5,7 +5,6 @@
 function escaped(text) {
   gsub(/\\/, "\\e", text)
   gsub(/-/, "\\-", text)
-  gsub(/×/, "\\(mu", text)
   return text
 }
 
@@ -33,8 +32,8 @@ function close_block() {
   block = ""
 }
 
-# A table's row as tbl reads it; its last column is broken into lines.
-function table_row(line,   cells, count, i, text) {
+# A table's row as tbl reads it; long cells and the last column are broken into lines.
+function table_row(line,   cells, count, i) {
   gsub(/^\| *| *\|? *$/, "", line)
   count = split(line, cells, / *\| */)
   if (block != "table") {
@@ -46,8 +45,12 @@ function table_row(line,   cells, count, i, text) {
     print "lx."
     columns = count
   }
-  for (i = 1; i < columns; ++i) text = text formatted(cells[i]) "\t"
-  print text "T{\n" formatted(cells[columns]) "\nT}"
+  for (i = 1; i <= columns; ++i) {
+    if (i > 1) printf "\t"
+    if (i == columns || length(cells[i]) > 24) printf "T{\n%s\nT}", formatted(cells[i])
+    else printf "%s", formatted(cells[i])
+  }
+  print ""
 }
 
 BEGIN {

@@ -14,7 +14,7 @@ fail() {
 pages=("$folder"/*.[15])
 [ ${#pages[@]} -gt 2 ] || fail "there are no pages in $folder"
 for page in "${pages[@]}"; do
-  complaints=$(groff -t -man -ww -Tutf8 -z "$page" 2>&1)
+  complaints=$(groff -K utf8 -t -man -ww -W break -Tutf8 -z "$page" 2>&1)
   [ -z "$complaints" ] || fail "$page: $complaints"
   for part in NAME DESCRIPTION 'SEE ALSO'; do
     grep -qx "\.SH $part" "$page" || fail "$page has no section $part"
@@ -28,7 +28,7 @@ commands=$("${quern[@]}" --help | sed -n '/^Subcommands:/,$s/^  \([a-z]*\) .*/\1
 for command in '' $commands; do
   page=$folder/quern${command:+-$command}.1
   [ -e "$page" ] || { fail "quern $command has no page" && continue; }
-  text=$(groff -t -man -Tascii -P-cbou "$page")
+  text=$(groff -K utf8 -t -man -Tascii -P-cbou "$page")
   for option in $("${quern[@]}" $command --help | sed -n 's/^  \(-[^ ]*\).*/\1/p' | tr ',' ' '); do
     grep -q -- "$option" <<<"$text" || fail "$page does not tell of $option"
   done
