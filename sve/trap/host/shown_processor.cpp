@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <span>
 
 #include "sve/state/vector_length.h"
 #include "sve/trap/host/export.h"
