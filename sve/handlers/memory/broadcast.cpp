@@ -9,17 +9,32 @@ namespace {
 
 // The element is read again for every active lane.
 template <class T, class U>
-aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  unsigned char* const z = state->z[zt.num];
-  note_access(address, sizeof(T), MEM_LOAD);
-  const destination_kept<MEM_LOAD, 1> kept({z});
+void read_for_each(unsigned char* z, const unsigned char* p, std::uint64_t address) {
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
-    if (is_active<U>(state->p[pg.num], i)) {
+    if (is_active<U>(p, i)) {
       move_lane<MEM_LOAD, T, U>(z, i, address);
     } else {
       skip_lane<MEM_LOAD, U>(z, i);
     }
   }
+}
+
+// Lanes are cleared before the read that may fault. In a function of its own, so that the others save no registers.
+template <class T, class U>
+[[gnu::noinline]] aarch64_decode_rc broadcast_later(unsigned char* z, const unsigned char* p, std::uint64_t address) {
+  const destination_kept<MEM_LOAD, 1> kept({z});
+  read_for_each<T, U>(z, p, address);
+  return DECODE_OK;
+}
+
+template <class T, class U>
+aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
+  note_access(address, sizeof(T), MEM_LOAD);
+  unsigned char* const z = state->z[zt.num];
+  const unsigned char* const p = state->p[pg.num];
+  if (!is_active<U>(p, 0)) [[unlikely]]
+    return broadcast_later<T, U>(z, p, address);
+  read_for_each<T, U>(z, p, address);
   return DECODE_OK;
 }
 
