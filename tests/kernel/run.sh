@@ -41,11 +41,12 @@ if compgen -G "$image/programs/*.gdb" >/dev/null; then
 fi
 (cd "$image" && find . | cpio -o -H newc 2>/dev/null | gzip -1) >"$log/image.cpio.gz"
 
-# boot CPU LOG [ARGUMENTS]: the console of one run, to its end.
+# boot CPU LOG [ARGUMENTS]: the console of one run, to its end. Guards against other programs' spying by the way that a
+# processor guesses cost the emulated machine most of its time.
 boot() {
   timeout -k 5 $((1500 + limit)) qemu-system-aarch64 -M virt -cpu "$1" -smp 2 -m 2048 -nographic -nic none -no-reboot \
     -kernel "$system" -initrd "$log/image.cpio.gz" \
-    -append "console=ttyAMA0 quiet panic=-1 vector_bytes=$((vector_bits / 8)) limit=$limit \
+    -append "console=ttyAMA0 quiet panic=-1 kpti=off mitigations=off vector_bytes=$((vector_bits / 8)) limit=$limit \
       ${QUERN_ARGUMENT:+argument=$QUERN_ARGUMENT} ${3:-}" </dev/null 2>&1 |
     tr -d '\r' >"$2" || true
   grep -q '^@@done$' "$2" || { tail -20 "$2" >&2 && die "the run on processor $1 did not come to its end: $2"; }

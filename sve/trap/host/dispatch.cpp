@@ -37,9 +37,10 @@ void* other_stack(const signal_action& action, int signal, const ucontext_t& fra
 // its thread, throw, or switch to another context, so nothing here needs to be undone but what the frame has.
 void run_handler(const signal_action& action, int signal, siginfo_t* info, ucontext_t& frame, bool after_emulation) {
   vector_record vectors;
-  const signal_set interrupted = from_sigset(frame.uc_sigmask) | held_signals();
-  // Set in the kernel only while the C library hands the mask on to a new program; the handler may run emulated code.
+  // Set in the kernel only while the C library hands the mask on to a new program, and where our own handler was about
+  // to begin: not by the application, which has it held. Its handler may run emulated code.
   const signal_set blocked_in_kernel = from_sigset(frame.uc_sigmask) & never_blocked;
+  const signal_set interrupted = (from_sigset(frame.uc_sigmask) & ~never_blocked) | held_signals();
   signal_set during = interrupted | action.mask;
   if (!(action.flags & SA_NODEFER)) during |= set_of(signal);
   hold_signals(during);
