@@ -1,6 +1,7 @@
 // A library with SVE code in its constructors and destructors.
 #include "early.h"
 
+#include <pthread.h>
 #include <stdio.h>
 #include <stdlib.h>
 
@@ -32,6 +33,11 @@ struct object {
   }
 } const early;
 
+void* run_thread(void* works) {
+  *static_cast<bool*>(works) = vectors_work();
+  return nullptr;
+}
+
 }  // namespace
 
 // The resolver of an indirect function, which runs when the program first calls it.
@@ -39,6 +45,14 @@ static bool answer_yes() { return true; }
 static bool answer_no() { return false; }
 extern "C" bool (*choose_answer(void))() { return vectors_work() ? answer_yes : answer_no; }
 bool resolver_works() __attribute__((ifunc("choose_answer")));
+
+// Whether vectors work in a thread that the library starts.
+bool thread_works() {
+  bool works = false;
+  pthread_t thread;
+  if (pthread_create(&thread, nullptr, run_thread, &works) == 0) pthread_join(thread, nullptr);
+  return works;
+}
 
 bool library_constructor_works() { return constructor_works; }
 bool static_object_works() { return early.works; }

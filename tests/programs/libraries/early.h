@@ -11,6 +11,7 @@ extern "C" {
 bool library_constructor_works(void);
 bool static_object_works(void);
 bool resolver_works(void);
+bool thread_works(void);
 
 #ifdef __cplusplus
 }
