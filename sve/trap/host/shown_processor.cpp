@@ -21,6 +21,8 @@ namespace {
 
 constinit Elf64_auxv_t* vector = nullptr;
 constinit bool sve_is_shown = false;
+// In the environment, this takes PR_SVE_VL_INHERIT to a new program.
+constexpr const char* inherit_variable = "QUERN_INHERITS_LENGTH";
 constinit thread_local bool inherits = false;
 
 Elf64_auxv_t* entry_of(Elf64_auxv_t* entry, unsigned long type) {
@@ -49,7 +51,10 @@ int set_vector_length(unsigned long argument) {
   const unsigned long bytes = argument & PR_SVE_VL_LEN_MASK, flags = argument - bytes;
   if ((flags & ~static_cast<unsigned long>(PR_SVE_VL_INHERIT | PR_SVE_SET_VL_ONEXEC)) != 0) return EINVAL;
   if (bytes == 0 || bytes > longest || bytes % 16 != 0) return EINVAL;
-  inherits = (flags & PR_SVE_VL_INHERIT) != 0;
+  const bool wanted = (flags & PR_SVE_VL_INHERIT) != 0;
+  if (wanted && !inherits) setenv(inherit_variable, "1", 1);
+  if (!wanted && inherits) unsetenv(inherit_variable);
+  inherits = wanted;
   return 0;
 }
 
@@ -63,6 +68,7 @@ void show_processor(char** environment) {
   if ((hide && *hide) || !capabilities || (capabilities->a_un.a_val & HWCAP_SVE)) return;
   capabilities->a_un.a_val |= HWCAP_SVE;
   sve_is_shown = true;
+  inherits = std::getenv(inherit_variable) != nullptr;
 }
 
 bool inherits_vector_length() { return inherits; }
