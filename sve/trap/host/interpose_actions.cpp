@@ -59,7 +59,18 @@ signal_action as_asked(int signal, const signal_action& in_kernel) {
   return is_trap(signal) || in_kernel.handler == dispatcher() ? application_action(signal) : in_kernel;
 }
 
-// Answers 0 or an error number.
+sighandler_t change_handler(int signal, sighandler_t handler, int flags, signal_set mask) {
+  const signal_action wanted{reinterpret_cast<void*>(handler), flags, mask};
+  signal_action old{};
+  if (handler == SIG_ERR || result_of(change_action(signal, &wanted, &old)) != 0) {
+    if (handler == SIG_ERR) errno = EINVAL;
+    return SIG_ERR;
+  }
+  return reinterpret_cast<sighandler_t>(old.handler);
+}
+
+}  // namespace
+
 int change_action(int signal, const signal_action* wanted, signal_action* old) {
   if (!may_have_action(signal)) return EINVAL;
   const change_lock lock;
@@ -77,18 +88,6 @@ int change_action(int signal, const signal_action* wanted, signal_action* old) {
   if (old) *old = before;
   return 0;
 }
-
-sighandler_t change_handler(int signal, sighandler_t handler, int flags, signal_set mask) {
-  const signal_action wanted{reinterpret_cast<void*>(handler), flags, mask};
-  signal_action old{};
-  if (handler == SIG_ERR || result_of(change_action(signal, &wanted, &old)) != 0) {
-    if (handler == SIG_ERR) errno = EINVAL;
-    return SIG_ERR;
-  }
-  return reinterpret_cast<sighandler_t>(old.handler);
-}
-
-}  // namespace
 
 void own_trap_signals() {
   for (const int signal : {SIGILL, SIGBUS, SIGSEGV}) {

@@ -1,12 +1,12 @@
 // syscall(), by which a program changes its mask and actions behind the C library's back, and prctl(). The calls that
 // are this host's to answer go the way of the library's own functions; all others to the kernel as they are.
 #include <errno.h>
-#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 
 #include "sve/trap/host/export.h"
 #include "sve/trap/host/kernel.h"
+#include "sve/trap/host/own_actions.h"
 #include "sve/trap/host/thread_signals.h"
 
 // In assembly, since some calls (vfork) must not find a frame of ours on the stack. The numbers are those of
@@ -80,17 +80,9 @@ HIDDEN long quern_change_mask(long, int how, const signal_set* set, signal_set* 
 HIDDEN long quern_change_action(long, int signal, const kernel::sigaction_record* action, kernel::sigaction_record* old,
                                 std::size_t size) {
   if (size != sizeof action->mask) return result_of(EINVAL);
-  struct sigaction wanted {
-  }, before{};
-  if (action) {
-    wanted.sa_sigaction = reinterpret_cast<decltype(wanted.sa_sigaction)>(action->handler);
-    wanted.sa_flags = static_cast<int>(action->flags);
-    to_sigset(action->mask, wanted.sa_mask);
-  }
-  if (sigaction(signal, action ? &wanted : nullptr, &before) != 0) return -1;
-  if (old) {
-    *old = {reinterpret_cast<void*>(before.sa_sigaction), static_cast<unsigned>(before.sa_flags), nullptr,
-            from_sigset(before.sa_mask)};
-  }
-  return 0;
+  signal_action wanted{}, before{};
+  if (action) wanted = {action->handler, static_cast<int>(action->flags), action->mask};
+  const int error = change_action(signal, action ? &wanted : nullptr, &before);
+  if (error == 0 && old) *old = {before.handler, static_cast<unsigned>(before.flags), nullptr, before.mask};
+  return result_of(error);
 }
