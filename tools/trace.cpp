@@ -1,5 +1,8 @@
 // quern trace: the commands that read trace files.
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/commands.h"
 #include "tools/trace_commands.h"
@@ -8,15 +11,44 @@
 namespace quern {
 namespace {
 
-// Runs what a command does, with a reader's complaint as the program's.
+// What the command line says, to whichever command was given.
+struct trace_options {
+  std::string path;
+  trace_filter filter;
+  dump_format dump = dump_format::text;
+  stats_options stats;
+  export_format exported = export_format::din;
+};
+
+// Adds a command that reads a file; a reader's complaint becomes the program's.
 template <class Action>
-void read_trace(const std::string& path, Action action) {
-  try {
-    trace_reader reader(path);
-    action(reader);
-  } catch (const trace_error& error) {
-    throw user_error{error.message};
-  }
+CLI::App* add_reading_command(CLI::App* trace, const std::string& name, const std::string& what,
+                              const std::shared_ptr<trace_options>& options, Action action) {
+  CLI::App* const command = trace->add_subcommand(name, what);
+  command->add_option("FILE", options->path, "The trace file")->required();
+  command->callback([options, action] {
+    try {
+      trace_reader reader(options->path);
+      action(reader, *options);
+    } catch (const trace_error& error) {
+      throw user_error{error.message};
+    }
+  });
+  return command;
+}
+
+template <class Choice>
+void add_choice(CLI::App* command, const std::string& name, Choice& choice, const std::string& what,
+                const std::vector<std::pair<std::string, Choice>>& choices) {
+  std::vector<std::string> names;
+  for (const auto& [each, value] : choices) names.push_back(each);
+  const auto choose = [choices, &choice](const std::string& given) {
+    for (const auto& [each, value] : choices)
+      if (each == given) choice = value;
+  };
+  command->add_option_function<std::string>(name, choose, what)
+      ->check(CLI::IsMember(names))
+      ->type_name(name == "--format" ? "FORMAT" : "KEY");
 }
 
 }  // namespace
@@ -24,24 +56,40 @@ void read_trace(const std::string& path, Action action) {
 void add_trace_command(CLI::App& app, int&) {
   CLI::App* const trace = app.add_subcommand("trace", "Read a trace file");
   trace->require_subcommand(1);
-  const auto path = std::make_shared<std::string>();
-  const auto format = std::make_shared<std::string>("text");
+  const auto options = std::make_shared<trace_options>();
 
-  CLI::App* const info = trace->add_subcommand("info", "Sum up a trace");
-  info->add_option("FILE", *path, "The trace file")->required();
-  info->callback([path] { read_trace(*path, print_trace_info); });
+  add_reading_command(trace, "info", "Sum up a trace", options,
+                      [](trace_reader& reader, const trace_options&) { print_trace_info(reader); });
 
-  CLI::App* const dump = trace->add_subcommand("dump", "Print the records of a trace in their order");
-  dump->add_option("FILE", *path, "The trace file")->required();
-  dump->add_option("--format", *format, "text, csv or jsonl (text)")
-      ->check(CLI::IsMember({"text", "csv", "jsonl"}))
-      ->type_name("FORMAT");
-  dump->callback([path, format] {
-    const dump_format chosen = *format == "csv"     ? dump_format::csv
-                               : *format == "jsonl" ? dump_format::jsonl
-                                                    : dump_format::text;
-    read_trace(*path, [&](trace_reader& reader) { dump_trace(reader, chosen); });
-  });
+  CLI::App* const dump = add_reading_command(
+      trace, "dump", "Print the records of a trace in their order", options,
+      [](trace_reader& reader, const trace_options& given) { dump_trace(reader, given.filter, given.dump); });
+  add_choice<dump_format>(dump, "--format", options->dump, "text, csv or jsonl (text)",
+                          {{"text", dump_format::text}, {"csv", dump_format::csv}, {"jsonl", dump_format::jsonl}});
+  add_filter_options(*dump, options->filter);
+
+  CLI::App* const stats = add_reading_command(
+      trace, "stats", "Count the accesses of a trace by place, thread or region", options,
+      [](trace_reader& reader, const trace_options& given) { print_trace_stats(reader, given.filter, given.stats); });
+  add_choice<stats_key>(stats, "--by", options->stats.by, "place, thread or region (place): what a row is for",
+                        {{"place", stats_key::place}, {"thread", stats_key::thread}, {"region", stats_key::region}});
+  add_choice<stats_format>(stats, "--format", options->stats.format, "text, csv or json (text)",
+                           {{"text", stats_format::text}, {"csv", stats_format::csv}, {"json", stats_format::json}});
+  stats->add_option("--top", options->stats.top, "So many rows, those with most records (20)")->type_name("NUMBER");
+  add_filter_options(*stats, options->filter);
+  stats->footer(
+      "Lines are of 64 bytes, pages of 4,096. Above 256, their numbers are estimates with a standard\n"
+      "error of 1.6 %. The stride is the way from one access of an instruction to its next, if one in\n"
+      "eight has the same.");
+
+  CLI::App* const exported = add_reading_command(
+      trace, "export", "Print the accesses of a trace for a cache simulator", options,
+      [](trace_reader& reader, const trace_options& given) { export_trace(reader, given.filter, given.exported); });
+  add_choice<export_format>(
+      exported, "--format", options->exported,
+      "din ('0 ADDRESS SIZE', 1 for stores, hexadecimal) or lackey (' L ADDRESS,SIZE', S for stores) (din)",
+      {{"din", export_format::din}, {"lackey", export_format::lackey}});
+  add_filter_options(*exported, options->filter);
 }
 
 }  // namespace quern

@@ -38,6 +38,98 @@ expect 0 '{"count":0,"thread":'$thread',"kind":"start"}
 {"count":6,"thread":'$thread',"kind":"load","group":0,"size":8,"addr":"0xfffffffffffffff0","pc":"0x400010"}' \
   trace dump small --format jsonl
 
+# Filters, which leave the numbers as they are; those for addresses leave markers out.
+expect 0 "count,thread,kind,group,size,addr,pc
+1,$thread,load,0,256,0x2000,0x400000
+2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --kind load --limit 2 small
+expect 0 "count,thread,kind,group,size,addr,pc
+1,$thread,load,0,256,0x2000,0x400000
+3,$thread,store,6,16,0x20f8,0x400008" trace dump --format csv --address 0x20ff-0x2100 small
+expect 0 "count,thread,kind,group,size,addr,pc
+2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 4099 small
+expect 0 "count,thread,kind,group,size,addr,pc
+3,$thread,store,6,16,0x20f8,0x400008
+5,$thread,unknown,0,1,0x9000,0x40000c" trace dump --format csv --pc 0x400008-0x40000f small
+expect 0 "count,thread,kind,group,size,addr,pc
+0,$thread,start,,,,
+1,$thread,load,0,256,0x2000,0x400000
+2,$thread,load,3,4,0x1000,0x400004
+3,$thread,store,6,16,0x20f8,0x400008
+4,$thread,stop,,,," trace dump --format csv --region 1 small
+expect 0 'count,thread,kind,group,size,addr,pc' trace dump --format csv --thread 1 small
+expect 0 'count,thread,kind,group,size,addr,pc' trace dump --format csv --region 2 small
+for range in 0x 5-4 1-2-3 -1 x; do
+  expect 2 "quern: --address: '$range' is no address and no range of them, as in 0x1000 or 0x1000-0x1fff" \
+    trace dump --address="$range" small
+done
+
+expect 0 "accesses       4 records of 3 instructions
+  loads        3 (75.0 %), of 268 bytes
+  stores       1 (25.0 %), of 16 bytes
+  lane by lane 2 (50.0 %): gathers, scatters and structures
+footprint      7 lines of 64 bytes, 3 pages of 4096
+across lines   2 (50.0 %)
+across pages   0 (0.0 %)
+sizes          up to 4 bytes: 1 (25.0 %)
+               up to 8 bytes: 1 (25.0 %)
+               up to 16 bytes: 1 (25.0 %)
+               up to 256 bytes: 1 (25.0 %)
+
+   records      %        bytes  loads %      lines  stride  region
+         3   75.0          276     66.7          6   mixed  1
+         1   25.0            8    100.0          1   mixed  outside" trace stats --by region small
+columns=records,instructions,lane_records,loads,stores,loaded_bytes,stored_bytes,lines,pages,across_lines,across_pages,\
+stride,stride_records
+expect 0 "pc,$columns
+0x400000,1,1,0,1,0,256,0,4,1,1,0,,0
+0x400004,1,1,1,1,0,4,0,1,1,0,0,,0" trace stats --format csv --top 2 small
+expect 0 "thread,$columns
+$thread,1,0,1,0,1,0,16,2,1,1,0,,0" trace stats --format csv --by thread --kind store small
+expect 0 '{
+  "total": {
+    "records": 1,
+    "instructions": 1,
+    "lane_records": 0,
+    "loads": 1,
+    "stores": 0,
+    "loaded_bytes": 8,
+    "stored_bytes": 0,
+    "lines": 1,
+    "pages": 1,
+    "across_lines": 0,
+    "across_pages": 0,
+    "sizes": {
+      "8": 1
+    }
+  },
+  "rows": [
+    {
+      "region": "outside",
+      "records": 1,
+      "instructions": 1,
+      "lane_records": 0,
+      "loads": 1,
+      "stores": 0,
+      "loaded_bytes": 8,
+      "stored_bytes": 0,
+      "lines": 1,
+      "pages": 1,
+      "across_lines": 0,
+      "across_pages": 0,
+      "sizes": {
+        "8": 1
+      }
+    }
+  ]
+}' trace stats --format json --by region --region 0 small
+expect 0 '0 2000 100
+0 1000 4
+1 20f8 10
+0 fffffffffffffff0 8' trace export small
+expect 0 ' L 2000,256
+ L 1000,4
+ S 20f8,16' trace export --format lackey --region 1 small
+
 bits=$("${quern[@]}" --version | sed -n 's/.*(\([0-9]*\)-bit.*/\1/p')
 # info_of FILE_LINE END_LINE: the summary of the small trace, without the lines that differ from run to run.
 info_of() {
@@ -77,7 +169,7 @@ for format in text csv jsonl; do
   [ $status = 0 ] && [ ! -s errors ] || fail "dump | head: status $status, $(cat errors)"
   [ "$("${quern[@]}" trace dump --format $format large | tail -1 | grep -c 20006)" = 1 ] || fail "dump: the last record"
 done
-for command in info dump; do
+for command in info dump stats export; do
   status=0
   "${quern[@]}" trace $command large >/dev/full 2>errors || status=$?
   [ $status = 1 ] && [ "$(cat errors)" = "quern: can't write the output: No space left on device" ] ||
@@ -96,9 +188,15 @@ printf '\2' | dd of=renamed bs=1 seek=80 conv=notrunc status=none
 grep -qxF 'program        a\x1b[31mb' printed || fail "info: $(grep ^program printed)"
 grep -qx '  markers      1 start, 1 stop, 2 regions left open' printed || fail "info: $(grep markers printed)"
 
+# The most frequent stride: EXTRA loads of 8 bytes at one address, after one of 256 bytes elsewhere by the same
+# instruction.
+"${quern[@]}" trace stats large >printed
+grep -qx '     20001  100.0       160256    100.0          5      +0  0x400000' printed || fail "stats: $(<printed)"
+grep -qx '(1 more: see --top)' <("${quern[@]}" trace stats --top 3 large) || fail "stats --top 3"
+
 touch empty
 echo 'some text that is no trace' >text
-for command in info dump; do
+for command in info dump stats export; do
   expect 1 "quern: can't open absent: No such file or directory" trace $command absent
   expect 1 "quern: . is a folder, not a trace file" trace $command .
   expect 1 "quern: empty is empty, no trace file" trace $command empty

@@ -1,0 +1,87 @@
+// The options of a filter, and the walk through a trace that heeds them.
+#include "tools/trace_filter.h"
+
+#include <charconv>
+
+#include "tools/user_error.h"
+
+namespace quern {
+namespace {
+
+std::optional<std::uint64_t> parse_number(std::string_view text) {
+  const int base = text.starts_with("0x") || text.starts_with("0X") ? 16 : 10;
+  if (base == 16) text.remove_prefix(2);
+  std::uint64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  if (text.empty() || error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+number_range parse_range(const std::string& option, const std::string& text) {
+  const std::size_t dash = text.find('-');
+  const auto first = parse_number(std::string_view(text).substr(0, dash));
+  const auto last = dash == std::string::npos ? first : parse_number(std::string_view(text).substr(dash + 1));
+  if (!first || !last || *last < *first)
+    throw user_error{option + ": '" + text + "' is no address and no range of them, as in 0x1000 or 0x1000-0x1fff",
+                     status_usage};
+  return {*first, *last};
+}
+
+std::uint64_t last_byte(const trace_record& record) {
+  const std::uint64_t last = record.addr + (record.size == 0 ? 0 : record.size - 1);
+  return last < record.addr ? ~std::uint64_t{0} : last;
+}
+
+}  // namespace
+
+void add_filter_options(CLI::App& command, trace_filter& filter) {
+  const auto add_range = [&](const std::string& name, std::optional<number_range>& range, const std::string& what) {
+    command
+        .add_option_function<std::string>(
+            name, [name, &range](const std::string& text) { range = parse_range(name, text); }, what)
+        ->type_name("FROM[-TO]");
+  };
+  command.add_option("--thread", filter.thread, "Only this thread's records")->type_name("NUMBER");
+  command
+      .add_option_function<std::string>(
+          "--kind",
+          [&filter](const std::string& kind) { filter.kind = kind == "load" ? trace_kind::load : trace_kind::store; },
+          "Only loads, or only stores: load or store")
+      ->check(CLI::IsMember({"load", "store"}))
+      ->type_name("KIND");
+  add_range("--address", filter.addresses, "Only accesses to these addresses");
+  add_range("--pc", filter.pcs, "Only those of the instructions at these addresses");
+  command.add_option("--region", filter.region, "Only this region of interest; the first is 1")->type_name("NUMBER");
+  command.add_option("--limit", filter.limit, "Only so many records, the first ones")->type_name("NUMBER");
+}
+
+std::uint64_t region_count::region_of(const trace_record& record) {
+  std::uint64_t& open = open_[record.thread];
+  if (record.kind == trace_kind::start_marker && open == 0) open = ++regions_;
+  const std::uint64_t region = open;
+  if (record.kind == trace_kind::stop_marker) open = 0;
+  return region;
+}
+
+bool filtered_records::takes(const trace_record& record) const {
+  if (filter_.thread && record.thread != *filter_.thread) return false;
+  if (filter_.kind && record.kind != *filter_.kind) return false;
+  if (filter_.region && region_ != *filter_.region) return false;
+  const bool is_marker = record.kind == trace_kind::start_marker || record.kind == trace_kind::stop_marker;
+  if (is_marker && (filter_.addresses || filter_.pcs)) return false;
+  if (filter_.addresses && !filter_.addresses->meets(record.addr, last_byte(record))) return false;
+  return !filter_.pcs || filter_.pcs->meets(record.pc, record.pc);
+}
+
+std::optional<trace_record> filtered_records::next() {
+  if (filter_.limit && given_ == *filter_.limit) return std::nullopt;
+  while (const std::optional<trace_record> record = reader_.next()) {
+    region_ = regions_.region_of(*record);
+    if (!takes(*record)) continue;
+    ++given_;
+    return record;
+  }
+  return std::nullopt;
+}
+
+}  // namespace quern

@@ -1,0 +1,57 @@
+// Which records of a trace a command is about, as its options say, and the regions of interest that they lie in.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "utils/trace_reader.h"
+
+namespace quern {
+
+struct number_range {
+  std::uint64_t first = 0, last = ~std::uint64_t{0};
+  bool meets(std::uint64_t from, std::uint64_t to) const { return from <= last && to >= first; }
+};
+
+struct trace_filter {
+  std::optional<std::uint32_t> thread;
+  std::optional<trace_kind> kind;
+  std::optional<number_range> addresses, pcs;
+  std::optional<std::uint64_t> region, limit;
+};
+
+// Adds the options --thread, --kind, --address, --pc, --region and --limit to a command.
+void add_filter_options(CLI::App& command, trace_filter& filter);
+
+// Regions are numbered from 1 on in the order of the start markers that open them; a start marker in a region opens
+// none. A thread is in region 0 where it is in none.
+class region_count {
+ public:
+  // The region of the record, a marker's own included. To be asked for each record, in their order.
+  std::uint64_t region_of(const trace_record& record);
+
+ private:
+  std::uint64_t regions_ = 0;
+  std::map<std::uint32_t, std::uint64_t> open_;  // by thread
+};
+
+// The records of a reader that a filter lets through, in their order.
+class filtered_records {
+ public:
+  filtered_records(trace_reader& reader, const trace_filter& filter) : reader_(reader), filter_(filter) {}
+  std::optional<trace_record> next();
+  std::uint64_t region() const { return region_; }  // of the record that came last
+
+ private:
+  bool takes(const trace_record& record) const;
+
+  trace_reader& reader_;
+  const trace_filter& filter_;
+  region_count regions_;
+  std::uint64_t region_ = 0, given_ = 0;
+};
+
+}  // namespace quern
