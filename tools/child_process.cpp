@@ -9,8 +9,10 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
+#include "tools/host_setup.h"
 #include "tools/printable.h"
 #include "tools/trace_target.h"
 #include "tools/user_error.h"
@@ -68,10 +70,34 @@ void forward_signals() {
   _exit(126);
 }
 
+// As a word of a shell's command line.
+std::string quoted(const std::string& text) {
+  constexpr const char* harmless = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=./,:%@";
+  if (!text.empty() && text.find_first_not_of(harmless) == std::string::npos) return text;
+  std::string quoted = "'";
+  for (const char c : text) quoted += c == '\'' ? "'\\''" : std::string(1, c);
+  return quoted + "'";
+}
+
+// With the variables of the environment that quern may have set.
+void print_command(const started_program& program) {
+  std::string line = "env";
+  for (const char* name : {"LD_PRELOAD", "QUERN_TRACE", "QUERN_HIDE_SVE", "DYNAMORIO_EXE_PATH", "DYNAMORIO_OPTIONS"})
+    if (const char* const value = std::getenv(name)) line += fmt::format(" {}={}", name, quoted(value));
+  line += " " + quoted(program.file.string());
+  for (std::size_t i = 1; i < program.arguments.size(); ++i) line += " " + quoted(program.arguments[i]);
+  fmt::print("{}\n", line);
+}
+
 }  // namespace
 
-int run_to_end(const started_program& program, const std::optional<std::string>& trace) {
-  const trace_target target(trace);
+int run_to_end(const started_program& program, const run_options& options) {
+  if (options.dry_run) {
+    if (options.trace) setenv("QUERN_TRACE", absolute_path(*options.trace).c_str(), 1);
+    print_command(program);
+    return 0;
+  }
+  const trace_target target(options.trace);
   std::fflush(nullptr);
   pid_t child = 0;
   {

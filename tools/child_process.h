@@ -2,9 +2,10 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
+
+#include "tools/hosts.h"
 
 namespace quern {
 
@@ -15,7 +16,8 @@ struct started_program {
 };
 
 // Runs it with its trace where --trace says, hands on the signals that quern gets, and answers its exit status. When a
-// signal ended it: 128 plus its number, after a line on standard error.
-int run_to_end(const started_program& program, const std::optional<std::string>& trace);
+// signal ended it: 128 plus its number, after a line on standard error. With --dry-run it is printed, as a line for a
+// shell that would start it.
+int run_to_end(const started_program& program, const run_options& options);
 
 }  // namespace quern

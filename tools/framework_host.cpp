@@ -63,7 +63,7 @@ int run_with_launcher(const run_options& options, const program_call& program, c
   const fs::path launcher = package.launcher();
   std::vector<std::string> arguments{launcher.string(), "-c", client.string(), "--", program.file.string()};
   arguments.insert(arguments.end(), program.arguments.begin() + 1, program.arguments.end());
-  return run_to_end({launcher, arguments, program.arguments.front()}, options.trace);
+  return run_to_end({launcher, arguments, program.arguments.front()}, options);
 }
 
 int run_in_emulator(const run_options& options, const program_call& program, const framework_package& package,
@@ -86,7 +86,7 @@ int run_in_emulator(const run_options& options, const program_call& program, con
   arguments.insert(arguments.end(), program.arguments.begin() + 1, program.arguments.end());
   setenv("DYNAMORIO_EXE_PATH", absolute_path(program.file).c_str(), 1);
   setenv("DYNAMORIO_OPTIONS", framework_options.c_str(), 1);
-  return run_to_end({emulator, arguments, name}, options.trace);
+  return run_to_end({emulator, arguments, name}, options);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@ struct run_options {
   std::optional<std::string> trace;
   std::string lib_dir;
   std::string framework;  // the folder of DynamoRIO's package
+  bool dry_run = false;
   bool hide_sve = false;  // from the program's questions, under the preloaded library
 };
 
@@ -23,7 +24,7 @@ struct program_call {
 };
 
 // Under the library that is preloaded into the program, which must be dynamically linked.
-int run_under_trap(const run_options& options, const program_call& program);
+int run_embedded(const run_options& options, const program_call& program);
 
 // Under DynamoRIO with quern's client.
 int run_under_framework(const run_options& options, const program_call& program);

@@ -12,8 +12,8 @@ namespace quern {
 namespace {
 
 int run_program(const std::string& host, run_options options, const std::vector<std::string>& command) {
-  if (host == "trap" && !options.framework.empty())
-    throw user_error{"--dynamorio is of no use to --host trap: leave one of them out", status_usage};
+  if (host == "embedded" && !options.framework.empty())
+    throw user_error{"--dynamorio is of no use to --host embedded: leave one of them out", status_usage};
   if (const char* const configured = std::getenv("QUERN_DYNAMORIO"); options.framework.empty() && configured != nullptr)
     options.framework = configured;
   const program_call program{find_program(command.front()), command};
@@ -29,7 +29,7 @@ int run_program(const std::string& host, run_options options, const std::vector<
                                  "without -static, or run it under DynamoRIO (see --host in quern run --help)",
                                  program.file.string()),
                      status_not_executable};
-  return run_under_trap(options, program);
+  return run_embedded(options, program);
 }
 
 }  // namespace
@@ -41,19 +41,20 @@ void add_run_command(CLI::App& app, int& status) {
   run->add_option("--trace", options->trace, "Where the memory trace goes, if the program makes one")
       ->type_name("FILE");
   run->add_option("--host", *host,
-                  "What emulates: 'trap', a library preloaded into the program; 'dynamorio', which runs statically "
+                  "What emulates: 'embedded', a library preloaded into the program; 'dynamorio', which runs statically "
                   "linked programs too; 'auto', the latter where DynamoRIO's folder is given")
-      ->check(CLI::IsMember({"auto", "dynamorio", "trap"}))
+      ->check(CLI::IsMember({"auto", "dynamorio", "embedded"}))
       ->type_name("HOST");
   run->add_option("--dynamorio", options->framework,
                   "The folder of DynamoRIO's AArch64 package (else QUERN_DYNAMORIO names it)")
       ->type_name("DIR");
   run->add_option("--lib-dir", options->lib_dir, "Where the emulator's libraries are (else QUERN_LIB_DIR names it)")
       ->type_name("DIR");
+  run->add_flag("--dry-run", options->dry_run, "Print the command that would be run, and run nothing");
   run->add_flag(
       "--hide-sve", options->hide_sve,
       "Tell a program that asks that the processor has no SVE, so that libraries that choose their code at run "
-      "time don't choose SVE; of use to --host trap only, as DynamoRIO never tells of it");
+      "time don't choose SVE; of use to --host embedded only, as DynamoRIO never tells of it");
   run->footer(
       "Usage: quern run [OPTIONS] -- PROGRAM [ARGUMENTS...]\n"
       "Traced is what runs between the program's marker instructions, which are a start and a stop for each thread:\n"

@@ -28,6 +28,7 @@ offers 'trace' quern tr
 offers 'info' quern trace i
 offers '--version' quern --v
 offers '--help --host --hide-sve' quern run --h
+offers 'embedded' quern run --host e
 offers 'dynamorio' quern run --host d
 offers 'dynamorio' quern run --host = d
 offers 'text csv jsonl' quern trace dump --format ''

@@ -94,9 +94,9 @@ if [ $direct = no ]; then
   wanted=$(trap_host ./program ./program)
   starts "$wanted" run ./program
   starts "$wanted" run --host auto ./program
-  starts "$wanted" run --host trap ./program
+  starts "$wanted" run --host embedded ./program
   QUERN_DYNAMORIO='' starts "$wanted" run ./program
-  QUERN_DYNAMORIO=new starts "$wanted" run --host trap ./program
+  QUERN_DYNAMORIO=new starts "$wanted" run --host embedded ./program
 fi
 
 # refuses STATUS MESSAGE ARGUMENTS...: nothing starts, and an earlier trace stays.
@@ -110,10 +110,10 @@ refuses() {
 static='./static is statically linked, so that the emulator can'\''t be preloaded into it: link it without -static, or run '\
 'it under DynamoRIO (see --host in quern run --help)'
 refuses 126 "$static" ./static
-refuses 126 "$static" --host trap ./static
-QUERN_DYNAMORIO=new refuses 126 "$static" --host trap ./static
-refuses 2 '--host: fast not in {auto,dynamorio,trap} (see quern run --help)' --host fast ./program
-refuses 2 '--dynamorio is of no use to --host trap: leave one of them out' --host trap --dynamorio new ./program
+refuses 126 "$static" --host embedded ./static
+QUERN_DYNAMORIO=new refuses 126 "$static" --host embedded ./static
+refuses 2 '--host: fast not in {auto,dynamorio,embedded} (see quern run --help)' --host fast ./program
+refuses 2 '--dynamorio is of no use to --host embedded: leave one of them out' --host embedded --dynamorio new ./program
 refuses 125 '--host dynamorio needs DynamoRIO: unpack its package for AArch64, and name the folder by --dynamorio or '\
 'QUERN_DYNAMORIO' --host dynamorio ./program
 refuses 125 'there is no folder absent: give the one into which DynamoRIO'\''s package was unpacked' --dynamorio absent \

@@ -69,6 +69,14 @@ expect 0 "$loaded"$'\n<inpath> no trace' run -- inpath
 expect 0 "$loaded"$'\n<./program> no trace' run --lib-dir lib ./program
 expect 0 "$loaded"$'\n<./program> hidden' run --hide-sve -- ./program
 
+# --dry-run prints the command by which the same would come about, and touches nothing.
+printf 'QUERNTRC' >earlier
+command=$("${quern[@]}" run --dry-run --trace earlier -- ./program 'a b' "it's" '' --trace)
+[ "$(<earlier)" = QUERNTRC ] || fail '--dry-run removed an earlier trace'
+printed=$(eval "$command" 2>&1)
+[ "$printed" = "$loaded"$'\n<./program><a b><it\'s><><--trace> '"$folder/earlier" ] || fail "$command: $printed"
+rm earlier
+
 # So does its end reach the caller.
 expect 0 "$loaded"$'\n<./program><exit><0> no trace' run -- ./program exit 0
 expect 7 "$loaded"$'\n<./program><exit><7> no trace' run -- ./program exit 7

@@ -1,4 +1,4 @@
-// quern run --host trap: the host is a library that is preloaded into the program; on another processor than AArch64,
+// quern run --host embedded: the host is a library that is preloaded into the program; on another processor than AArch64,
 // both run in a processor emulator without SVE.
 #include <fmt/core.h>
 
@@ -58,7 +58,7 @@ std::string preload_list(const fs::path& folder, const std::string& host_library
 
 }  // namespace
 
-int run_under_trap(const run_options& options, const program_call& program) {
+int run_embedded(const run_options& options, const program_call& program) {
   const std::string host_library = fmt::format("libquern_trap_{}.so", VL_BITS);
   const users_libraries users = find_users_libraries();
   const std::string preload =
@@ -66,7 +66,7 @@ int run_under_trap(const run_options& options, const program_call& program) {
   const std::string& name = program.arguments.front();
   if (!needs_emulator) {
     setenv("LD_PRELOAD", preload.c_str(), 1);
-    return run_to_end({program.file, program.arguments, name}, options.trace);
+    return run_to_end({program.file, program.arguments, name}, options);
   }
   const fs::path emulator = find_emulator();
   std::vector<std::string> arguments{emulator.string(), "-cpu", "max,sve=off,sme=off", "-E", "LD_PRELOAD=" + preload};
@@ -77,7 +77,7 @@ int run_under_trap(const run_options& options, const program_call& program) {
     unsetenv("LD_PRELOAD");
   else
     setenv("LD_PRELOAD", users.emulators.c_str(), 1);
-  return run_to_end({emulator, arguments, name}, options.trace);
+  return run_to_end({emulator, arguments, name}, options);
 }
 
 }  // namespace quern
