@@ -1,5 +1,5 @@
-// quern run --host embedded: the host is a library that is preloaded into the program; on another processor than AArch64,
-// both run in a processor emulator without SVE.
+// quern run --host embedded: the host is a library that is preloaded into the program. Both run in a processor emulator
+// without SVE where the processor is none for AArch64.
 #include <fmt/core.h>
 
 #include <algorithm>
