@@ -121,6 +121,9 @@ consteval auto group(const std::array<encoded_row, N>&... forms) {
   return all;
 }
 
+// Ends a group that a list writes, a comma behind each row.
+inline constexpr std::array<encoded_row, 0> no_rows{};
+
 // decode_rows<COUNT>(KEY, GROUPS...): the table of one map, in the order of the thunks' names: of all the rows given,
 // those whose fixed bits are exactly the map's key bits. They are COUNT, and no two of them meet.
 template <std::size_t Count, std::size_t... N>

@@ -40,10 +40,9 @@ aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg
 
 }  // namespace
 
-#define LOAD(letters, T, U)                                                                        \
+#define ELEMENT(letters, M, T, U)                                                                  \
   aarch64_decode_rc sve_ld1r##letters##_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, \
                                              aarch64_i_rsp_reg base, unsigned int imm) {           \
-    return broadcast<T, U>(state, zt, pg, read_x(state, base) + scaled(imm, sizeof(T)));           \
+    return broadcast<T, U>(state, zt, pg, read_x(state, base) + scaled(imm, M));                   \
   }
-#define STORE(letters, T, U)
 #include "sve/handlers/memory/elements.def"

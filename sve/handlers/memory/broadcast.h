@@ -6,6 +6,5 @@
 
 #include "sve/handlers/handler_types.h"
 
-#define LOAD(letters, T, U) handler_zpri_unsigned sve_ld1r##letters##_zpri;
-#define STORE(letters, T, U)
+#define ELEMENT(letters, M, T, U) handler_zpri_unsigned sve_ld1r##letters##_zpri;
 #include "sve/handlers/memory/elements.def"

@@ -17,8 +17,8 @@ using namespace quern;
                                        read_x(state, base) + read_x(state, index) * sizeof(T));                     \
   }
 
-#define LOAD(letters, T, U) CONTIGUOUS(MEM_LOAD, ld1##letters, T, U)
-#define STORE(letters, T, U) CONTIGUOUS(MEM_STORE, st1##letters, T, U)
+#define SIGNED(letters, M, T, U) CONTIGUOUS(MEM_LOAD, ld1##letters, T, U)
+#define ELEMENT(letters, M, T, U) SIGNED(letters, M, T, U) CONTIGUOUS(MEM_STORE, st1##letters, T, U)
 #include "sve/handlers/memory/elements.def"
 
 CONTIGUOUS(MEM_LOAD, ldnt1b, std::uint8_t, std::uint8_t)

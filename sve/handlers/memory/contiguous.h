@@ -11,10 +11,11 @@
 #include "sve/handlers/handler_types.h"
 
 // LD1 and ST1: immediate and register offset.
-#define LOAD(letters, T, U)             \
+#define SIGNED(letters, M, T, U)        \
   handler_zpri sve_ld1##letters##_zpri; \
   handler_zprr sve_ld1##letters##_scaled_zprr;
-#define STORE(letters, T, U)            \
+#define ELEMENT(letters, M, T, U)       \
+  SIGNED(letters, M, T, U)              \
   handler_zpri sve_st1##letters##_zpri; \
   handler_zprr sve_st1##letters##_scaled_zprr;
 #include "sve/handlers/memory/elements.def"

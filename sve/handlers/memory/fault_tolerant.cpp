@@ -82,27 +82,19 @@ aarch64_decode_rc load_first_fault(cpu_state* state, unsigned char* z, unsigned 
 
 }  // namespace
 
-#define LOAD(letters, T, U)                                                                                   \
+#define ELEMENT(letters, M, T, U)                                                                             \
   aarch64_decode_rc sve_ldnf1##letters##_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,           \
                                               aarch64_i_rsp_reg base, int imm) {                              \
     return load_non_fault<T, U>(state, zt, pg, read_x(state, base) + scaled(imm, lane_count<U> * sizeof(T))); \
   }
-#define STORE(letters, T, U)
 #include "sve/handlers/memory/elements.def"
 
-#define FIRST_FAULT(name, T, U)                                                                         \
-  aarch64_decode_rc sve_ldff1##name##_scaled_zprr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, \
-                                                  aarch64_i_rsp_reg base, aarch64_i_reg index) {        \
-    return load_first_fault<T, U>(state, state->z[zt.num], state->p[pg.num],                            \
-                                  read_x(state, base) + read_x(state, index) * sizeof(T));              \
+#define ELEMENT(letters, M, T, U)                                                                          \
+  aarch64_decode_rc sve_ldff1##letters##_scaled_zprr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, \
+                                                     aarch64_i_rsp_reg base, aarch64_i_reg index) {        \
+    return load_first_fault<T, U>(state, state->z[zt.num], state->p[pg.num],                               \
+                                  read_x(state, base) + read_x(state, index) * M);                         \
   }
-
-FIRST_FAULT(b, std::uint8_t, std::uint8_t)
-FIRST_FAULT(b_h, std::uint8_t, std::uint16_t)
-FIRST_FAULT(b_s, std::uint8_t, std::uint32_t)
-FIRST_FAULT(b_d, std::uint8_t, std::uint64_t)
-FIRST_FAULT(w, std::uint32_t, std::uint32_t)
-FIRST_FAULT(w_d, std::uint32_t, std::uint64_t)
-FIRST_FAULT(d, std::uint64_t, std::uint64_t)
-
-#undef FIRST_FAULT
+#define HALFWORD(letters, M, T, U)
+#define SIGNED(letters, M, T, U)
+#include "sve/handlers/memory/elements.def"

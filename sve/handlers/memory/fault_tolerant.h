@@ -10,8 +10,7 @@
 // LDNF1: each page is probed once a lane reaches it. An active lane in an unreadable page keeps its old value and has
 // its element's bytes of FFR cleared; lanes of later, readable pages load. An inactive lane becomes 0. The offset is
 // imm times the bytes that all lanes touch in memory.
-#define LOAD(letters, T, U) handler_zpri sve_ldnf1##letters##_zpri;
-#define STORE(letters, T, U)
+#define ELEMENT(letters, M, T, U) handler_zpri sve_ldnf1##letters##_zpri;
 #include "sve/handlers/memory/elements.def"
 
 // LDFF1: decided once, from the distance to the end of the page. When the span reaches it and the next page can't be
@@ -19,6 +18,7 @@
 // cleared from there to its end, and the lanes beyond keep their old values. The first page is not probed: a bad one is
 // a fault of the host. The address is base + index * the memory element's size. The halfword and the sign-extending
 // forms go to the vector library.
-handler_zprr sve_ldff1b_scaled_zprr, sve_ldff1b_h_scaled_zprr, sve_ldff1b_s_scaled_zprr, sve_ldff1b_d_scaled_zprr;
-handler_zprr sve_ldff1w_scaled_zprr, sve_ldff1w_d_scaled_zprr;
-handler_zprr sve_ldff1d_scaled_zprr;
+#define ELEMENT(letters, M, T, U) handler_zprr sve_ldff1##letters##_scaled_zprr;
+#define HALFWORD(letters, M, T, U)
+#define SIGNED(letters, M, T, U)
+#include "sve/handlers/memory/elements.def"

@@ -59,21 +59,21 @@ aarch64_decode_rc move_scattered(cpu_state* state, aarch64_z_reg zt, aarch64_p_r
                                       [x = read_x(state, base)](U m) { return x + extended<X>(m) * sizeof(T); }); \
   }
 
-#define WORDS(kind, name, T)                                   \
+#define WORDS(kind, name, M, T)                                \
   BY_ADDRESS(kind, name, T, std::uint32_t)                     \
   BY_OFFSET(kind, name##_sxtw, T, std::uint32_t, std::int32_t) \
   BY_OFFSET(kind, name##_uxtw, T, std::uint32_t, std::uint32_t)
-#define SCALED_WORDS(kind, name, T)                           \
-  WORDS(kind, name, T)                                        \
+#define SCALED_WORDS(kind, name, M, T)                        \
+  WORDS(kind, name, M, T)                                     \
   BY_INDEX(kind, name##_sxtw, T, std::uint32_t, std::int32_t) \
   BY_INDEX(kind, name##_uxtw, T, std::uint32_t, std::uint32_t)
-#define DOUBLEWORDS(kind, name, T)                             \
+#define DOUBLEWORDS(kind, name, M, T)                          \
   BY_ADDRESS(kind, name, T, std::uint64_t)                     \
   BY_OFFSET(kind, name, T, std::uint64_t, std::uint64_t)       \
   BY_OFFSET(kind, name##_sxtw, T, std::uint64_t, std::int32_t) \
   BY_OFFSET(kind, name##_uxtw, T, std::uint64_t, std::uint32_t)
-#define SCALED_DOUBLEWORDS(kind, name, T)                     \
-  DOUBLEWORDS(kind, name, T)                                  \
+#define SCALED_DOUBLEWORDS(kind, name, M, T)                  \
+  DOUBLEWORDS(kind, name, M, T)                               \
   BY_INDEX(kind, name, T, std::uint64_t, std::uint64_t)       \
   BY_INDEX(kind, name##_sxtw, T, std::uint64_t, std::int32_t) \
   BY_INDEX(kind, name##_uxtw, T, std::uint64_t, std::uint32_t)

@@ -14,17 +14,17 @@
 
 #include "sve/handlers/handler_types.h"
 
-#define WORDS(kind, name, T)      \
+#define WORDS(kind, name, M, T)   \
   handler_zpzi sve_##name##_zpzi; \
   handler_zpzr sve_##name##_sxtw_zpzr, sve_##name##_uxtw_zpzr;
-#define SCALED_WORDS(kind, name, T) \
-  WORDS(kind, name, T)              \
+#define SCALED_WORDS(kind, name, M, T) \
+  WORDS(kind, name, M, T)              \
   handler_zprz sve_##name##_sxtw_scaled_zprz, sve_##name##_uxtw_scaled_zprz;
-#define DOUBLEWORDS(kind, name, T) \
-  WORDS(kind, name, T)             \
+#define DOUBLEWORDS(kind, name, M, T) \
+  WORDS(kind, name, M, T)             \
   handler_zpzr sve_##name##_zpzr;
-#define SCALED_DOUBLEWORDS(kind, name, T) \
-  SCALED_WORDS(kind, name, T)             \
-  handler_zpzr sve_##name##_zpzr;         \
+#define SCALED_DOUBLEWORDS(kind, name, M, T) \
+  SCALED_WORDS(kind, name, M, T)             \
+  handler_zpzr sve_##name##_zpzr;            \
   handler_zprz sve_##name##_scaled_zprz;
 #include "sve/handlers/memory/gather_scatter.def"

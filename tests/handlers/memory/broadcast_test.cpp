@@ -14,8 +14,7 @@ struct member : element_sizes {
 };
 
 const member members[] = {
-#define LOAD(letters, T, U) {sizes_of(#letters), "ld1r" #letters, sve_ld1r##letters##_zpri},
-#define STORE(letters, T, U)
+#define ELEMENT(letters, M, T, U) {sizes_of(#letters), "ld1r" #letters, sve_ld1r##letters##_zpri},
 #include "sve/handlers/memory/elements.def"
 };
 

@@ -1,6 +1,8 @@
 // Contiguous loads and stores of one register.
 #include "sve/handlers/memory/contiguous.h"
 
+#include <span>
+
 #include "tests/handlers/memory/element_letters.h"
 #include "tests/handlers/memory/memory_fixture.h"
 
@@ -9,23 +11,23 @@ namespace {
 using namespace quern;
 
 struct member : element_sizes {
+  memaccess_type_t kind;
   const char* name;
   handler_zpri* immediate;
   handler_zprr* scaled;
 };
 
-#define MEMBER(name, letters) \
-  {sizes_of(#letters), #name #letters, sve_##name##letters##_zpri, sve_##name##letters##_scaled_zprr},
+#define MEMBER(kind, name, letters) \
+  {sizes_of(#letters), kind, #name #letters, sve_##name##letters##_zpri, sve_##name##letters##_scaled_zprr},
 const member loads[] = {
-#define LOAD(letters, T, U) MEMBER(ld1, letters)
-#define STORE(letters, T, U)
+#define ELEMENT(letters, M, T, U) MEMBER(MEM_LOAD, ld1, letters)
 #include "sve/handlers/memory/elements.def"
-    MEMBER(ldnt1, b) MEMBER(ldnt1, h) MEMBER(ldnt1, w) MEMBER(ldnt1, d)};
+    MEMBER(MEM_LOAD, ldnt1, b) MEMBER(MEM_LOAD, ldnt1, h) MEMBER(MEM_LOAD, ldnt1, w) MEMBER(MEM_LOAD, ldnt1, d)};
 const member stores[] = {
-#define LOAD(letters, T, U)
-#define STORE(letters, T, U) MEMBER(st1, letters)
+#define ELEMENT(letters, M, T, U) MEMBER(MEM_STORE, st1, letters)
+#define SIGNED(letters, M, T, U)
 #include "sve/handlers/memory/elements.def"
-    MEMBER(stnt1, b) MEMBER(stnt1, h) MEMBER(stnt1, w) MEMBER(stnt1, d)};
+    MEMBER(MEM_STORE, stnt1, b) MEMBER(MEM_STORE, stnt1, h) MEMBER(MEM_STORE, stnt1, w) MEMBER(MEM_STORE, stnt1, d)};
 #undef MEMBER
 
 std::vector<member> both() {
@@ -41,29 +43,34 @@ class Contiguous : public MemoryHandlers {
     fill(pages.at(mapped_pages::size()), 2 * mapped_pages::size());
   }
 
-  // The registers after a load of the pattern's lanes from `first`.
-  cpu_state loaded(const member& m, const lane_pattern& pattern, const unsigned char* first) const {
-    cpu_state after = s;
-    const std::size_t lanes = vl / m.lane_bytes;
-    for (std::size_t i = 0; i != lanes; ++i) {
-      const std::uint64_t value =
-          pattern.is_active(i, lanes) ? element_at(first + i * m.memory_bytes, m.memory_bytes, m.sign_extends) : 0;
-      put_element(after.z[zt.num] + i * m.lane_bytes, m.lane_bytes, value);
+  struct outcome {
+    cpu_state registers;
+    std::vector<unsigned char> memory;  // the open pages
+  };
+
+  // What is to be after the pattern's lanes before `end` have gone from or to `first`.
+  outcome moved(const member& m, const lane_pattern& pattern, const unsigned char* first, std::size_t end) {
+    outcome after{s, memory()};
+    for (std::size_t i = 0; i != end; ++i) {
+      const bool active = pattern.is_active(i, vl / m.lane_bytes);
+      const unsigned char* const element = first + i * m.memory_bytes;
+      if (m.kind == MEM_LOAD) {
+        put_element(after.registers.z[zt.num] + i * m.lane_bytes, m.lane_bytes,
+                    active ? element_at(element, m.memory_bytes, m.sign_extends) : 0);
+      } else if (active) {
+        put_element(after.memory.data() + (element - open()), m.memory_bytes, lane_of(zt.num, i, m.lane_bytes));
+      }
     }
     return after;
   }
 
-  // The open pages after a store of the pattern's lanes at `first`.
-  std::vector<unsigned char> stored(const member& m, const lane_pattern& pattern, const unsigned char* first) {
-    std::vector<unsigned char> after = memory();
-    const std::size_t lanes = vl / m.lane_bytes;
-    for (std::size_t i = 0; i != lanes; ++i) {
-      if (!pattern.is_active(i, lanes)) continue;
-      put_element(after.data() + (first - open()) + i * m.memory_bytes, m.memory_bytes,
-                  lane_of(zt.num, i, m.lane_bytes));
-    }
-    return after;
+  void expect_outcome(const outcome& expected) {
+    EXPECT_TRUE(same(s, expected.registers));
+    EXPECT_EQ(memory(), expected.memory);
   }
+
+  void expect_moves_of_active_lanes(std::span<const member> members);
+  void expect_stops_at_faulting_lane(std::span<const member> members);
 
   unsigned char* open() { return pages.at(mapped_pages::size()); }
   unsigned char* closed() { return pages.at(3 * mapped_pages::size()); }
@@ -80,45 +87,28 @@ std::vector<std::size_t> places(std::size_t bytes) {
   return {64, 77, page_bytes - bytes / 2, page_bytes - 1, 0, 2 * page_bytes - bytes};
 }
 
-TEST_F(Contiguous, LoadsReadActiveLanesAndClearTheOthers) {
-  for (const member& m : loads) {
+void Contiguous::expect_moves_of_active_lanes(std::span<const member> members) {
+  for (const member& m : members) {
+    const std::size_t lanes = vl / m.lane_bytes;
     for (const lane_pattern& pattern : patterns) {
-      for (const std::size_t offset : places(vl / m.lane_bytes * m.memory_bytes)) {
+      for (const std::size_t offset : places(lanes * m.memory_bytes)) {
         SCOPED_TRACE(testing::Message() << m.name << ", lanes: " << pattern.name << ", at " << offset);
         SetUp();
         activate(pg.num, m.lane_bytes, pattern.is_active);
-        unsigned char* const first = open() + offset;
-        s.x[7] = reinterpret_cast<std::uint64_t>(first);
-        const cpu_state expected = loaded(m, pattern, first);
-        const std::vector<unsigned char> memory_before = memory();
+        s.x[7] = reinterpret_cast<std::uint64_t>(open() + offset);
+        const outcome expected = moved(m, pattern, open() + offset, lanes);
         run([&] { return m.immediate(&s, zt, pg, x_or_sp(7), 0); });
-        ASSERT_TRUE(same(s, expected));
-        ASSERT_EQ(memory(), memory_before);
-        expect_trace(runs(pattern, MEM_LOAD, s.x[7], m.memory_bytes, m.lane_bytes));
+        expect_outcome(expected);
+        expect_trace(runs(pattern, m.kind, s.x[7], m.memory_bytes, m.lane_bytes));
+        if (HasFailure()) return;
       }
     }
   }
 }
 
-TEST_F(Contiguous, StoresWriteActiveLanesAlone) {
-  for (const member& m : stores) {
-    for (const lane_pattern& pattern : patterns) {
-      for (const std::size_t offset : places(vl / m.lane_bytes * m.memory_bytes)) {
-        SCOPED_TRACE(testing::Message() << m.name << ", lanes: " << pattern.name << ", at " << offset);
-        SetUp();
-        activate(pg.num, m.lane_bytes, pattern.is_active);
-        unsigned char* const first = open() + offset;
-        s.x[7] = reinterpret_cast<std::uint64_t>(first);
-        const std::vector<unsigned char> expected = stored(m, pattern, first);
-        const cpu_state before = s;
-        run([&] { return m.immediate(&s, zt, pg, x_or_sp(7), 0); });
-        ASSERT_EQ(memory(), expected);
-        ASSERT_TRUE(same(s, before));
-        expect_trace(runs(pattern, MEM_STORE, s.x[7], m.memory_bytes, m.lane_bytes));
-      }
-    }
-  }
-}
+TEST_F(Contiguous, LoadsReadActiveLanesAndClearTheOthers) { expect_moves_of_active_lanes(loads); }
+
+TEST_F(Contiguous, StoresWriteActiveLanesAlone) { expect_moves_of_active_lanes(stores); }
 
 // A step of the immediate is what the instruction touches, not a whole vector.
 TEST_F(Contiguous, ImmediatesStepByTheBytesOfAllLanes) {
@@ -150,25 +140,15 @@ TEST_F(Contiguous, IndicesCountMemoryElements) {
 }
 
 TEST_F(Contiguous, ScaledFormsMoveTheSameBytes) {
-  for (const member& m : loads) {
+  for (const member& m : both()) {
+    SCOPED_TRACE(m.name);
     SetUp();
-    const lane_pattern& pattern = mixed_lanes;
-    activate(pg.num, m.lane_bytes, pattern.is_active);
+    activate(pg.num, m.lane_bytes, mixed_lanes.is_active);
     s.sp = reinterpret_cast<std::uint64_t>(open() + 40);
     s.x[9] = 5;
-    const cpu_state expected = loaded(m, pattern, open() + 40 + 5 * m.memory_bytes);
+    const outcome expected = moved(m, mixed_lanes, open() + 40 + 5 * m.memory_bytes, vl / m.lane_bytes);
     run([&] { return m.scaled(&s, zt, pg, x_or_sp(31), x_reg(9)); });
-    EXPECT_TRUE(same(s, expected)) << m.name;
-  }
-  for (const member& m : stores) {
-    SetUp();
-    const lane_pattern& pattern = mixed_lanes;
-    activate(pg.num, m.lane_bytes, pattern.is_active);
-    s.sp = reinterpret_cast<std::uint64_t>(open() + 40);
-    s.x[9] = 5;
-    const std::vector<unsigned char> expected = stored(m, pattern, open() + 40 + 5 * m.memory_bytes);
-    run([&] { return m.scaled(&s, zt, pg, x_or_sp(31), x_reg(9)); });
-    EXPECT_EQ(memory(), expected) << m.name;
+    expect_outcome(expected);
   }
 }
 
@@ -212,61 +192,34 @@ TEST_F(Contiguous, WithTracingOffNothingIsReported) {
 
 // A fault in mid-handler: the lanes before it are done, the lanes after it are not, and nothing is traced.
 
-TEST_F(Contiguous, ALoadStopsAtTheLaneThatFaults) {
-  for (const member& m : loads) {
+void Contiguous::expect_stops_at_faulting_lane(std::span<const member> members) {
+  for (const member& m : members) {
     for (const lane_pattern& pattern : {all_lanes, odd_lanes}) {
       for (const std::size_t misalignment : {std::size_t{0}, std::size_t{1}}) {
+        SCOPED_TRACE(testing::Message() << m.name << ", lanes: " << pattern.name << ", misaligned by " << misalignment);
         SetUp();
         activate(pg.num, m.lane_bytes, pattern.is_active);
         const std::size_t lanes = vl / m.lane_bytes, half = lanes / 2;
         unsigned char* const first = closed() - half * m.memory_bytes + misalignment;
         s.x[5] = reinterpret_cast<std::uint64_t>(first);
-        cpu_state expected = s;
         std::size_t i = 0;
-        for (; first + (i + 1) * m.memory_bytes <= closed() || !pattern.is_active(i, lanes); ++i) {
-          const std::uint64_t value =
-              pattern.is_active(i, lanes) ? element_at(first + i * m.memory_bytes, m.memory_bytes, m.sign_extends) : 0;
-          put_element(expected.z[zt.num] + i * m.lane_bytes, m.lane_bytes, value);
-        }
+        while (first + (i + 1) * m.memory_bytes <= closed() || !pattern.is_active(i, lanes)) ++i;
+        const outcome expected = moved(m, pattern, first, i);
         const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(5), 0); }); });
-        ASSERT_TRUE(fault) << m.name;
+        ASSERT_TRUE(fault);
         if (misalignment == 0) {
-          EXPECT_EQ(*fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes)) << m.name;
+          EXPECT_EQ(*fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes));
         }
-        EXPECT_TRUE(same(s, expected)) << m.name << ", lanes: " << pattern.name << ", misaligned by " << misalignment;
+        expect_outcome(expected);
         expect_no_trace();
       }
     }
   }
 }
 
-TEST_F(Contiguous, AStoreStopsAtTheLaneThatFaults) {
-  for (const member& m : stores) {
-    for (const lane_pattern& pattern : {all_lanes, odd_lanes}) {
-      for (const std::size_t misalignment : {std::size_t{0}, std::size_t{1}}) {
-        SetUp();
-        activate(pg.num, m.lane_bytes, pattern.is_active);
-        const std::size_t lanes = vl / m.lane_bytes, half = lanes / 2;
-        unsigned char* const first = closed() - half * m.memory_bytes + misalignment;
-        s.x[5] = reinterpret_cast<std::uint64_t>(first);
-        std::vector<unsigned char> expected = memory();
-        std::size_t i = 0;
-        for (; first + (i + 1) * m.memory_bytes <= closed() || !pattern.is_active(i, lanes); ++i) {
-          if (pattern.is_active(i, lanes))
-            put_element(expected.data() + (first - open()) + i * m.memory_bytes, m.memory_bytes,
-                        lane_of(zt.num, i, m.lane_bytes));
-        }
-        const auto fault = caught_fault([&] { run([&] { return m.immediate(&s, zt, pg, x_or_sp(5), 0); }); });
-        ASSERT_TRUE(fault) << m.name;
-        if (misalignment == 0) {
-          EXPECT_EQ(*fault, reinterpret_cast<std::uint64_t>(first + i * m.memory_bytes)) << m.name;
-        }
-        EXPECT_EQ(memory(), expected) << m.name << ", lanes: " << pattern.name << ", misaligned by " << misalignment;
-        expect_no_trace();
-      }
-    }
-  }
-}
+TEST_F(Contiguous, ALoadStopsAtTheLaneThatFaults) { expect_stops_at_faulting_lane(loads); }
+
+TEST_F(Contiguous, AStoreStopsAtTheLaneThatFaults) { expect_stops_at_faulting_lane(stores); }
 
 // The whole vector lies in one page, where it is moved as a block: the fault is still lane 0's, and nothing is done.
 TEST_F(Contiguous, ABlockThatFaultsFaultsInLaneZero) {

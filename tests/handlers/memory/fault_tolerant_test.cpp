@@ -16,15 +16,16 @@ struct member : element_sizes {
 };
 
 const member<handler_zpri> non_fault[] = {
-#define LOAD(letters, T, U) {sizes_of(#letters), "ldnf1" #letters, sve_ldnf1##letters##_zpri},
-#define STORE(letters, T, U)
+#define ELEMENT(letters, M, T, U) {sizes_of(#letters), "ldnf1" #letters, sve_ldnf1##letters##_zpri},
 #include "sve/handlers/memory/elements.def"
 };
 
-#define FIRST_FAULT(letters) {sizes_of(#letters), "ldff1" #letters, sve_ldff1##letters##_scaled_zprr},
-const member<handler_zprr> first_fault[] = {FIRST_FAULT(b) FIRST_FAULT(b_h) FIRST_FAULT(b_s) FIRST_FAULT(b_d)
-                                                FIRST_FAULT(w) FIRST_FAULT(w_d) FIRST_FAULT(d)};
-#undef FIRST_FAULT
+const member<handler_zprr> first_fault[] = {
+#define ELEMENT(letters, M, T, U) {sizes_of(#letters), "ldff1" #letters, sve_ldff1##letters##_scaled_zprr},
+#define HALFWORD(letters, M, T, U)
+#define SIGNED(letters, M, T, U)
+#include "sve/handlers/memory/elements.def"
+};
 
 // What has been probed, by a host that knows which pages are open.
 std::vector<std::uint64_t> probed;

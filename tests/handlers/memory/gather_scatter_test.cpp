@@ -51,20 +51,20 @@ element_sizes sizes_behind_instruction(std::string_view letters) { return sizes_
 const member members[] = {
 #define MEMBER(kind, name, form, extend) \
   member(#name #form, sve_##name##form, extension::extend, kind, sizes_behind_instruction(#name)),
-#define WORDS(kind, name, T)           \
+#define WORDS(kind, name, M, T)        \
   MEMBER(kind, name, _zpzi, none)      \
   MEMBER(kind, name, _sxtw_zpzr, sxtw) \
   MEMBER(kind, name, _uxtw_zpzr, uxtw)
-#define SCALED_WORDS(kind, name, T)           \
-  WORDS(kind, name, T)                        \
+#define SCALED_WORDS(kind, name, M, T)        \
+  WORDS(kind, name, M, T)                     \
   MEMBER(kind, name, _sxtw_scaled_zprz, sxtw) \
   MEMBER(kind, name, _uxtw_scaled_zprz, uxtw)
-#define DOUBLEWORDS(kind, name, T) \
-  WORDS(kind, name, T)             \
+#define DOUBLEWORDS(kind, name, M, T) \
+  WORDS(kind, name, M, T)             \
   MEMBER(kind, name, _zpzr, none)
-#define SCALED_DOUBLEWORDS(kind, name, T) \
-  SCALED_WORDS(kind, name, T)             \
-  MEMBER(kind, name, _zpzr, none)         \
+#define SCALED_DOUBLEWORDS(kind, name, M, T) \
+  SCALED_WORDS(kind, name, M, T)             \
+  MEMBER(kind, name, _zpzr, none)            \
   MEMBER(kind, name, _scaled_zprz, none)
 #include "sve/handlers/memory/gather_scatter.def"
 #undef MEMBER
