@@ -61,8 +61,8 @@ wait $emulated
 # system call, over which the other two keep them. These judge themselves.
 unjudged=" vector_sum fork_child handler_keeps_vectors "
 
-# part LOG PROGRAM: what it printed and how it ended.
-part() { sed -n "/^@@begin $2 /,/^@@stderr/p" "$1"; }
+# part LOG PROGRAM: what it printed and how it ended, without the process numbers that a debugger tells.
+part() { sed -n "/^@@begin $2 /,/^@@stderr/p" "$1" | sed 's/(process [0-9]*)/(process)/'; }
 # as_wanted PROGRAM: whether it did what it is to do; else the difference is in the file of that name.
 as_wanted() {
   if [[ $unjudged = *" $1 "* ]]; then

@@ -10,7 +10,7 @@
 #include "program.h"
 #include "sve_code.h"
 
-enum { CALLS = 5 };
+enum { CALLS = 2 };
 
 static volatile uint64_t sum;
 static volatile int handled;
@@ -81,7 +81,7 @@ static bool attach(void) {
     _exit(right ? 23 : 24);
   }
   int status;
-  for (int i = 0; i < 10; ++i) {
+  for (int i = 0; i < 5; ++i) {
     if (ptrace(PTRACE_ATTACH, pid, NULL, NULL) != 0) return false;
     for (;;) {
       if (waitpid(pid, &status, 0) != pid || !WIFSTOPPED(status)) return false;
