@@ -13,7 +13,7 @@
 build=$1
 shift
 root=build/kernel/root
-system=$(find $root/boot -name 'vmlinuz-*' 2>/dev/null | sort -V | tail -1)
+system=$(find $root/boot -name 'vmlinuz-*' 2>/dev/null | sort -V | tail -1) || true
 if [ -z "$system" ] || ! command -v qemu-system-aarch64 >/dev/null || ! command -v cpio >/dev/null; then
   echo "LEFT OUT: there is no kernel, or no machine emulator to run it; scripts/setup brings them."
   exit 77
