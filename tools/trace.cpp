@@ -18,6 +18,7 @@ struct trace_options {
   dump_format dump = dump_format::text;
   stats_options stats;
   export_format exported = export_format::din;
+  cache_options cache;
 };
 
 // Adds a command that reads a file; a reader's complaint becomes the program's.
@@ -53,7 +54,7 @@ void add_choice(CLI::App* command, const std::string& name, Choice& choice, cons
 
 }  // namespace
 
-void add_trace_command(CLI::App& app, int&) {
+void add_trace_command(CLI::App& app, int& status) {
   CLI::App* const trace = app.add_subcommand("trace", "Read a trace file");
   trace->require_subcommand(1);
   const auto options = std::make_shared<trace_options>();
@@ -90,6 +91,25 @@ void add_trace_command(CLI::App& app, int&) {
       "din ('0 ADDRESS SIZE', 1 for stores, hexadecimal) or lackey (' L ADDRESS,SIZE', S for stores) (din)",
       {{"din", export_format::din}, {"lackey", export_format::lackey}});
   add_filter_options(*exported, options->filter);
+
+  CLI::App* const cache = add_reading_command(
+      trace, "cache", "Put the accesses of a trace through caches", options,
+      [](trace_reader& reader, const trace_options& given) { print_trace_cache(reader, given.filter, given.cache); });
+  cache
+      ->add_option("--level", options->cache.levels,
+                   "A cache, the first first: bytes, ways, bytes a line (32K,8,64 and 1M,16,64)")
+      ->type_name("CACHE")
+      ->expected(1)
+      ->take_all();
+  cache->add_option("--top", options->cache.top, "So many places, those with most misses (20)")->type_name("NUMBER");
+  add_filter_options(*cache, options->filter);
+  cache->footer("All threads share the caches. They throw out the least recently used line; a store fetches its line.");
+
+  CLI::App* const check = add_reading_command(trace, "check", "Check that a trace is whole and in order", options,
+                                              [&status](trace_reader& reader, const trace_options&) {
+                                                if (!check_trace(reader)) status = 1;
+                                              });
+  check->footer("The exit status is 1 if it is not.");
 }
 
 }  // namespace quern

@@ -1,6 +1,10 @@
 // What the trace commands print on standard output.
 #pragma once
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 #include "tools/trace_filter.h"
 #include "utils/trace_reader.h"
 
@@ -25,5 +29,16 @@ void print_trace_stats(trace_reader& reader, const trace_filter& filter, const s
 // The accesses in a form that cache simulators read: a line each.
 enum class export_format { din, lackey };
 void export_trace(trace_reader& reader, const trace_filter& filter, export_format format);
+
+// Hits and misses in caches that the program's threads share, by level and by place. Stores fetch their line as loads
+// do.
+struct cache_options {
+  std::vector<std::string> levels{"32K,8,64", "1M,16,64"};  // bytes, ways, bytes a line
+  std::size_t top = 20;                                     // places, those with most misses
+};
+void print_trace_cache(trace_reader& reader, const trace_filter& filter, const cache_options& options);
+
+// Whether the trace is whole and its records are as the emulator writes them; a line for each thing that is not so.
+bool check_trace(trace_reader& reader);
 
 }  // namespace quern

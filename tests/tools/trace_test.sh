@@ -8,8 +8,8 @@ shift
 enter_folder
 export TZ=UTC
 
-# make NAME EXTRA: a trace with EXTRA more records than its first seven; sets `thread` to its one thread's number.
-make() { thread=$(QUERN_TRACE=$1 "${maker[@]}" "$2"); }
+# make NAME EXTRA [ONLY]: a trace with EXTRA more records than its first seven, or those only; sets `thread` to its one thread's number.
+make() { thread=$(QUERN_TRACE=$1 "${maker[@]}" "${@:2}"); }
 
 make small 0
 t=$(printf %8s "$thread")
@@ -131,6 +131,51 @@ expect 0 ' L 2000,256
  S 20f8,16' trace export --format lackey --region 1 small
 
 bits=$("${quern[@]}" --version | sed -n 's/.*(\([0-9]*\)-bit.*/\1/p')
+smalls_thread=$thread
+make orderly 5000 only
+expect 0 '5000 records, all in order' trace check orderly
+too_large=$([ "$bits" = 2048 ] || printf 'record 1 has a size that no vector has\n ')
+expect 1 "${too_large% }record 3 differs from its group in place, kind or size
+record 5 is of no known kind" trace check small
+cp orderly cut && truncate -s -1 cut
+expect 1 'the file is cut: it was longer once' trace check cut
+# The second slot's count, group and mark.
+second=$(($(getconf PAGESIZE) + 64 + 48))
+rm -f broken && make broken 3 only
+printf '\0' | dd of=broken bs=1 seek=$second conv=notrunc status=none
+expect 1 'record 0 is there twice' trace check broken
+rm -f broken && make broken 3 only
+printf '\2' | dd of=broken bs=1 seek=$((second + 12)) conv=notrunc status=none
+expect 1 'record 1 goes on with a group that was not begun' trace check broken
+rm -f broken && make broken 3 only
+printf '\3' | dd of=broken bs=1 seek=$((second + 12)) conv=notrunc status=none
+expect 1 "thread $thread has a group that does not end" trace check broken
+rm -f broken && make broken 3 only
+printf '\0' | dd of=broken bs=1 seek=$((second + 20)) conv=notrunc status=none
+expect 1 '1 records were being written when the process ended
+1 counts have no record' trace check broken
+
+expect 0 'cache                     accesses        hits      misses misses %
+L1 32K,8,64                   5000        4999           1      0.0
+L2 1M,16,64                      1           0           1    100.0
+
+    accesses   L1 misses   L2 misses  place
+        5000           1           1  0x400000' trace cache orderly
+# The first load of small takes four lines, its store the last of them and one more.
+expect 0 'cache                     accesses        hits      misses misses %
+L1 256,4,64                      8           1           7     87.5
+
+    accesses   L1 misses  place
+           4           4  0x400000
+           1           1  0x400004' trace cache --level 256,4,64 --top 2 small
+for level in 32K,8 0,1,64 32K,0,64 32K,8,48 100,1,64 32K,8,64,1 x,1,1; do
+  expect 2 "quern: --level: '$level' is no cache: give its bytes, ways, and bytes a line (a power of two), as in \
+32K,8,64" trace cache --level $level small
+done
+expect 2 'quern: --level: all caches must have lines of the same size' \
+  trace cache --level 32K,8,64 --level 1M,8,128 small
+
+thread=$smalls_thread
 # info_of FILE_LINE END_LINE: the summary of the small trace, without the lines that differ from run to run.
 info_of() {
   printf '%s\n' "program        make_trace" "ended          $2" "vector length  $bits bits" "file           $1" \
@@ -169,7 +214,7 @@ for format in text csv jsonl; do
   [ $status = 0 ] && [ ! -s errors ] || fail "dump | head: status $status, $(cat errors)"
   [ "$("${quern[@]}" trace dump --format $format large | tail -1 | grep -c 20006)" = 1 ] || fail "dump: the last record"
 done
-for command in info dump stats export; do
+for command in info dump stats export cache check; do
   status=0
   "${quern[@]}" trace $command large >/dev/full 2>errors || status=$?
   [ $status = 1 ] && [ "$(cat errors)" = "quern: can't write the output: No space left on device" ] ||
@@ -196,7 +241,7 @@ grep -qx '(1 more: see --top)' <("${quern[@]}" trace stats --top 3 large) || fai
 
 touch empty
 echo 'some text that is no trace' >text
-for command in info dump stats export; do
+for command in info dump stats export cache check; do
   expect 1 "quern: can't open absent: No such file or directory" trace $command absent
   expect 1 "quern: . is a folder, not a trace file" trace $command .
   expect 1 "quern: empty is empty, no trace file" trace $command empty
