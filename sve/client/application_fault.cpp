@@ -93,7 +93,6 @@ void fill(dr_mcontext_t& context, const cpu_state& state) {
 aarch64_decode_rc run_handler(void* drcontext, sve_handler handler, cpu_state* state, unsigned int word) {
   // A fault of any other instruction is a defect of the emulator, for the framework to report as such.
   if (!has_memory_encoding(word)) return handler(state, word);
-  forget_addresses();
   aarch64_decode_rc result = DECODE_OK;
   DR_TRY_EXCEPT(
       drcontext, { result = handler(state, word); }, { repeat_access(*state); });

@@ -61,6 +61,9 @@ inline void note_lanes(std::uint64_t address, std::size_t bytes, memaccess_type_
   std::atomic_signal_fence(std::memory_order_seq_cst);
 }
 
+// Forgets the addresses of earlier instructions: a lane that has none yet has not been come to.
+void forget_addresses();
+
 // Elements at lane_addresses, one for each active lane; the caller stores each before it makes the access.
 inline void note_addresses(std::size_t bytes, memaccess_type_t kind, const unsigned char* predicate,
                            std::size_t lane_bytes) {
@@ -72,10 +75,8 @@ inline void note_addresses(std::size_t bytes, memaccess_type_t kind, const unsig
                     lane_addresses,
                     static_cast<std::uint32_t>(lane_bytes),
                     static_cast<std::uint32_t>(VL_BYTES / lane_bytes)};
+  forget_addresses();
 }
-
-// Forgets the addresses of earlier instructions, for a host that will ask which lanes the next one has come to.
-void forget_addresses();
 
 // The bytes of an access that can be the first to fault, in the order in which the instruction comes to them: the first
 // byte of each block, and of its second page. A byte of the same page as the one before it is left out, as it can't be
