@@ -5,12 +5,11 @@
 #include <cstdint>
 #include <cstring>
 
-#include "sve/client/call_out.h"
 #include "sve/client/client_assert.h"
-#include "sve/client/emulate_instruction.h"
+#include "sve/client/emulated_place.h"
 #include "sve/client/insertion.h"
-#include "sve/client/machine_moves.h"
 #include "sve/client/saved_registers.h"
+#include "sve/client/shared_code.h"
 #include "sve/client/thread_state.h"
 #include "sve/decoder/sve_utils.h"
 
@@ -41,33 +40,25 @@ void insert_emulation_start(const insertion_point& at) {
   drmgr_insert_emulation_start(at.drcontext, at.list, at.where, &record);
 }
 
-void insert_call_out(const insertion_point& at, sve_handler handler) {
-  dr_insert_call_zivra(at.drcontext, at.list, at.where, at.pc, reinterpret_cast<void*>(emulate_instruction), 3,
-                       opnd_create_immed_int(static_cast<ptr_int_t>(word_at(at.pc)), OPSZ_4),
-                       opnd_create_immed_int(reinterpret_cast<ptr_int_t>(at.pc), OPSZ_8),
-                       opnd_create_immed_int(reinterpret_cast<ptr_int_t>(handler), OPSZ_8));
+// A call of the shared code, for which X30 borrows the slot of X28. Nothing here can fault.
+void insert_bracket(const insertion_point& at, const emulated_place* place) {
+  const opnd_t scratch = opnd_create_reg(scratch_register), target = opnd_create_reg(state_register);
+  dr_save_reg(at.drcontext, at.list, at.where, scratch_register, slot_x26);
+  dr_save_reg(at.drcontext, at.list, at.where, state_register, slot_x27);
+  dr_save_reg(at.drcontext, at.list, at.where, link_register, slot_x28);
+  instrlist_insert_mov_immed_ptrsz(at.drcontext, reinterpret_cast<ptr_int_t>(place), scratch, at.list, at.where,
+                                   nullptr, nullptr);
+  static_assert(offsetof(emulated_place, shared_code) == 0);
+  insert_meta(at, instr_create_1dst_1src(at.drcontext, OP_ldr, target, state_field(scratch_register, 0, OPSZ_8)));
+  insert_meta(at, instr_create_1dst_1src(at.drcontext, OP_blr, opnd_create_reg(link_register), target));
+  dr_restore_reg(at.drcontext, at.list, at.where, state_register, slot_x27);
 }
 
 void replace_by_bracket(void* drcontext, instrlist_t* bb, instr_t* instr, sve_handler handler) {
   const insertion_point at{drcontext, bb, instr, instr_get_app_pc(instr)};
   client_assert(dr_get_stolen_reg() == stolen_register, "dr_get_stolen_reg() == DR_REG_X28");
   insert_emulation_start(at);
-  dr_save_reg(drcontext, bb, instr, scratch_register, slot_x26);
-  dr_save_reg(drcontext, bb, instr, state_register, slot_x27);
-  dr_insert_get_stolen_reg_value(drcontext, bb, instr, state_register);
-  dr_save_reg(drcontext, bb, instr, state_register, slot_x28);
-
-  insert_read_state(at, state_register);
-  insert_moves_to_state(at);
-  insert_call_out(at, handler);
-  insert_read_state(at, state_register);
-  insert_moves_from_state(at);
-
-  // The slots last, since the handler may have changed these three registers too.
-  dr_restore_reg(drcontext, bb, instr, state_register, slot_x28);
-  dr_insert_set_stolen_reg_value(drcontext, bb, instr, state_register);
-  dr_restore_reg(drcontext, bb, instr, state_register, slot_x27);
-  dr_restore_reg(drcontext, bb, instr, scratch_register, slot_x26);
+  insert_bracket(at, record_of({shared_code, word_at(at.pc), at.pc, handler, nullptr}));
   drmgr_insert_emulation_end(drcontext, bb, instr);
   instrlist_remove(bb, instr);
   instr_destroy(drcontext, instr);

@@ -1,11 +1,11 @@
-// Building instructions of the application's level into a block.
+// Building instructions into a block, and into code outside the cache.
 #pragma once
 
 #include "sve/client/framework.h"
 
 namespace quern {
 
-// Where instructions are inserted, and the address of the application's instruction that they stand for.
+// Where instructions are inserted, and the address of the application's instruction that they stand for, if any.
 struct insertion_point {
   void* drcontext;
   instrlist_t* list;
@@ -18,6 +18,11 @@ struct insertion_point {
 inline void insert(const insertion_point& at, instr_t* built) {
   instr_set_translation(built, at.pc);
   instrlist_preinsert(at.list, at.where, built);
+}
+
+// Inserts as code of the framework's level, which it leaves as it is.
+inline void insert_meta(const insertion_point& at, instr_t* built) {
+  instrlist_meta_preinsert(at.list, at.where, built);
 }
 
 // Inserts code that reads the address of the thread's cpu_state into a register.

@@ -17,8 +17,8 @@ struct machine_moves {
   // One register: X for OPSZ_8, W for OPSZ_4, Q for OPSZ_16.
   void one(reg_id_t reg, std::size_t offset, opnd_size_t size) const {
     const opnd_t value = opnd_create_reg(reg), field = state_field(state_register, offset, size);
-    insert(at, to_state ? instr_create_1dst_1src(at.drcontext, OP_str, field, value)
-                        : instr_create_1dst_1src(at.drcontext, OP_ldr, value, field));
+    insert_meta(at, to_state ? instr_create_1dst_1src(at.drcontext, OP_str, field, value)
+                             : instr_create_1dst_1src(at.drcontext, OP_ldr, value, field));
   }
 
   // Register n and the one after it.
@@ -26,8 +26,8 @@ struct machine_moves {
     const opnd_t first = opnd_create_reg(static_cast<reg_id_t>(DR_REG_X0 + n));
     const opnd_t second = opnd_create_reg(static_cast<reg_id_t>(DR_REG_X0 + n + 1));
     const opnd_t fields = state_field(state_register, offsetof(cpu_state, x) + 8 * n, OPSZ_16);
-    insert(at, to_state ? instr_create_1dst_2src(at.drcontext, OP_stp, fields, first, second)
-                        : instr_create_2dst_1src(at.drcontext, OP_ldp, first, second, fields));
+    insert_meta(at, to_state ? instr_create_1dst_2src(at.drcontext, OP_stp, fields, first, second)
+                             : instr_create_2dst_1src(at.drcontext, OP_ldp, first, second, fields));
   }
 
   void general_registers() const {
@@ -43,9 +43,9 @@ struct machine_moves {
   // A system register, by way of the scratch register, of which `part` goes to or comes from the field.
   void system_register(reg_id_t system, reg_id_t part, std::size_t offset, opnd_size_t size) const {
     const opnd_t there = opnd_create_reg(system), scratch = opnd_create_reg(scratch_register);
-    if (to_state) insert(at, instr_create_1dst_1src(at.drcontext, OP_mrs, scratch, there));
+    if (to_state) insert_meta(at, instr_create_1dst_1src(at.drcontext, OP_mrs, scratch, there));
     one(part, offset, size);
-    if (!to_state) insert(at, instr_create_1dst_1src(at.drcontext, OP_msr, there, scratch));
+    if (!to_state) insert_meta(at, instr_create_1dst_1src(at.drcontext, OP_msr, there, scratch));
   }
 
   void flags() const { system_register(DR_REG_NZCV, scratch_register, offsetof(cpu_state, nzcv), OPSZ_8); }
@@ -61,8 +61,8 @@ struct machine_moves {
   void copy(reg_id_t to, reg_id_t from) const {
     const opnd_t zero = opnd_create_immed_int(0, OPSZ_PTR);
     const opnd_t shift = opnd_add_flags(opnd_create_immed_int(DR_SHIFT_LSL, OPSZ_PTR), DR_OPND_IS_SHIFT);
-    insert(at,
-           instr_create_1dst_4src(at.drcontext, OP_add, opnd_create_reg(to), opnd_create_reg(from), zero, shift, zero));
+    insert_meta(at, instr_create_1dst_4src(at.drcontext, OP_add, opnd_create_reg(to), opnd_create_reg(from), zero,
+                                           shift, zero));
   }
 };
 

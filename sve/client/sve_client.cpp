@@ -4,9 +4,10 @@
 #include "sve/client/application_fault.h"
 #include "sve/client/block_rewriting.h"
 #include "sve/client/client_assert.h"
+#include "sve/client/emulated_place.h"
 #include "sve/client/framework.h"
 #include "sve/client/framework_memory.h"
-#include "sve/client/restore_state.h"
+#include "sve/client/shared_code.h"
 #include "sve/client/signal_vectors.h"
 #include "sve/client/thread_state.h"
 #include "sve/memory/trace.h"
@@ -35,6 +36,8 @@ void event_exit() {
   dr_log(nullptr, DR_LOG_ALL, log_level, "SVE client exiting\n");
   sve_exit();
   client_assert(drmgr_unregister_bb_app2app_event(event_instruction_change) && drreg_exit() == DRREG_SUCCESS, "false");
+  free_shared_code();
+  free_places();
   drmgr_exit();
 }
 
@@ -52,7 +55,6 @@ DR_EXPORT void dr_client_main(client_id_t, int argc, const char* argv[]) {
   register_exit_event(event_exit);
   drmgr_priority_t priority{sizeof priority, "emulate_instruction", nullptr, nullptr, 0};
   client_assert(drmgr_register_bb_app2app_event(event_instruction_change, &priority), "false");
-  client_assert(drmgr_register_restore_state_event(event_restore_state), "false");
   client_assert(drmgr_register_kernel_xfer_event(event_kernel_transfer), "false");
   client_assert(drmgr_register_signal_event(event_signal), "false");
   tls_idx = drmgr_register_tls_field();

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "sve/client/client_assert.h"
+#include "sve/client/shared_code.h"
 #include "sve/client/signal_vectors.h"
 
 int quern::tls_idx;
@@ -14,12 +15,8 @@ namespace {
 
 constexpr std::size_t cache_line = 64;
 
-// Where the framework gave memory to, behind the register file: its heap may put that anywhere in a cache line.
-struct thread_block {
-  cpu_state state;
-  void* allocation;
-};
-constexpr std::size_t allocated_bytes = sizeof(thread_block) + cache_line - 1;
+// The framework's heap may put a block anywhere in a cache line.
+constexpr std::size_t allocated_bytes = sizeof(quern::thread_block) + cache_line - 1;
 
 }  // namespace
 
@@ -35,6 +32,7 @@ void quern::event_thread_init(void* drcontext) {
   auto* const block = static_cast<thread_block*>(aligned);
   block->allocation = allocation;
   client_assert(drmgr_set_tls_field(drcontext, tls_idx, &block->state), "false");
+  if (shared_code == nullptr) make_shared_code(drcontext);  // in the first thread: the field must be there
 }
 
 void quern::event_thread_exit(void* drcontext) {

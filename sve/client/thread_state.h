@@ -1,6 +1,7 @@
 // The register file of each application thread, kept in a field of the framework's thread-local storage.
 #pragma once
 
+#include "sve/client/emulated_place.h"
 #include "sve/client/framework.h"
 #include "sve/state/cpu_state.h"
 
@@ -8,6 +9,15 @@ namespace quern {
 
 // The index of the client's one field. Set once, at start-up.
 extern int tls_idx;
+
+// What a thread has: the register file first, then what the shared code keeps during a call-out, and where the
+// framework gave the memory.
+struct thread_block {
+  cpu_state state;
+  const emulated_place* place;
+  app_pc return_address;
+  void* allocation;
+};
 
 // Thread events. The first makes the thread's cpu_state, uninitialised, at the start of a cache line; the second
 // frees it.

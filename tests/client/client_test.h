@@ -7,6 +7,8 @@
 #include <cstring>
 
 #include "framework_double.h"
+#include "sve/client/emulated_place.h"
+#include "sve/client/shared_code.h"
 #include "sve/state/cpu_state.h"
 
 namespace quern {
@@ -16,7 +18,11 @@ struct client_test : testing::Test {
   framework_double framework;
   instrlist_t block;
 
-  ~client_test() override { framework.clear(block); }
+  client_test() { shared_code = nullptr; }
+  ~client_test() override {
+    framework.clear(block);
+    free_places();
+  }
 
   void start(std::vector<const char*> arguments = {}) {
     arguments.insert(arguments.begin(), "the client's path");

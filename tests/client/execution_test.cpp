@@ -134,16 +134,18 @@ TEST_P(Execution, AWriteOfFpcrReachesBothTheMachineAndTheRegisterFile) {
 TEST_P(Execution, EveryRegisterThatTheHandlerWritesReachesTheApplication) {
   append(word_add_b);
   rewrite();
-  instr_t* call = block.first;
-  while (call->kind != instr_t::clean_call) call = call->next;
-  call->srcs.at(2).value = reinterpret_cast<std::int64_t>(+[](cpu_state* s, unsigned int) {
+  instr_t* mov = block.first;
+  while (mov->opcode != OP_mov_immediate) mov = mov->next;
+  emulated_place place = *reinterpret_cast<const emulated_place*>(mov->srcs.at(0).value);
+  mov->srcs.at(0).value = reinterpret_cast<std::int64_t>(&place);
+  place.handler = +[](cpu_state* s, unsigned int) {
     for (std::uint64_t n = 0; n < 31; ++n) s->x[n] = 0x5A5A000000000000 + n;
     s->sp += 4096;
     s->nzcv = 0x50000000;
     s->fpsr = 0x13;
     for (std::size_t n = 0; n < 32; ++n) std::memset(s->z[n], static_cast<int>(0x80 + n), VL_BYTES);
     return DECODE_OK;
-  });
+  };
   after = before;
   GetParam().run(after, block, {});
   machine expected = before;

@@ -3,8 +3,6 @@
 
 #include <cstring>
 
-#include "sve/client/emulate_instruction.h"
-
 namespace quern {
 namespace {
 
@@ -43,7 +41,7 @@ void load(machine& m, const opnd_t& reg, const unsigned char* from) {
 }
 
 void call_out(machine& m, const instr_t& call) {
-  call_callee(call);
+  call_callee(call, m.x.at(call.srcs.at(0).base - DR_REG_X0));
   const std::uint64_t x28 = m.x[28], sp = m.sp, fpcr = m.fpcr, application_x28 = m.stolen_x28;
   std::memset(static_cast<void*>(&m), 0xEE, sizeof m);
   m.x[28] = x28;
@@ -63,7 +61,8 @@ void run_framework_code(machine& m, const instr_t& instr) {
     case instr_t::clean_call: call_out(m, instr); break;
     case instr_t::emulation_start:
     case instr_t::emulation_end:
-    case instr_t::not_meta: break;
+    case instr_t::not_meta:
+    case instr_t::own_code: break;
   }
 }
 
@@ -84,25 +83,41 @@ void run_move(machine& m, const instr_t& instr) {
     }
     case OP_mrs: sp_or_general(m, to[0]) = system_register(m, from[0]); break;
     case OP_msr: system_register(m, to[0]) = from[0].base == DR_REG_XZR ? 0 : sp_or_general(m, from[0]); break;
+    case OP_mov_immediate: sp_or_general(m, to[0]) = static_cast<std::uint64_t>(from[0].value); break;
     case OP_add: sp_or_general(m, to[0]) = sp_or_general(m, from[0]) + static_cast<std::uint64_t>(from[1].value); break;
     default: break;
   }
 }
 
+constexpr std::uint64_t return_address = 0xCAC4E000;
+
+void expect_equal(std::uint64_t value, std::uint64_t expected, const char* otherwise) {
+  if (value != expected) throw contract_violation(otherwise);
+}
+
+void run_shared_code(machine& m, std::uint64_t target) {
+  expect_equal(target, reinterpret_cast<std::uint64_t>(framework().code_memory),
+               "a call of what is not the shared code");
+  m.x[30] = return_address;
+  run_on_model(m, framework().shared_code, {});
+}
+
 }  // namespace
 
-void call_callee(const instr_t& call) {
-  const auto callee = reinterpret_cast<decltype(&emulate_instruction)>(call.callee);
-  callee(static_cast<unsigned int>(call.srcs.at(0).value), reinterpret_cast<unsigned char*>(call.srcs.at(1).value),
-         reinterpret_cast<sve_handler>(call.srcs.at(2).value));
+void call_callee(const instr_t& call, std::uint64_t argument) {
+  reinterpret_cast<void (*)(std::uint64_t)>(call.callee)(argument);
 }
 
 void run_on_model(machine& m, const instrlist_t& block, const native_effect& native) {
   for (const instr_t* instr = block.first; instr != nullptr; instr = instr->next) {
-    if (instr->kind != instr_t::not_meta)
+    if (instr->kind > instr_t::own_code)
       run_framework_code(m, *instr);
     else if (instr->opcode == OP_xx)
       native(m);
+    else if (instr->opcode == OP_blr)
+      run_shared_code(m, m.x.at(instr->srcs.at(0).base - DR_REG_X0));
+    else if (instr->opcode == OP_br)
+      expect_equal(m.x.at(instr->srcs.at(0).base - DR_REG_X0), return_address, "the shared code returns elsewhere");
     else
       run_move(m, *instr);
   }

@@ -36,7 +36,7 @@ using run_block = void(machine&, const instrlist_t& block, const native_effect& 
 run_block run_on_model;
 run_block run_on_processor;  // AArch64 builds only
 
-// The call of a call-out, with its arguments; what it does to the registers is the caller's.
-void call_callee(const instr_t& call);
+// The call of a call-out, with its argument; what it does to the registers is the caller's.
+void call_callee(const instr_t& call, std::uint64_t argument);
 
 }  // namespace quern

@@ -209,19 +209,5 @@ TEST_F(Signals, AnotherThreadThatEndsLeavesThisOnes) {
   EXPECT_EQ(in_use(), 1u);
 }
 
-TEST_F(Signals, RewrittenCodeHasTheApplicationsRegistersInSlots) {
-  framework.slots[0] = 126;
-  framework.slots[1] = 127;
-  dr_mcontext_t inside{.r26 = 1, .r27 = reinterpret_cast<reg_t>(&state), .xsp = 5};
-  framework.restore_state(framework.drcontext(), nullptr, &inside, false, true);
-  EXPECT_EQ(inside.r26, 126u);
-  EXPECT_EQ(inside.r27, 127u);
-
-  dr_mcontext_t outside{.r26 = 1, .r27 = 2, .xsp = 5};
-  framework.restore_state(framework.drcontext(), nullptr, &outside, false, true);
-  EXPECT_EQ(outside.r26, 1u);
-  EXPECT_EQ(outside.r27, 2u);
-}
-
 }  // namespace
 }  // namespace quern

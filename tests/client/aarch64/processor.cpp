@@ -20,6 +20,7 @@ struct thread_record {
   void* call_out;
   std::uint64_t return_address, application_sp;  // during a call-out
   std::uint64_t host_sp, host_fpcr, host_fpsr;   // of the code that runs the block
+  std::uint64_t argument;                        // of a call-out
 };
 
 // The assembly code below has these offsets as literals.
@@ -134,7 +135,7 @@ void quern_call_out();
 // The callee reads and writes the framework's slots.
 __attribute__((used)) void quern_make_call(const instr_t* call, quern::thread_record* thread) {
   std::memcpy(quern::framework().slots, thread->slots, sizeof thread->slots);
-  quern::call_callee(*call);
+  quern::call_callee(*call, thread->argument);
   std::memcpy(thread->slots, quern::framework().slots, sizeof thread->slots);
 }
 }
@@ -175,13 +176,15 @@ void add_framework_code(code_buffer& code, const instr_t& instr) {
     case instr_t::set_stolen: code.store(reg(), offsetof(machine, stolen_x28)); break;
     case instr_t::read_tls: code.load(reg(), offsetof(thread_record, tls_field)); break;
     case instr_t::clean_call:
+      code.store(static_cast<std::uint32_t>(instr.srcs.at(0).base - DR_REG_X0), offsetof(thread_record, argument));
       code.set(0, reinterpret_cast<std::uint64_t>(&instr));
       code.load(30, offsetof(thread_record, call_out));
       code.add(0xD63F03C0);  // blr x30
       break;
     case instr_t::emulation_start:
     case instr_t::emulation_end:
-    case instr_t::not_meta: break;
+    case instr_t::not_meta:
+    case instr_t::own_code: break;
   }
 }
 
@@ -195,31 +198,42 @@ void check_stolen(const instr_t& instr) {
 
 void add_application_code(code_buffer& code, const instr_t& instr) {
   check_stolen(instr);
+  if (instr.opcode == OP_mov_immediate)
+    return code.set(static_cast<std::uint32_t>(instr.dsts.at(0).base - DR_REG_X0),
+                    static_cast<std::uint64_t>(instr.srcs.at(0).value));
   if (instr.opcode != OP_xx) return code.add(encoding(instr));
   std::uint32_t word;
   std::memcpy(&word, instr.raw_bits, sizeof word);
   code.add(word);
 }
 
-std::vector<std::uint32_t> code_of(const instrlist_t& block) {
-  code_buffer code;
-  code.add(quern_enter_block, quern_enter_block_end);
-  for (const instr_t* instr = block.first; instr != nullptr; instr = instr->next)
-    (instr->kind == instr_t::not_meta ? add_application_code : add_framework_code)(code, *instr);
-  code.add(quern_leave_block, quern_leave_block_end);
-  return code.words;
+void add_list(code_buffer& code, const instrlist_t& list) {
+  for (const instr_t* instr = list.first; instr != nullptr; instr = instr->next)
+    (instr->kind <= instr_t::own_code ? add_application_code : add_framework_code)(code, *instr);
+}
+
+// Puts words where the processor may run them.
+void place_code(const std::vector<std::uint32_t>& words, void* at) {
+  const std::size_t size = words.size() * sizeof words[0];
+  if (mprotect(at, size, PROT_READ | PROT_WRITE) != 0) throw std::runtime_error("no right to write the code");
+  std::memcpy(at, words.data(), size);
+  if (mprotect(at, size, PROT_READ | PROT_EXEC) != 0) throw std::runtime_error("no right to run the code");
+  __builtin___clear_cache(static_cast<char*>(at), static_cast<char*>(at) + size);
 }
 
 }  // namespace
 
 void run_on_processor(machine& m, const instrlist_t& block, const native_effect&) {
-  const std::vector<std::uint32_t> words = code_of(block);
-  const std::size_t size = words.size() * sizeof words[0];
+  code_buffer shared, whole;
+  add_list(shared, framework().shared_code);
+  place_code(shared.words, framework().code_memory);
+  whole.add(quern_enter_block, quern_enter_block_end);
+  add_list(whole, block);
+  whole.add(quern_leave_block, quern_leave_block_end);
+  const std::size_t size = whole.words.size() * sizeof whole.words[0];
   void* const code = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (code == MAP_FAILED) throw std::runtime_error("no memory for the block's code");
-  std::memcpy(code, words.data(), size);
-  if (mprotect(code, size, PROT_READ | PROT_EXEC) != 0) throw std::runtime_error("no right to run the block's code");
-  __builtin___clear_cache(static_cast<char*>(code), static_cast<char*>(code) + size);
+  place_code(whole.words, code);
 
   thread_record thread{};
   thread.registers = m;

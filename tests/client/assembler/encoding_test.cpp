@@ -21,21 +21,23 @@ std::string spelt(const instr_t& instr) {
 
 using Encoding = client_test;
 
-// Every instruction of a bracket, and of the prefixes of a write of FPCR from every register that has one of its own.
+// Every instruction of a bracket and of the shared code, and of the prefixes of a write of FPCR from every register
+// that has one of its own.
 TEST_F(Encoding, TheDisassemblerReadsWhatWasMeant) {
-  start();
+  start_thread();
   append(word_add_b);
   for (const reg_id_t source : {DR_REG_X0, DR_REG_X21, DR_REG_X22, DR_REG_X30, DR_REG_XZR})
     append_msr(DR_REG_FPCR, source);
   rewrite();
   std::vector<std::uint32_t> words;
   std::vector<std::string> expected;
-  for (const instr_t* instr = block.first; instr != nullptr; instr = instr->next) {
-    if (instr->kind != instr_t::not_meta) continue;
-    words.push_back(encoding(*instr));
-    expected.push_back(spelt(*instr));
-  }
-  EXPECT_EQ(words.size(), 104u + 5 * 2);
+  for (const instrlist_t* list : {&block, &framework.shared_code})
+    for (const instr_t* instr = list->first; instr != nullptr; instr = instr->next) {
+      if (instr->kind > instr_t::own_code || instr->opcode == OP_mov_immediate) continue;
+      words.push_back(encoding(*instr));
+      expected.push_back(spelt(*instr));
+    }
+  EXPECT_EQ(words.size(), 2 + 104u + 5 + 5 * 2);
   EXPECT_EQ(test::disassemble(words), expected);
 }
 

@@ -44,7 +44,21 @@ enum : reg_id_t {
 
 enum : opnd_size_t { OPSZ_NA, OPSZ_4, OPSZ_8, OPSZ_16, OPSZ_PTR = OPSZ_8 };
 
-enum : int { OP_INVALID, OP_LABEL, OP_add, OP_ldp, OP_ldr, OP_mrs, OP_msr, OP_stp, OP_str, OP_xx };
+enum : int {
+  OP_INVALID,
+  OP_LABEL,
+  OP_add,
+  OP_blr,
+  OP_br,
+  OP_ldp,
+  OP_ldr,
+  OP_mov_immediate,
+  OP_mrs,
+  OP_msr,
+  OP_stp,
+  OP_str,
+  OP_xx
+};
 
 enum dr_spill_slot_t : int { SPILL_SLOT_1, SPILL_SLOT_2, SPILL_SLOT_3, SPILL_SLOT_4, SPILL_SLOT_MAX = SPILL_SLOT_4 };
 enum dr_emit_flags_t { DR_EMIT_DEFAULT = 0 };
@@ -89,7 +103,7 @@ struct dr_siginfo_t {
 enum dr_signal_action_t { DR_SIGNAL_DELIVER, DR_SIGNAL_SUPPRESS, DR_SIGNAL_BYPASS, DR_SIGNAL_REDIRECT };
 
 enum dr_mem_type_t { DR_MEMTYPE_FREE, DR_MEMTYPE_DATA };
-enum : uint { DR_MEMPROT_NONE = 0, DR_MEMPROT_READ = 1 };
+enum : uint { DR_MEMPROT_NONE = 0, DR_MEMPROT_READ = 1, DR_MEMPROT_WRITE = 2, DR_MEMPROT_EXEC = 4 };
 struct dr_mem_info_t {
   uint prot;
   dr_mem_type_t type;
@@ -117,6 +131,10 @@ void dr_abort();
 void* dr_get_current_drcontext();
 void* dr_thread_alloc(void* drcontext, std::size_t size);
 void dr_thread_free(void* drcontext, void* memory, std::size_t size);
+void* dr_global_alloc(std::size_t size);
+void dr_global_free(void* memory, std::size_t size);
+void* dr_nonheap_alloc(std::size_t size, uint protection);
+void dr_nonheap_free(void* memory, std::size_t size);
 std::size_t dr_page_size();
 bool dr_query_memory_ex(const byte* address, dr_mem_info_t* info);
 bool dr_get_mcontext(void* drcontext, dr_mcontext_t* context);
@@ -133,6 +151,7 @@ reg_id_t opnd_get_reg(opnd_t operand);
 
 // Instructions.
 instr_t* instr_create(void* drcontext);
+instr_t* instr_create_0dst_1src(void* drcontext, int opcode, opnd_t src);
 instr_t* instr_create_1dst_1src(void* drcontext, int opcode, opnd_t dst, opnd_t src);
 instr_t* instr_create_1dst_2src(void* drcontext, int opcode, opnd_t dst, opnd_t src1, opnd_t src2);
 instr_t* instr_create_2dst_1src(void* drcontext, int opcode, opnd_t dst1, opnd_t dst2, opnd_t src);
@@ -152,7 +171,13 @@ instr_t* instr_get_next(instr_t* instr);
 instr_t* instr_get_next_app(instr_t* instr);
 instr_t* instrlist_first_app(instrlist_t* list);
 void instrlist_preinsert(instrlist_t* list, instr_t* where, instr_t* instr);
+void instrlist_meta_preinsert(instrlist_t* list, instr_t* where, instr_t* instr);
+void instrlist_insert_mov_immed_ptrsz(void* drcontext, ptr_int_t value, opnd_t dst, instrlist_t* list, instr_t* where,
+                                      instr_t** first, instr_t** last);
 void instrlist_remove(instrlist_t* list, instr_t* instr);
+instrlist_t* instrlist_create(void* drcontext);
+app_pc instrlist_encode(void* drcontext, instrlist_t* list, app_pc to, bool has_instr_jump_targets);
+void instrlist_clear_and_destroy(void* drcontext, instrlist_t* list);
 
 // Code of the framework's own.
 void dr_save_reg(void* drcontext, instrlist_t* list, instr_t* where, reg_id_t reg, dr_spill_slot_t slot);

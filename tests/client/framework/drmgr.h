@@ -20,8 +20,6 @@ struct emulated_instr_t {
 using drmgr_xform_cb_t = dr_emit_flags_t (*)(void* drcontext, void* tag, instrlist_t* bb, bool for_trace,
                                              bool translating);
 
-using drmgr_restore_state_t = void (*)(void* drcontext, void* tag, dr_mcontext_t* mcontext, bool restore_memory,
-                                       bool app_code_consistent);
 using drmgr_kernel_xfer_t = void (*)(void* drcontext, const dr_kernel_xfer_info_t* info);
 using drmgr_signal_t = dr_signal_action_t (*)(void* drcontext, dr_siginfo_t* info);
 
@@ -31,7 +29,6 @@ bool drmgr_register_thread_init_event(void (*event)(void* drcontext));
 bool drmgr_register_thread_exit_event(void (*event)(void* drcontext));
 bool drmgr_register_bb_app2app_event(drmgr_xform_cb_t event, drmgr_priority_t* priority);
 bool drmgr_unregister_bb_app2app_event(drmgr_xform_cb_t event);
-bool drmgr_register_restore_state_event(drmgr_restore_state_t event);
 bool drmgr_register_kernel_xfer_event(drmgr_kernel_xfer_t event);
 bool drmgr_register_signal_event(drmgr_signal_t event);
 int drmgr_register_tls_field();

@@ -93,6 +93,11 @@ std::uint32_t encoding(const instr_t& instr) {
       shaped(1, 1);
       return 0xD5000000 | system_register(instr, instr.dsts[0]) | data_register(instr, instr.srcs[0]).number;
     case OP_add: shaped(1, 4); return addition(instr);
+    case OP_br: shaped(0, 1); return 0xD61F0000 | data_register(instr, instr.srcs[0]).number << 5;
+    case OP_blr:
+      shaped(1, 1);
+      if (instr.dsts[0].base != DR_REG_X30) refuse(instr);
+      return 0xD63F0000 | data_register(instr, instr.srcs[0]).number << 5;
     default: refuse(instr);
   }
 }

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <sys/mman.h>
+
 #include "framework_double.h"
 #include "tests/support/caught_fault.h"
 
@@ -102,6 +104,25 @@ void dr_thread_free(void* drcontext, void* memory, std::size_t size) {
   framework().live_bytes -= size;
   std::free(static_cast<byte*>(memory) - framework().heap_offset);
 }
+void* dr_global_alloc(std::size_t size) {
+  framework().live_bytes += size;
+  return std::malloc(size);
+}
+void dr_global_free(void* memory, std::size_t size) {
+  framework().live_bytes -= size;
+  std::free(memory);
+}
+void* dr_nonheap_alloc(std::size_t size, uint protection) {
+  if (protection != (DR_MEMPROT_READ | DR_MEMPROT_WRITE | DR_MEMPROT_EXEC) || framework().code_memory != nullptr)
+    throw contract_violation("memory that is not for the one piece of code");
+  void* const memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  return framework().code_memory = static_cast<byte*>(memory);
+}
+void dr_nonheap_free(void* memory, std::size_t size) {
+  if (memory != framework().code_memory) throw contract_violation("memory is freed that is none");
+  munmap(memory, size);
+  framework().code_memory = nullptr;
+}
 std::size_t dr_page_size() { return 16384; }
 bool dr_query_memory_ex(const byte*, dr_mem_info_t* info) {
   *info = {framework().page_protection, DR_MEMTYPE_DATA};
@@ -152,6 +173,7 @@ instr_t* instr_create(void* drcontext) {
   framework().check_context(drcontext);
   return framework().create(OP_INVALID, {}, {});
 }
+instr_t* instr_create_0dst_1src(void*, int opcode, opnd_t src) { return framework().create(opcode, {}, {src}); }
 instr_t* instr_create_1dst_1src(void*, int opcode, opnd_t dst, opnd_t src) {
   return framework().create(opcode, {dst}, {src});
 }
@@ -194,6 +216,38 @@ void instrlist_preinsert(instrlist_t* list, instr_t* where, instr_t* instr) {
   if (framework().checked(instr).translation == nullptr) throw contract_violation("no translation");
   (void)quern::encoding(*instr);
   framework().insert(list, where, instr);
+}
+void instrlist_meta_preinsert(instrlist_t* list, instr_t* where, instr_t* instr) {
+  framework().checked(instr).kind = instr_t::own_code;
+  (void)quern::encoding(*instr);
+  framework().insert(list, where, instr);
+}
+void instrlist_insert_mov_immed_ptrsz(void* drcontext, ptr_int_t value, opnd_t dst, instrlist_t* list, instr_t* where,
+                                      instr_t**, instr_t**) {
+  framework().check_context(drcontext);
+  check_usable(opnd_get_reg(dst));
+  instr_t* const made = framework().create(OP_mov_immediate, {dst}, {opnd_create_immed_int(value, OPSZ_8)});
+  made->kind = instr_t::own_code;
+  framework().insert(list, where, made);
+}
+instrlist_t* instrlist_create(void* drcontext) {
+  framework().check_context(drcontext);
+  return new instrlist_t;
+}
+// The instructions stay, to be looked at and to be run.
+app_pc instrlist_encode(void* drcontext, instrlist_t* list, app_pc to, bool) {
+  framework().check_context(drcontext);
+  if (to != framework().code_memory) throw contract_violation("code is encoded to where it can't run");
+  while (instr_t* const first = list->first) {
+    framework().remove(list, first);
+    framework().insert(&framework().shared_code, nullptr, first);
+    to += 4;
+  }
+  return to;
+}
+void instrlist_clear_and_destroy(void*, instrlist_t* list) {
+  framework().clear(*list);
+  delete list;
 }
 void instrlist_remove(instrlist_t* list, instr_t* instr) { framework().remove(list, instr); }
 
@@ -250,10 +304,6 @@ bool drmgr_register_bb_app2app_event(drmgr_xform_cb_t event, drmgr_priority_t* p
 }
 bool drmgr_unregister_bb_app2app_event(drmgr_xform_cb_t event) {
   return framework().answer("drmgr_unregister_bb_app2app_event") && event == framework().block_event;
-}
-bool drmgr_register_restore_state_event(drmgr_restore_state_t event) {
-  framework().restore_state = event;
-  return framework().answer("drmgr_register_restore_state_event");
 }
 bool drmgr_register_kernel_xfer_event(drmgr_kernel_xfer_t event) {
   framework().kernel_transfer = event;

@@ -23,6 +23,7 @@ framework_double::framework_double() { the_framework = this; }
 
 framework_double::~framework_double() {
   for (instr_t* instr : instructions_) delete instr;
+  if (code_memory != nullptr) dr_nonheap_free(code_memory, dr_page_size());
   the_framework = nullptr;
 }
 

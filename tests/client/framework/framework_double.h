@@ -16,6 +16,7 @@
 struct instr_t {
   enum meta {
     not_meta,
+    own_code,  // an instruction that the client built, of the framework's level
     save_reg,
     restore_reg,
     get_stolen,
@@ -78,7 +79,6 @@ class framework_double {
   void (*thread_exit)(void*) = nullptr;
   void (*process_exit)() = nullptr;
   drmgr_xform_cb_t block_event = nullptr;
-  drmgr_restore_state_t restore_state = nullptr;
   drmgr_kernel_xfer_t kernel_transfer = nullptr;
   drmgr_signal_t signal = nullptr;
   int tries = 0;
@@ -87,6 +87,8 @@ class framework_double {
   reg_t slots[3] = {};
   std::size_t live_instructions() const { return instructions_.size(); }
   std::size_t live_bytes = 0;
+  instrlist_t shared_code;      // what was encoded
+  byte* code_memory = nullptr;  // to where
 
   // An application instruction at the end of the block. `bytes` hold its encoding, at its address.
   void append(instrlist_t& block, byte* bytes, int opcode = OP_xx, std::vector<opnd_t> dsts = {},

@@ -39,7 +39,8 @@ std::string meta_text(const instr_t& instr) {
     case instr_t::clean_call: return "call";
     case instr_t::emulation_start: return "emulation_start";
     case instr_t::emulation_end: return "emulation_end";
-    case instr_t::not_meta: break;
+    case instr_t::not_meta:
+    case instr_t::own_code: break;
   }
   return "?";
 }
@@ -58,10 +59,13 @@ std::string text(const opnd_t& operand) {
 }
 
 std::string text(const instr_t& instr) {
-  if (instr.kind != instr_t::not_meta) return meta_text(instr);
+  if (instr.kind > instr_t::own_code) return meta_text(instr);
   const std::string dsts = joined(instr.dsts), srcs = joined(instr.srcs);
   switch (instr.opcode) {
     case OP_add: return "add " + dsts + ", " + srcs;
+    case OP_blr: return "blr " + srcs;
+    case OP_br: return "br " + srcs;
+    case OP_mov_immediate: return "mov " + dsts + ", immediate";
     case OP_ldp: return "ldp " + dsts + ", " + srcs;
     case OP_ldr: return "ldr " + dsts + ", " + srcs;
     case OP_mrs: return "mrs " + dsts + ", " + srcs;
