@@ -5,14 +5,14 @@
 
 namespace quern {
 
-// Replaces each emulated instruction of the block by a bracket that moves the registers into the thread's cpu_state,
-// calls emulate_instruction and moves them back, and puts before each write of FPCR a copy of the written value into
-// cpu_state::fpcr. After max_replacements the rest of the block is cut off. The outcome depends on the block alone, so
-// that a block built again to translate an address has the same shape.
+// Replaces each emulated instruction of the block by a bracket, which calls the shared code with the instruction's
+// record, and puts before each write of FPCR a copy of the written value into cpu_state::fpcr. After max_replacements
+// the rest of the block is cut off. The outcome depends on the block alone, so that a block built again to translate an
+// address has the same shape.
 dr_emit_flags_t event_instruction_change(void* drcontext, void* tag, instrlist_t* bb, bool for_trace, bool translating);
 
-// The framework gives up on a block whose code grows too large, from somewhat over 32 brackets on. A block may end
-// anywhere: the framework goes on at the next instruction with a new one.
+// The framework gives up on a block whose code grows too large. A block may end anywhere: the framework goes on at the
+// next instruction with a new one.
 inline constexpr int max_replacements = 16;
 
 }  // namespace quern

@@ -3,7 +3,7 @@
 
 #include "sve/client/framework.h"
 
-// Inserts before `where` a call of `callee` with `count` arguments, which must be immediates. The call may change any
+// Inserts before `where` a call of `callee` with `count` arguments, immediates or registers. The call may change any
 // register that the application does not see, and keeps the spill slots, which show what the callee writes to them with
 // dr_write_saved_reg. `pc` is the address of the application's instruction that the call stands for.
 //
