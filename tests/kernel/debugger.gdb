@@ -1,5 +1,5 @@
-# A debugger on a program: breakpoints before and behind SVE code, a function's end, registers, a handler, the program's
-# end. An SVE instruction itself is no place to stop at or to step from where it is emulated.
+# A debugger on a program: breakpoints before, on and behind SVE instructions, a function's end, registers, a handler, the
+# program's end. Where it is emulated, an SVE instruction is no place to step from: the step ends at the next breakpoint.
 set pagination off
 set confirm off
 set startup-with-shell off
@@ -11,6 +11,9 @@ break *&stepped
 run
 info registers x0
 delete
+break *(&stepped + 8)
+continue
+info registers x0 pc
 tbreak *&stepped_middle
 continue
 info registers x9
@@ -23,6 +26,9 @@ continue
 info registers x0 x9
 finish
 info registers x0
+continue
+info registers x0 pc
+delete
 tbreak *&handler
 continue
 info registers x0

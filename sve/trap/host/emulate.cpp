@@ -9,6 +9,7 @@
 #include "sve/memory/kept_destination.h"
 #include "sve/trap/failure_line.h"
 #include "sve/trap/handler_cache.h"
+#include "sve/trap/host/breakpoint.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/signal_frame.h"
 #include "sve/trap/host/thread_signals.h"
@@ -43,7 +44,8 @@ void send_waiting() {
 // False, with the frame untouched, when the word is not an emulated one.
 bool run_instruction(ucontext_t& frame) {
   const unsigned char* const pc = frame_pc(frame);
-  const std::uint32_t word = word_at(pc);
+  std::uint32_t word = word_at(pc);
+  if (is_breakpoint(word)) word = word_beneath_breakpoint(pc);
   const sve_handler handler = cache.find(word, get_sve_handler);
   if (!handler) return false;
   load_state(frame, registers);

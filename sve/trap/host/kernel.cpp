@@ -72,10 +72,10 @@ bool can_read(std::uint64_t address) {
 
 long control_process(int option, unsigned long argument) { return call(SYS_prctl, option, long(argument)); }
 
-long read_beginning(const char* path, void* bytes, std::size_t size) {
+long read_file(const char* path, std::uint64_t offset, void* bytes, std::size_t size) {
   const long file = call(SYS_openat, AT_FDCWD, argument(path), O_RDONLY | O_CLOEXEC);
   if (file < 0) return file;
-  const long read = call(SYS_read, file, argument(bytes), long(size));
+  const long read = call(SYS_pread64, file, argument(bytes), long(size), long(offset));
   call(SYS_close, file);
   return read;
 }

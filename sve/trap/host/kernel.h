@@ -38,8 +38,8 @@ bool can_read(std::uint64_t address);
 // prctl with one argument.
 long control_process(int option, unsigned long argument);
 
-// Reads the file's beginning; answers how many bytes that are, at most `size`.
-long read_beginning(const char* path, void* bytes, std::size_t size);
+// Reads the file from `offset` on; answers how many bytes that are, at most `size`.
+long read_file(const char* path, std::uint64_t offset, void* bytes, std::size_t size);
 
 // Writes one line of text, which ends in a newline, to standard error.
 void print_error(const char* line);

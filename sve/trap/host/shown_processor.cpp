@@ -38,7 +38,7 @@ Elf64_auxv_t* vector_behind(char** environment) {
 // For a resolver of a library that is loaded before this one: nothing here may need the dynamic linker then.
 unsigned long value_before_start(unsigned long type) {
   Elf64_auxv_t entries[64];
-  const long bytes = kernel::read_beginning("/proc/self/auxv", entries, sizeof entries - sizeof *entries);
+  const long bytes = kernel::read_file("/proc/self/auxv", 0, entries, sizeof entries - sizeof *entries);
   if (bytes < 0) return 0;
   entries[static_cast<std::size_t>(bytes) / sizeof *entries].a_type = AT_NULL;
   const Elf64_auxv_t* const entry = entry_of(entries, type);
