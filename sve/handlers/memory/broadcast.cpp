@@ -19,6 +19,13 @@ void read_for_each(unsigned char* z, const unsigned char* p, std::uint64_t addre
   }
 }
 
+// The same where all lanes are active, without a look at each.
+template <class T, class U>
+void read_for_all(unsigned char* z, std::uint64_t address) {
+#pragma GCC unroll 16
+  for (std::size_t i = 0; i != lane_count<U>; ++i) move_lane<MEM_LOAD, T, U>(z, i, address);
+}
+
 // Lanes are cleared before the read that may fault. In a function of its own, so that the others save no registers.
 template <class T, class U>
 [[gnu::noinline]] aarch64_decode_rc broadcast_later(unsigned char* z, const unsigned char* p, std::uint64_t address) {
@@ -32,9 +39,13 @@ aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg
   note_access(address, sizeof(T), MEM_LOAD);
   unsigned char* const z = state->z[zt.num];
   const unsigned char* const p = state->p[pg.num];
-  if (!is_active<U>(p, 0)) [[unlikely]]
+  if (all_active<U>(p)) {
+    read_for_all<T, U>(z, address);
+  } else if (is_active<U>(p, 0)) {
+    read_for_each<T, U>(z, p, address);
+  } else {
     return broadcast_later<T, U>(z, p, address);
-  read_for_each<T, U>(z, p, address);
+  }
   return DECODE_OK;
 }
 

@@ -5,6 +5,10 @@
 
 #include "sve/state/lanes.h"
 
+#ifdef __aarch64__
+#include <arm_neon.h>
+#endif
+
 using namespace quern;
 
 namespace {
@@ -46,16 +50,54 @@ aarch64_decode_rc unpack_predicate(cpu_state* state, aarch64_p_reg pd, aarch64_p
                                              [](std::uint8_t byte) { return byte & 1; });
 }
 
+#ifdef __aarch64__
+// d[i] = table[indexes[i]] for bytes, or 0 beyond the table, by the instruction that the compiler does not make of a
+// loop. An index outside a part of the table leaves what another has found.
+constexpr std::size_t table_part = 64;
+void look_up_bytes(unsigned char* d, const unsigned char* table, const unsigned char* indexes) {
+  for (std::size_t i = 0; i != VL_BYTES; i += 16) {
+    const uint8x16_t index = vld1q_u8(indexes + i);
+    uint8x16_t found = vdupq_n_u8(0);
+    for (std::size_t first = 0; first < VL_BYTES; first += table_part)
+      found = vqtbx4q_u8(found, vld1q_u8_x4(table + first), index - vdupq_n_u8(static_cast<unsigned char>(first)));
+    vst1q_u8(d + i, found);
+  }
+}
+
+// The same for wider elements, as look-ups of their bytes: no vector has more than 256.
+template <class T>
+void look_up_by_bytes(unsigned char* d, const unsigned char* table, const unsigned char* indexes) {
+  constexpr T ones = static_cast<T>(~T{0}) / 0xFF, byte_numbers = static_cast<T>(0x03020100);
+  unsigned char byte_indexes[VL_BYTES];
+  for (std::size_t i = 0; i != lane_count<T>; ++i)
+    set_lane<T>(byte_indexes, i, static_cast<T>(lane<T>(indexes, i) * (sizeof(T) * ones) + byte_numbers));
+  look_up_bytes(d, table, byte_indexes);
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const T found = lane<T>(d, i);
+    set_lane<T>(d, i, lane<T>(indexes, i) < lane_count<T> ? found : T{0});
+  }
+}
+#endif
+
+// d[i] = table[indexes[i]], or 0 beyond the table.
+template <class T>
+void look_up(unsigned char* d, const unsigned char* table, const unsigned char* indexes) {
+#ifdef __aarch64__
+  if constexpr (VL_BYTES >= table_part && sizeof(T) == 1) return look_up_bytes(d, table, indexes);
+  if constexpr (VL_BYTES >= table_part && sizeof(T) <= 4) return look_up_by_bytes<T>(d, table, indexes);
+#endif
+  for (std::size_t i = 0; i != lane_count<T>; ++i) {
+    const T index = lane<T>(indexes, i);
+    set_lane<T>(d, i, index < lane_count<T> ? lane<T>(table, static_cast<std::size_t>(index)) : T{0});
+  }
+}
+
 }  // namespace
 
 aarch64_decode_rc sve_tbl_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) {
-  const unsigned char *const table = state->z[zn.num], *const indexes = state->z[zm.num];
   by_size(zd.size, [=]<class T>(T) {
     vector_result r;
-    for (std::size_t i = 0; i != lane_count<T>; ++i) {
-      const T index = lane<T>(indexes, i);
-      set_lane<T>(r.bytes, i, index < lane_count<T> ? lane<T>(table, static_cast<std::size_t>(index)) : T{0});
-    }
+    look_up<T>(r.bytes, state->z[zn.num], state->z[zm.num]);
     r.copy_to(state->z[zd.num]);
   });
   return DECODE_OK;
