@@ -30,7 +30,7 @@ static void* compute(void* argument) {
 }
 
 int main(int count, char** arguments) {
-  const int signals = count > 1 ? atoi(arguments[1]) : 1000;
+  const int signals = count > 1 ? atoi(arguments[1]) : 400;
   // Of a signal that waits for a thread already, the kernel drops another: the next is sent when this one has arrived.
   static const int kinds[KINDS + 1] = {SIGUSR1, SIGSEGV, SIGBUS, SIGALRM, SIGILL};
   struct sigaction action = {.sa_handler = handler, .sa_flags = SA_RESTART};
