@@ -1,6 +1,7 @@
-// Four thousand signals of four kinds, sent to threads that compute by SVE, whose handlers compute by SVE too: each
-// arrives, and none disturbs a sum. A thousand times SIGILL come on top, of which the kernel may drop some: those that
-// are sent while an instruction's own SIGILL is on its way, on a processor without SVE.
+// Hundreds of signals of four kinds, sent to threads that compute by SVE, whose handlers compute by SVE too: each
+// arrives, and none disturbs a sum. SIGILL comes on top, of which the kernel may drop some: those that are sent while
+// an instruction's own SIGILL is on its way, on a processor without SVE.
+//   signal_storm [SIGNALS]
 #include <pthread.h>
 #include <signal.h>
 #include <stdatomic.h>
