@@ -9,6 +9,7 @@
 #include "sve/trap/host/emulate.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/probe.h"
+#include "sve/trap/host/run_frames.h"
 #include "sve/trap/host/signal_frame.h"
 #include "sve/trap/host/thread_signals.h"
 #include "sve/trap/host/vector_record.h"
@@ -82,7 +83,11 @@ ucontext_t* frame_not_looked_at(const ucontext_t& frame) {
 // A trap signal that is not the emulator's business.
 void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
   ucontext_t* const emulated = emulated_frame();
-  if (is_sent(*info) && (emulated || contains(held_signals(), signal))) return keep_waiting(signal, *info);
+  const bool in_run = !emulated && is_within_run(frame);
+  if (is_sent(*info) && (emulated || in_run || contains(held_signals(), signal))) {
+    if (in_run) end_run_early();
+    return keep_waiting(signal, *info);
+  }
   const signal_action action = application_action(signal);
   if (is_ignore(action) && is_sent(*info)) return;
   // A fault that is ignored or blocked ends the process all the same.
@@ -93,15 +98,19 @@ void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
     // place of the other, which is left behind on the stack with all that the emulator had begun.
     copy_frame(*replaced, frame);
     abandon_emulation();
+  } else if (in_run) {
+    abandon_run(frame);
   }
   if (action.flags & static_cast<int>(SA_RESETHAND)) set_application_action(signal, {});
-  run_handler(action, signal, info, frame, replaced != nullptr);
+  run_handler(action, signal, info, frame, replaced || in_run);
 }
 
 void pass_on(int signal, siginfo_t* info, ucontext_t& frame) {
   const signal_action action = application_action(signal);
   // The kernel has done its part of SA_RESETHAND. Without a handler here, another thread has just taken it away.
-  if (has_handler(action)) run_handler(action, signal, info, frame, false);
+  if (!has_handler(action)) return;
+  if (is_within_run(frame)) return postpone_to_early_end(signal, *info, frame);
+  run_handler(action, signal, info, frame, false);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstring>
 
 #include "sve/decoder/sve_utils.h"
 #include "sve/memory/kept_destination.h"
@@ -11,13 +10,15 @@
 #include "sve/trap/handler_cache.h"
 #include "sve/trap/host/breakpoint.h"
 #include "sve/trap/host/kernel.h"
+#include "sve/trap/host/patch.h"
+#include "sve/trap/host/run_frames.h"
 #include "sve/trap/host/signal_frame.h"
 #include "sve/trap/host/thread_signals.h"
 
 namespace quern {
 namespace {
 
-constinit thread_local cpu_state registers{};
+constinit thread_local thread_registers registers{};
 constinit thread_local handler_cache cache{};
 
 // Atomic since a fault's signal handler reads it on the same thread.
@@ -28,12 +29,6 @@ void set_under_emulation(ucontext_t* frame) {
   std::atomic_signal_fence(std::memory_order_seq_cst);
 }
 
-std::uint32_t word_at(const unsigned char* pc) {
-  std::uint32_t word;
-  std::memcpy(&word, pc, sizeof word);
-  return word;
-}
-
 // Sends the signals that waited for the instruction's end, to arrive when the frame is left.
 void send_waiting() {
   if (!(waiting_signals() & ~held_signals())) return;
@@ -41,26 +36,39 @@ void send_waiting() {
   hold_signals(held_signals());
 }
 
+void run_handler(sve_handler handler, std::uint32_t word, ucontext_t& frame) {
+  cpu_state& state = registers.state;
+  load_state(frame, state);
+  const int kept_errno = errno;  // the application's own, which a square root's call of the C library may write
+  const aarch64_decode_rc result = handler(&state, word);
+  errno = kept_errno;
+  // The application goes on behind an instruction that could not be emulated, as if it did nothing.
+  if (result != DECODE_OK) kernel::print_error(failure_line(word_at(state.pc), state.pc).c_str());
+  store_state(state, frame);
+}
+
+bool go_on_at(const unsigned char* way, ucontext_t& frame) {
+  if (way) frame.uc_mcontext.pc = reinterpret_cast<std::uintptr_t>(way);
+  return way != nullptr;
+}
+
 // False, with the frame untouched, when the word is not an emulated one.
 bool run_instruction(ucontext_t& frame) {
-  const unsigned char* const pc = frame_pc(frame);
+  unsigned char* const pc = frame_pc(frame);
+  if (take_early_end(frame) || go_on_at(patched_way(pc), frame)) return true;
   std::uint32_t word = word_at(pc);
   if (is_breakpoint(word)) word = word_beneath_breakpoint(pc);
   const sve_handler handler = cache.find(word, get_sve_handler);
   if (!handler) return false;
-  load_state(frame, registers);
-  const int kept_errno = errno;  // the application's own, which a square root's call of the C library may write
-  const aarch64_decode_rc result = handler(&registers, word);
-  errno = kept_errno;
-  // The application goes on behind an instruction that could not be emulated, as if it did nothing.
-  if (result != DECODE_OK) kernel::print_error(failure_line(word_at(pc), pc).c_str());
-  store_state(registers, frame);
+  if (!go_on_at(patch(pc), frame)) run_handler(handler, word, frame);
   return true;
 }
 
 }  // namespace
 
-cpu_state& thread_state() { return registers; }
+cpu_state& thread_state() { return registers.state; }
+
+thread_registers& own_registers() { return registers; }
 
 ucontext_t* emulated_frame() { return under_emulation.load(std::memory_order_relaxed); }
 

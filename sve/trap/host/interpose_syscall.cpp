@@ -10,8 +10,8 @@
 #include "sve/trap/host/thread_signals.h"
 
 // In assembly, since some calls (vfork) must not find a frame of ours on the stack. The numbers are those of
-// rt_sigaction, rt_sigprocmask and prctl, and of its options for the vector length; the first two functions take the
-// arguments of syscall() as they stand.
+// rt_sigaction, rt_sigprocmask, prctl and seccomp, and of prctl's options for seccomp and the vector length; the first
+// two functions take the arguments of syscall() as they stand.
 asm(R"(
   .text
   .globl syscall
@@ -25,6 +25,9 @@ syscall:
   b.eq quern_change_mask
   cmp x0, #167
   b.eq 1f
+  cmp x0, #277
+  b.eq 3f
+4:
   mov x8, x0
   mov x0, x1
   mov x1, x2
@@ -36,6 +39,11 @@ syscall:
   cmn x0, #4095
   b.hs quern_system_call_failed
   ret
+3:
+  adrp x9, quern_patching_is_off
+  mov w10, #1
+  strb w10, [x9, #:lo12:quern_patching_is_off]
+  b 4b
 1:
   mov x0, x1
   mov x1, x2
@@ -52,6 +60,9 @@ prctl:
   .cfi_startproc
   hint #34  // BTI C
 2:
+  cmp w0, #22
+  b.eq 5f
+6:
   cmp w0, #50
   b.eq quern_vector_length
   cmp w0, #51
@@ -61,10 +72,16 @@ prctl:
   cmn x0, #4095
   b.hs quern_system_call_failed
   ret
+5:
+  adrp x9, quern_patching_is_off
+  mov w10, #1
+  strb w10, [x9, #:lo12:quern_patching_is_off]
+  b 6b
   .cfi_endproc
   .size prctl, .-prctl
 )");
-static_assert(SYS_rt_sigaction == 134 && SYS_rt_sigprocmask == 135 && SYS_prctl == 167);
+static_assert(SYS_rt_sigaction == 134 && SYS_rt_sigprocmask == 135 && SYS_prctl == 167 && SYS_seccomp == 277);
+static_assert(PR_SET_SECCOMP == 22);
 static_assert(PR_SVE_SET_VL == 50 && PR_SVE_GET_VL == 51);
 
 using namespace quern;

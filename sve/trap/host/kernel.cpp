@@ -1,32 +1,18 @@
-// System calls by the SVC instruction, so that not even errno is touched.
+// The kernel's signal calls.
 #include "sve/trap/host/kernel.h"
 
 #include <errno.h>
 #include <fcntl.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cstring>
+
+#include "sve/trap/host/system_call.h"
 
 namespace quern::kernel {
 namespace {
 
 constexpr int own_failure_status = 125;
-
-template <typename T>
-long argument(T* pointer) {
-  return reinterpret_cast<long>(pointer);
-}
-
-long call(long number, long a = 0, long b = 0, long c = 0, long d = 0) {
-  register long x8 asm("x8") = number;
-  register long x0 asm("x0") = a;
-  register long x1 asm("x1") = b;
-  register long x2 asm("x2") = c;
-  register long x3 asm("x3") = d;
-  asm volatile("svc #0" : "+r"(x0) : "r"(x8), "r"(x1), "r"(x2), "r"(x3) : "memory", "cc");
-  return x0;
-}
 
 }  // namespace
 

@@ -25,6 +25,13 @@ fpsimd_context& fp_record(ucontext_t& frame) {
 
 const fpsimd_context& fp_record(const ucontext_t& frame) { return fp_record(const_cast<ucontext_t&>(frame)); }
 
+void store_general(const cpu_state& state, unsigned char* pc, mcontext_t& machine) {
+  std::memcpy(machine.regs, state.x, sizeof state.x);
+  machine.sp = state.sp;
+  machine.pc = reinterpret_cast<std::uintptr_t>(pc);
+  machine.pstate = (machine.pstate & ~(nzcv_bits | btype_bits)) | (state.nzcv & nzcv_bits);
+}
+
 }  // namespace
 
 void load_vectors(const ucontext_t& frame, cpu_state& state) {
@@ -45,14 +52,18 @@ void load_state(const ucontext_t& frame, cpu_state& state) {
 }
 
 void store_state(const cpu_state& state, ucontext_t& frame) {
-  mcontext_t& machine = frame.uc_mcontext;
-  std::memcpy(machine.regs, state.x, sizeof state.x);
-  machine.sp = state.sp;
-  machine.pc += instruction_bytes;
-  machine.pstate = (machine.pstate & ~(nzcv_bits | btype_bits)) | (state.nzcv & nzcv_bits);
+  store_general(state, frame_pc(frame) + instruction_bytes, frame.uc_mcontext);
   fpsimd_context& fp = fp_record(frame);
   fp.fpsr = state.fpsr;
   for (int i = 0; i != 32; ++i) std::memcpy(&fp.vregs[i], state.z[i], q_bytes);
+}
+
+void store_run(const thread_registers& registers, const run_code& code, unsigned char* pc, ucontext_t& frame) {
+  const cpu_state& state = registers.state;
+  store_general(state, pc, frame.uc_mcontext);
+  fpsimd_context& fp = fp_record(frame);
+  if (code.floating_point) fp.fpsr = state.fpsr;
+  for (int i = 0; i != 32; ++i) std::memcpy(&fp.vregs[i], code.z >> i & 1 ? state.z[i] : registers.v[i], q_bytes);
 }
 
 void copy_frame(const ucontext_t& from, ucontext_t& to) {

@@ -3,7 +3,10 @@
 
 #include <ucontext.h>
 
+#include <cstring>
+
 #include "sve/state/cpu_state.h"
+#include "sve/trap/patch/run_code.h"
 #include "sve/trap/signal_set.h"
 
 namespace quern {
@@ -17,11 +20,20 @@ void load_vectors(const ucontext_t& frame, cpu_state& state);
 // Writes x, sp, nzcv, fpsr and the low 16 bytes of each z to the frame, and moves its PC behind the instruction.
 void store_state(const cpu_state& state, ucontext_t& frame);
 
+// Writes a run's registers, which stand partly in `registers.v`, and the PC to the frame.
+void store_run(const thread_registers& registers, const run_code& code, unsigned char* pc, ucontext_t& frame);
+
 // Makes `to` a frame of the code that `from` interrupted: registers, FP registers and mask.
 void copy_frame(const ucontext_t& from, ucontext_t& to);
 
 inline unsigned char* frame_pc(const ucontext_t& frame) {
   return reinterpret_cast<unsigned char*>(frame.uc_mcontext.pc);
+}
+
+inline std::uint32_t word_at(const unsigned char* pc) {
+  std::uint32_t word;
+  std::memcpy(&word, pc, sizeof word);
+  return word;
 }
 
 }  // namespace quern

@@ -13,6 +13,7 @@
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/own_actions.h"
+#include "sve/trap/host/patch.h"
 #include "sve/trap/host/probe.h"
 #include "sve/trap/host/shown_processor.h"
 #include "sve/trap/host/thread_signals.h"
@@ -44,6 +45,8 @@ __attribute__((constructor(101))) void start(int argument_count, char** argument
   own_trap_signals();
   adopt_kernel_mask();
   pthread_atfork(nullptr, nullptr, forget_waiting);
+  pthread_atfork(nullptr, nullptr, forget_patching);
+  read_patch_choice();
   // It has said on standard error why not.
   if (!sve_init(0, argument_count > 0 ? last_part(arguments[0]) : "")) kernel::leave_by_own_failure();
 }

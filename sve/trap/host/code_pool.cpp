@@ -1,0 +1,158 @@
+// The pieces of memory for generated code.
+#include "sve/trap/host/code_pool.h"
+
+#include <linux/memfd.h>
+#include <sys/mman.h>
+
+#include <array>
+#include <atomic>
+
+#include "sve/trap/host/kernel.h"
+#include "sve/trap/host/signal_frame.h"
+#include "sve/trap/host/system_call.h"
+#include "sve/trap/patch/instructions.h"
+
+namespace quern {
+namespace {
+
+constexpr std::size_t piece_bytes = 65536;
+constexpr std::size_t max_pieces = 256;
+// Less than a branch reaches, as it starts and ends within a piece.
+constexpr std::int64_t reach = aarch64::branch_reach - (2 << 20);
+constexpr std::int64_t step = 1 << 20;
+
+struct code_piece {
+  std::atomic<unsigned char*> place;  // null: none
+  unsigned char* writable;
+  std::atomic<std::size_t> used;
+  long process;  // that made it: in the child of a fork it is full, since it is shared with the parent
+};
+
+constinit std::array<code_piece, max_pieces> pieces{};
+
+std::size_t round_up(std::size_t bytes) { return (bytes + run_code::alignment - 1) & ~(run_code::alignment - 1); }
+
+bool is_near(const unsigned char* place, const unsigned char* site) {
+  const std::int64_t distance = place - site;
+  return distance > -reach && distance < reach;
+}
+
+unsigned char* map(std::int64_t address, int protection, int flags, long file) {
+  const long at = kernel::call(SYS_mmap, address, piece_bytes, protection, MAP_SHARED | flags, file, 0);
+  return at < 0 && at > -4096 ? nullptr : reinterpret_cast<unsigned char*>(at);
+}
+
+void unmap(unsigned char* at) { kernel::call(SYS_munmap, kernel::argument(at), piece_bytes); }
+
+unsigned char* map_at(std::int64_t address, long file) {
+  if (address < step) return nullptr;
+  unsigned char* const at = map(address, PROT_READ | PROT_EXEC, MAP_FIXED_NOREPLACE, file);
+  if (!at || at == reinterpret_cast<unsigned char*>(address)) return at;
+  unmap(at);  // an older kernel takes the address as a wish
+  return nullptr;
+}
+
+// Below the site first: above an executable its heap grows. Above, the farthest first for the same reason.
+unsigned char* map_near(const unsigned char* site, long file) {
+  const std::int64_t around = reinterpret_cast<std::intptr_t>(site) & ~(step - 1);
+  for (std::int64_t distance = step; distance < reach; distance += step)
+    if (unsigned char* const at = map_at(around - distance, file)) return at;
+  for (std::int64_t distance = reach - 2 * step; distance > 0; distance -= step)
+    if (unsigned char* const at = map_at(around + distance, file)) return at;
+  return nullptr;
+}
+
+bool fill(code_piece& piece, const unsigned char* site, long process) {
+  const long file = kernel::call(SYS_memfd_create, kernel::argument("quern"), MFD_CLOEXEC);
+  if (file < 0) return false;
+  unsigned char *writable = nullptr, *place = nullptr;
+  if (kernel::call(SYS_ftruncate, file, piece_bytes) == 0) writable = map(0, PROT_READ | PROT_WRITE, 0, file);
+  if (writable) place = map_near(site, file);
+  kernel::call(SYS_close, file);
+  if (writable && !place) unmap(writable);
+  if (!place) return false;
+  piece.writable = writable;
+  piece.process = process;
+  piece.used.store(0, std::memory_order_relaxed);
+  piece.place.store(place, std::memory_order_release);
+  return true;
+}
+
+// Calls visit(code) for each code of the piece until it answers true; answers whether it did.
+template <typename Visit>
+bool any_code(const code_piece& piece, Visit visit) {
+  const unsigned char* const place = piece.place.load(std::memory_order_acquire);
+  const std::size_t used = piece.used.load(std::memory_order_acquire);
+  for (std::size_t at = 0; at < used;) {
+    const auto& code = *reinterpret_cast<const run_code*>(place + at);
+    if (visit(code)) return true;
+    at += round_up(code.end);
+  }
+  return false;
+}
+
+// Gives back the pieces that no site leads to any more.
+void release_dead_pieces() {
+  for (code_piece& piece : pieces) {
+    unsigned char* const place = piece.place.load(std::memory_order_relaxed);
+    if (!place || any_code(piece, has_site)) continue;
+    piece.place.store(nullptr, std::memory_order_release);
+    unmap(place);
+    unmap(piece.writable);
+  }
+}
+
+code_room room_in_pieces(const unsigned char* site, long process) {
+  for (const code_piece& piece : pieces) {
+    unsigned char* const place = piece.place.load(std::memory_order_relaxed);
+    const std::size_t used = piece.used.load(std::memory_order_relaxed);
+    if (place && piece.process == process && used + max_run_code_bytes <= piece_bytes && is_near(place, site))
+      return {place + used, piece.writable + used};
+  }
+  return {};
+}
+
+bool add_piece(const unsigned char* site, long process) {
+  for (code_piece& piece : pieces)
+    if (!piece.place.load(std::memory_order_relaxed)) return fill(piece, site, process);
+  return false;
+}
+
+}  // namespace
+
+code_room find_code_room(const unsigned char* site) {
+  const long process = kernel::call(SYS_getpid);
+  if (const code_room room = room_in_pieces(site, process); room.place) return room;
+  if (!add_piece(site, process)) {
+    release_dead_pieces();
+    if (!add_piece(site, process)) return {};
+  }
+  return room_in_pieces(site, process);
+}
+
+void take_code_room(const code_room& room, std::size_t bytes) {
+  for (code_piece& piece : pieces) {
+    const std::size_t used = piece.used.load(std::memory_order_relaxed);
+    if (piece.place.load(std::memory_order_relaxed) + used != room.place) continue;
+    piece.used.store(used + round_up(bytes), std::memory_order_release);
+    return;
+  }
+}
+
+const run_code* find_code(const unsigned char* pc) {
+  const run_code* found = nullptr;
+  for (const code_piece& piece : pieces) {
+    const unsigned char* const place = piece.place.load(std::memory_order_acquire);
+    if (!place || pc < place || pc >= place + piece_bytes) continue;
+    any_code(piece, [&](const run_code& code) { return code.holds(pc) && (found = &code); });
+    return found;
+  }
+  return nullptr;
+}
+
+bool has_site(const run_code& code) {
+  if (!kernel::can_read(reinterpret_cast<std::uintptr_t>(code.site))) return false;
+  return word_at(code.site) == aarch64::b(code.at(code.entry) - code.site);
+}
+
+}  // namespace quern

@@ -1,0 +1,27 @@
+// Memory for generated code, near the application's: executable there, and written by a second mapping elsewhere.
+#pragma once
+
+#include "sve/trap/patch/run_code.h"
+
+namespace quern {
+
+// Room for the code of one run: where it is to run, and where it is written.
+struct code_room {
+  unsigned char* place;
+  unsigned char* writable;
+};
+
+// Room for max_run_code_bytes within reach of a direct branch from `site`, either way; null pointers if there is none.
+// The memory is bounded: pieces of it whose sites are all gone are used anew. For one thread at a time.
+code_room find_code_room(const unsigned char* site);
+
+// Takes the first `bytes` of the room that was found last, in which a run_code stands now.
+void take_code_room(const code_room& room, std::size_t bytes);
+
+// The generated code that an instruction's address lies in, or null. Safe at any time.
+const run_code* find_code(const unsigned char* pc);
+
+// Whether the code's site still branches to it: the application's code may have been unmapped or overwritten.
+bool has_site(const run_code& code);
+
+}  // namespace quern

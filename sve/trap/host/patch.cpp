@@ -1,0 +1,125 @@
+// Making of patched places.
+#include "sve/trap/host/patch.h"
+
+#include <sys/mman.h>
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <string_view>
+
+#include "sve/memory/guest_memory.h"
+#include "sve/trap/host/code_pool.h"
+#include "sve/trap/host/emulate.h"
+#include "sve/trap/host/memory_map.h"
+#include "sve/trap/host/signal_frame.h"
+#include "sve/trap/host/system_call.h"
+#include "sve/trap/patch/instructions.h"
+
+constinit bool quern_patching_is_off = false;
+
+namespace quern {
+namespace {
+
+// The thread that is making code, by its number; 0 for none.
+constinit std::atomic<long> maker{0};
+
+// Waits for other threads. Not for ever: the thread that holds it may be a parent's, whom a child of its own making
+// knows nothing of. Not at all when it is this thread's already.
+class making_lock {
+ public:
+  making_lock() {
+    constexpr int patience = 10000;
+    const long self = kernel::call(SYS_gettid);
+    for (int i = 0; i != patience && !is_held_; ++i) {
+      long holder = 0;
+      is_held_ = maker.compare_exchange_strong(holder, self, std::memory_order_acquire);
+      if (holder == self) return;
+      if (!is_held_) kernel::call(SYS_sched_yield);
+    }
+  }
+  ~making_lock() {
+    if (is_held_) maker.store(0, std::memory_order_release);
+  }
+  making_lock(const making_lock&) = delete;
+  making_lock& operator=(const making_lock&) = delete;
+  bool is_held() const { return is_held_; }
+
+ private:
+  bool is_held_ = false;
+};
+
+// Places that could not be patched, so that they are not tried at each of their traps. One that is forgotten because of
+// another is tried again.
+std::atomic<const unsigned char*>& refusal_of(const unsigned char* pc) {
+  constinit static std::array<std::atomic<const unsigned char*>, 4096> refused{};
+  return refused[reinterpret_cast<std::uintptr_t>(pc) / sizeof(aarch64::word) % refused.size()];
+}
+
+// The thread's registers are initial-exec, so each thread has them at the same distance.
+std::size_t registers_offset() {
+  return static_cast<std::size_t>(reinterpret_cast<unsigned char*>(&own_registers()) -
+                                  static_cast<unsigned char*>(__builtin_thread_pointer()));
+}
+
+void step_caches(unsigned char* begin, unsigned char* end) {
+  __builtin___clear_cache(reinterpret_cast<char*>(begin), reinterpret_cast<char*>(end));
+}
+
+const run_code* make_code(unsigned char* site) {
+  std::array<run_word, max_run> run;
+  const std::size_t count = collect_run(site, page_size - reinterpret_cast<std::uintptr_t>(site) % page_size, run);
+  const code_room room = find_code_room(site);
+  if (count == 0 || !room.place) return nullptr;
+  const std::span<unsigned char, max_run_code_bytes> bytes(room.writable, max_run_code_bytes);
+  const std::size_t size = make_run_code(std::span(run).first(count), site, registers_offset(), room.place, bytes);
+  take_code_room(room, size);
+  step_caches(room.place, room.place + size);
+  return reinterpret_cast<const run_code*>(room.place);
+}
+
+// The page can be executed all the while, as other threads may. It had the right to be read and executed before.
+bool write_branch(unsigned char* site, const unsigned char* target) {
+  const long bytes = static_cast<long>(page_size), address = reinterpret_cast<std::intptr_t>(site) & -bytes;
+  if (kernel::call(SYS_mprotect, address, bytes, PROT_READ | PROT_WRITE | PROT_EXEC) != 0) return false;
+  std::atomic_ref(*reinterpret_cast<aarch64::word*>(site)).store(aarch64::b(target - site), std::memory_order_relaxed);
+  step_caches(site, site + sizeof(aarch64::word));
+  kernel::call(SYS_mprotect, address, bytes, PROT_READ | PROT_EXEC);
+  return true;
+}
+
+bool may_be_patched(const mapping& text) {
+  return text.readable && text.executable && text.of_file && !text.writable && !text.shared;
+}
+
+}  // namespace
+
+void read_patch_choice() {
+  const char* const choice = std::getenv("QUERN_PATCH");
+  quern_patching_is_off = choice && std::string_view(choice) == "off";
+}
+
+const unsigned char* patched_way(const unsigned char* pc) {
+  const std::uint32_t word = word_at(pc);
+  if (!aarch64::is_b(word)) return nullptr;
+  const unsigned char* const target = pc + aarch64::b_distance(word);
+  const run_code* const code = find_code(target);
+  return code && target == code->at(code->entry) ? target : nullptr;
+}
+
+const unsigned char* patch(unsigned char* pc) {
+  if (quern_patching_is_off) return nullptr;
+  std::atomic<const unsigned char*>& refusal = refusal_of(pc);
+  if (refusal.load(std::memory_order_relaxed) == pc) return nullptr;
+  const making_lock lock;
+  if (!lock.is_held()) return nullptr;
+  if (const unsigned char* const way = patched_way(pc)) return way;
+  const run_code* const code = may_be_patched(find_mapping(pc)) ? make_code(pc) : nullptr;
+  if (code && write_branch(pc, code->at(code->entry))) return code->at(code->entry);
+  refusal.store(pc, std::memory_order_relaxed);
+  return nullptr;
+}
+
+void forget_patching() { maker.store(0, std::memory_order_relaxed); }
+
+}  // namespace quern

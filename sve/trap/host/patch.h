@@ -1,0 +1,25 @@
+// Patched places: an emulated word that has trapped once becomes a branch to code that is generated for it.
+#pragma once
+
+// No further place is patched: by the user's choice, or since the application has confined itself to some system calls,
+// of which patching needs others. Written by syscall() and prctl().
+extern "C" __attribute__((visibility("hidden"))) bool quern_patching_is_off;
+
+namespace quern {
+
+// Reads QUERN_PATCH: with "off" nothing is patched.
+void read_patch_choice();
+
+// Where the branch at a place leads, if it is one of ours; else null. A thread may still trap at a place that another
+// has patched.
+const unsigned char* patched_way(const unsigned char* pc);
+
+// Makes code for an emulated word that has just trapped, patches its place, and answers where to go on. Null when the
+// word is to be emulated by its trap: where text can't be made writable, where no
+// memory is in reach, and in code that no file holds or that can be written, which a program may move or change.
+const unsigned char* patch(unsigned char* pc);
+
+// In the child of a fork: no other thread is there that could be making code.
+void forget_patching();
+
+}  // namespace quern

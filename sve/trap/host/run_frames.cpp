@@ -1,0 +1,83 @@
+// Frames of generated code.
+#include "sve/trap/host/run_frames.h"
+
+#include "sve/memory/kept_destination.h"
+#include "sve/trap/host/code_pool.h"
+#include "sve/trap/host/dispatch.h"
+#include "sve/trap/host/emulate.h"
+#include "sve/trap/host/kernel.h"
+#include "sve/trap/host/signal_frame.h"
+#include "sve/trap/patch/instructions.h"
+#include "sve/trap/signal_actions.h"
+
+namespace quern {
+namespace {
+
+// The thread goes on in the application at `pc`.
+void leave_run(const run_code& code, unsigned char* pc, ucontext_t& frame) {
+  thread_registers& registers = own_registers();
+  store_run(registers, code, pc, frame);
+  registers.running = nullptr;
+  // A signal that found the dispatcher, which has a frame of its own, has left this one's mask alone.
+  const bool blocked = from_sigset(frame.uc_sigmask) & registers.awaited;
+  if (registers.ends == early_end::signal_blocked && blocked) to_sigset(registers.mask, frame.uc_sigmask);
+  registers.ends = early_end::none;
+}
+
+unsigned char* behind_word() { return own_registers().state.pc + sizeof(aarch64::word); }
+
+}  // namespace
+
+bool is_within_run(ucontext_t& frame) {
+  const unsigned char* const pc = frame_pc(frame);
+  const run_code* const code = find_code(pc);
+  if (!code) return own_registers().running != nullptr;
+  if (pc == code->at(code->entry)) {
+    frame.uc_mcontext.pc = reinterpret_cast<std::uintptr_t>(code->site);
+  } else if (pc == code->at(code->last)) {
+    frame.uc_mcontext.pc = reinterpret_cast<std::uintptr_t>(code->behind_site());
+  } else if (pc >= code->at(code->way_out)) {
+    leave_run(*code, code->behind_site(), frame);
+  } else if (aarch64::is_cbnz_x(word_at(pc))) {
+    leave_run(*code, behind_word(), frame);  // too late to set what it tests
+  } else {
+    return true;
+  }
+  return false;
+}
+
+void end_run_early() {
+  thread_registers& registers = own_registers();
+  if (registers.ends == early_end::none) registers.ends = early_end::signal_waits;
+}
+
+void postpone_to_early_end(int signal, const siginfo_t& info, ucontext_t& frame) {
+  thread_registers& registers = own_registers();
+  const signal_set mask = from_sigset(frame.uc_sigmask);
+  registers.mask = mask;
+  registers.awaited = set_of(signal);
+  registers.ends = early_end::signal_blocked;
+  to_sigset(mask | ~trap_signals, frame.uc_sigmask);
+  const signal_action wanted = application_action(signal);
+  if (wanted.flags & static_cast<int>(SA_RESETHAND)) {
+    // The kernel has reset it for this arrival, which does not count.
+    const signal_action again = kernel_action(signal, wanted, reinterpret_cast<void*>(quern_on_signal));
+    kernel::set_action(signal, &again, nullptr);
+  }
+  kernel::set_mask(~signal_set{0});
+  kernel::queue_to_self(signal, info);
+}
+
+bool take_early_end(ucontext_t& frame) {
+  const run_code* const code = own_registers().running;
+  if (!code || frame_pc(frame) != code->early_end_at()) return false;
+  leave_run(*code, behind_word(), frame);
+  return true;
+}
+
+void abandon_run(ucontext_t& frame) {
+  put_destination_back();
+  leave_run(*own_registers().running, own_registers().state.pc, frame);
+}
+
+}  // namespace quern

@@ -1,0 +1,87 @@
+// Which words make a run, and the registers that they use, by their rows' operands.
+#include "sve/trap/patch/run.h"
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+#include <cstring>
+
+#include "sve/decoder/decode_map.h"
+#include "sve/decoder/sve_utils.h"
+
+namespace quern {
+namespace {
+
+// The operand's field; the fields of registers are each one piece.
+std::uint32_t number_of(const operand& op, std::uint32_t word) { return (word & op.mask) >> std::countr_zero(op.mask); }
+
+// `count` registers from `first` on, the one after 31 being 0.
+std::uint32_t set_of_registers(std::uint32_t first, int count) {
+  return std::rotl(static_cast<std::uint32_t>((std::uint64_t{1} << count) - 1), static_cast<int>(first));
+}
+
+void add_operand(const operand& op, std::uint32_t word, bool is_written, register_use& use) {
+  const register_file file = op.traits().file;
+  const std::uint32_t number = number_of(op, word);
+  if (file == register_file::vector || file == register_file::element) {
+    const int count = op.kind == operand_kind::z_list ? op.multiple : 1;
+    use.z |= set_of_registers(number, count);
+    if (is_written) use.z_written |= set_of_registers(number, count);
+  } else if ((file == register_file::general || file == register_file::general_sp) && is_written) {
+    if (number != 31) use.x_written |= set_of_registers(number, 1);
+    if (number == 31 && file == register_file::general_sp) use.sp_written = true;
+  }
+}
+
+bool probes_memory(const decode_row& row) {
+  return row.memory.kind == memory_kind::first_fault_load || row.memory.kind == memory_kind::non_fault_load;
+}
+
+// FSQRT calls the C library's square root, which may write errno.
+aarch64_decode_rc call_keeping_errno(cpu_state* state, unsigned int word) {
+  const int kept = errno;
+  const aarch64_decode_rc result = get_sve_handler(word)(state, word);
+  errno = kept;
+  return result;
+}
+
+}  // namespace
+
+std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array<run_word, max_run>& run) {
+  std::uint32_t word;
+  const std::size_t most = std::min(max_run, bytes / sizeof word);
+  std::size_t count = 0;
+  for (; count != most; ++count) {
+    std::memcpy(&word, code + count * sizeof word, sizeof word);
+    const decode_row* const row = decode_word(word).row;
+    if (!row || probes_memory(*row)) break;
+    run[count] = {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk};
+  }
+  return count;
+}
+
+register_use use_of(const run_word& word) {
+  register_use use;
+  const decode_row& row = *word.row;
+  for (const operand& op : row.operands) {
+    const bool is_first = &op == row.operands.data() && row.memory.kind != memory_kind::store;
+    add_operand(op, word.word, is_first || op.traits().both, use);
+  }
+  use.floating_point = row.way == route::direct_fp || row.way == route::library;
+  return use;
+}
+
+register_use use_of(std::span<const run_word> run) {
+  register_use all;
+  for (const run_word& word : run) {
+    const register_use use = use_of(word);
+    all.z |= use.z;
+    all.z_written |= use.z_written;
+    all.x_written |= use.x_written;
+    all.sp_written |= use.sp_written;
+    all.floating_point |= use.floating_point;
+  }
+  return all;
+}
+
+}  // namespace quern

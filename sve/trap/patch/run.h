@@ -1,0 +1,42 @@
+// A run: emulated words next to each other that one piece of generated code serves, and the registers that they use.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "sve/state/cpu_state.h"
+
+namespace quern {
+
+struct decode_row;
+
+struct run_word {
+  std::uint32_t word;
+  const decode_row* row;
+  sve_handler thunk;  // what generated code is to call
+};
+
+// The words of one run at most.
+inline constexpr std::size_t max_run = 16;
+
+// The run that begins at `code`: the emulated words from there to the first other word, to the end of the `bytes` that
+// may be read, or to the most that a run has. A load that finds out whether memory can be read is no word of a run: it
+// needs the mask of signals, which is at hand in a signal's frame alone. The thunks keep the application's errno.
+// Answers the number of words.
+std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array<run_word, max_run>& run);
+
+// Sets of registers: number n is bit n. Register 31 is in no set of general registers.
+struct register_use {
+  std::uint32_t z = 0, z_written = 0;
+  std::uint32_t x_written = 0;
+  bool sp_written = false;
+  bool floating_point = false;  // looks at FPCR or at FPSR, which it may write
+};
+
+// What a word uses by its row. FFR, predicates and the flags are not told: the first two are in cpu_state alone, and
+// the flags are brought in and out always, as the code of the thunks changes them.
+register_use use_of(const run_word& word);
+register_use use_of(std::span<const run_word> run);
+
+}  // namespace quern

@@ -1,0 +1,73 @@
+// Code for runs: what stands in the place of their words. It brings the application's registers into the thread's
+// cpu_state, calls the thunks one after the other, brings the registers back, and branches behind the run.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "sve/state/cpu_state.h"
+#include "sve/trap/patch/run.h"
+
+namespace quern {
+
+struct run_code;
+
+// Why a run is to end after its present word.
+enum class early_end : std::uint64_t {
+  none,
+  signal_waits,   // one that this host keeps
+  signal_blocked  // one that the kernel has, with all others blocked until then
+};
+
+// One thread's registers as generated code knows them: the emulator's, and in front of them, within reach of the pairs
+// of stores, what is its own.
+struct alignas(64) thread_registers {
+  unsigned char v[32][16];  // V0 to V31 as they were when the run began
+  const run_code* running;  // the code that the thread is in, from when all is brought in; else null
+  early_end ends;
+  std::uint64_t mask;     // when signals are blocked until the end: the thread's mask from before,
+  std::uint64_t awaited;  // and the signal that is awaited, as a set
+  std::uint64_t unused[4];
+  cpu_state state;
+};
+
+// What stands before the code itself.
+struct run_literal {
+  sve_handler thunk;
+  const unsigned char* pc;
+  std::uint64_t word;
+};
+struct run_code {
+  unsigned char* site;  // the run's first word in the application's code
+  std::uint32_t z;      // the vectors that stand in cpu_state while the run goes on
+  bool floating_point;  // FPSR stands there too
+  std::uint16_t words;
+  // Bytes from the start of this record: of the code, of its last part, in which no more thunk is called, of its last
+  // instruction, and behind that.
+  std::uint16_t entry, way_out, last, end;
+  run_literal literals[max_run];  // as many as there are words; then the code
+
+  // Pieces of code begin at such multiples.
+  static constexpr std::size_t alignment = 64;
+
+  const unsigned char* at(std::size_t offset) const { return reinterpret_cast<const unsigned char*>(this) + offset; }
+  bool holds(const unsigned char* pc) const { return pc >= early_end_at() && pc < at(end); }
+  // The undefined instruction by which a run ends early; cpu_state.pc has the last word that was done.
+  const unsigned char* early_end_at() const { return at(entry - 4u); }
+  unsigned char* behind_site() const { return site + words * 4; }
+};
+
+// The room that a run's code needs at most.
+inline constexpr std::size_t max_run_code_bytes = 2048;
+
+// Makes the code of a run for `site`. It is written to `room`, which starts at a multiple of 64 bytes, and is to run at
+// `place`, within reach of a branch from the site. Each thread has its thread_registers at `registers_offset` from the
+// value of TPIDR_EL0, 0 to 2^24 - 1. Answers the bytes used.
+//
+// The code needs no register of the application's, and of its stack what the thunks do and 16 bytes. It knows of
+// signals by `ends` alone, when a word is done.
+std::size_t make_run_code(std::span<const run_word> run, unsigned char* site, std::size_t registers_offset,
+                          const unsigned char* place, std::span<unsigned char, max_run_code_bytes> room);
+
+}  // namespace quern

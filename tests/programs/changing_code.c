@@ -1,0 +1,150 @@
+// Code that is replaced, made by the program itself, met by many threads at once, and met anew on either side of a
+// fork.
+#include <pthread.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "program.h"
+#include "sve_code.h"
+
+enum { PAGE = 65536, ROUNDS = 40, THREADS = 100, STACK = 131072 };
+
+typedef uint64_t function(void);
+
+// mov z0.s, #number; ptrue p0.s; uaddv d0, p0, z0.s; fmov x0, d0; ret
+static void write_code(uint32_t* words, uint32_t number) {
+  const uint32_t code[] = {0x25B8C000 | number << 5, 0x2598E3E0, 0x04812000, 0x9E660000, 0xD65F03C0};
+  for (size_t i = 0; i != sizeof code / sizeof *code; ++i) words[i] = code[i];
+}
+
+static uint64_t call(void* code) { return ((function*)code)(); }
+
+static bool is_right(uint64_t sum, uint32_t number) { return sum == number * vector_words(); }
+
+// A file with code for `number` at its beginning and in its middle.
+static int code_file(uint32_t number) {
+  const int file = memfd_create("code", 0);
+  uint32_t words[PAGE / 4] = {0};
+  write_code(words, number);
+  write_code(words + PAGE / 8, number + 1);
+  return write(file, words, sizeof words) == (ssize_t)sizeof words ? file : -1;
+}
+
+static unsigned char* map_code(void* address, uint32_t number) {
+  const int file = code_file(number);
+  void* const code = mmap(address, PAGE, PROT_READ | PROT_EXEC, MAP_PRIVATE | (address ? MAP_FIXED : 0), file, 0);
+  close(file);
+  return code;
+}
+
+// As when a library is unloaded, and another is loaded in its place.
+static void check_replaced_mappings(void) {
+  bool right = true;
+  unsigned char* code = NULL;
+  for (uint32_t number = 1; number <= ROUNDS; ++number) {
+    code = map_code(code, number);
+    right = is_right(call(code), number) && is_right(call(code), number) && right;
+    if (number % 4 != 0) continue;
+    munmap(code, PAGE);
+    code = NULL;
+  }
+  check("replaced mappings", right);
+}
+
+// As a compiler in the program does, with pages that are never writable and executable at once.
+static void check_written_code(void) {
+  void* const code = mmap(NULL, PAGE, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  bool right = true;
+  for (uint32_t number = 1; number <= ROUNDS; ++number) {
+    mprotect(code, PAGE, PROT_READ | PROT_WRITE);
+    write_code(code, number);
+    __builtin___clear_cache(code, (char*)code + PAGE);
+    mprotect(code, PAGE, PROT_READ | PROT_EXEC);
+    right = is_right(call(code), number) && is_right(call(code), number) && right;
+  }
+  check("written code", right);
+}
+
+static void check_moved_code(void) {
+  unsigned char* const code = map_code(NULL, 7);
+  bool right = is_right(call(code), 7);
+  unsigned char* const room = mmap(NULL, PAGE, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  munmap(room, PAGE);
+  map_code(room, 9);
+  right = is_right(call(room), 9) && is_right(call(room + PAGE / 2), 10) && is_right(call(code + PAGE / 2), 8) && right;
+  check("code at other places", right);
+}
+
+static pthread_barrier_t barrier;
+static unsigned char* shared_code;
+
+static void* meet_new_code(void* unused) {
+  (void)unused;
+  pthread_barrier_wait(&barrier);
+  return is_right(call(shared_code), 3) && is_right(call(shared_code + PAGE / 2), 4) ? &barrier : NULL;
+}
+
+static void check_threads(void) {
+  shared_code = map_code(NULL, 3);
+  pthread_t threads[THREADS];
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, STACK);  // the least that is allowed
+  pthread_barrier_init(&barrier, NULL, THREADS);
+  for (int i = 0; i != THREADS; ++i) pthread_create(&threads[i], &attributes, meet_new_code, NULL);
+  bool right = true;
+  for (int i = 0; i != THREADS; ++i) {
+    void* result;
+    pthread_join(threads[i], &result);
+    right = right && result;
+  }
+  check("threads meet the same new code", right);
+}
+
+// Both sides go on to code that is new to them.
+static bool new_code_works(uint32_t number) {
+  bool right = true;
+  for (uint32_t i = 0; i != 10; ++i) {
+    unsigned char* const code = map_code(NULL, number + i);
+    right = is_right(call(code), number + i) && is_right(call(code + PAGE / 2), number + i + 1) && right;
+  }
+  return right && vectors_work();
+}
+
+static void check_fork(void) {
+  bool right = true;
+  for (uint32_t round = 0; round != 3; ++round) {
+    const pid_t child = fork();
+    if (child == 0) _exit(new_code_works(60) ? 42 : 1);
+    right = new_code_works(20) && right;
+    int status = 0;
+    waitpid(child, &status, 0);
+    right = right && WIFEXITED(status) && WEXITSTATUS(status) == 42;
+  }
+  check("new code on both sides of a fork", right);
+}
+
+// No page has become writable and executable for good.
+static void check_rights(void) {
+  bool found = false;
+  char line[512];
+  FILE* const maps = fopen("/proc/self/maps", "r");
+  while (fgets(line, sizeof line, maps)) {
+    char rights[5] = "";
+    sscanf(line, "%*s %4s", rights);
+    found = found || (rights[1] == 'w' && rights[2] == 'x');
+  }
+  fclose(maps);
+  check("no page is writable and executable", !found);
+}
+
+int main(void) {
+  check_replaced_mappings();
+  check_written_code();
+  check_moved_code();
+  check_threads();
+  check_fork();
+  check_rights();
+  return finish("changing_code");
+}

@@ -1,0 +1,155 @@
+// Generated code on the processor, against the thunks called one by one: every register, bit for bit.
+//
+// QUERN_PATCH_SEED starts the sequence of cases elsewhere, QUERN_PATCH_CASES gives their number a row.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "tests/harness/comparison.h"
+#include "tests/random_cases/case_choice.h"
+#include "tests/random_cases/random_source.h"
+#include "tests/random_cases/test_case.h"
+#include "tests/support/host_controls.h"
+#include "tests/trap/patch/aarch64/patched_place.h"
+
+namespace quern {
+namespace {
+
+constexpr side_names sides{"patched", "thunks"};
+constexpr std::size_t stack_bytes = 1 << 20;
+
+thread_local thread_registers registers;
+
+const std::vector<case_row>& rows() {
+  static const std::vector<case_row> all = all_rows();
+  return all;
+}
+
+bool is_stack_pointer(const operand& op, std::uint32_t word) {
+  return op.kind == operand_kind::rsp && (word & op.mask) == op.mask;
+}
+
+// The stack pointer is that of a real stack: no access may go by it, and what is written to it must be near.
+bool leaves_stack(const run_word& w) {
+  const auto is_near = [&](const operand& op) { return op.kind != operand_kind::rsp || is_stack_pointer(op, w.word); };
+  const auto& operands = w.row->operands;
+  if (w.row->memory.touches_memory())
+    return std::none_of(operands.begin(), operands.end(), [&](auto& op) { return is_stack_pointer(op, w.word); });
+  return !use_of(w).sp_written || std::all_of(operands.begin(), operands.end(), is_near);
+}
+
+struct run_case {
+  test_case c;
+  std::vector<run_word> run;
+};
+
+// A case of the row, followed by `further` words that touch no memory; false if its word can't be run here.
+bool make_run_case(const case_row& row, std::uint64_t seed, std::size_t further, run_case& r) {
+  make_case(row, seed, r.c);
+  r.run = {{r.c.word, row.row, row.row->thunk}};
+  if (!leaves_stack(r.run[0])) return false;
+  random_source random(seed ^ r.c.word);
+  while (r.run.size() < 1 + further) {
+    const case_row& other = rows()[random.below(rows().size())];
+    if (other.row->memory.touches_memory()) continue;
+    const run_word word{make_word(other, random), other.row, other.row->thunk};
+    if (leaves_stack(word)) r.run.push_back(word);
+  }
+  return true;
+}
+
+class AgainstThunks : public testing::Test {
+ protected:
+  // What the thunks make of the case, word by word.
+  void run_thunks(const run_case& r) {
+    const host_controls controls(thunks_->state);
+    unsigned char* pc = last_code().site;
+    for (const run_word& w : r.run) {
+      thunks_->state.pc = pc;
+      w.row->thunk(&thunks_->state, w.word);
+      pc += 4;
+    }
+  }
+
+  // The processor has what a real one has; the emulator's part of what it has too is to be brought in.
+  void run_code_of(const run_case& r) {
+    registers.state = r.c.state;
+    processor_->state = r.c.state;
+    for (int n = 0; n != 32; ++n) {
+      std::memcpy(processor_->v[n], r.c.state.z[n], 16);
+      std::memset(registers.state.z[n], 0xA5, 16);
+    }
+    std::memset(registers.state.x, 0x5A, sizeof registers.state.x);
+    registers.state.sp = registers.state.nzcv = registers.state.fpsr = registers.state.fpcr = 0x12345;
+    run_patched(r.run, *processor_, registers);
+  }
+
+  // The whole register file as the application sees it.
+  cpu_state& outcome() {
+    cpu_state& seen = *seen_;
+    seen = registers.state;
+    const cpu_state& real = processor_->state;
+    std::memcpy(seen.x, real.x, sizeof seen.x);
+    seen.sp = real.sp;
+    seen.nzcv = real.nzcv;
+    seen.fpsr = real.fpsr;
+    seen.fpcr = real.fpcr;
+    for (int n = 0; n != 32; ++n) std::memcpy(seen.z[n], processor_->v[n], 16);
+    return seen;
+  }
+
+  std::string judge(run_case& r) {
+    const auto top = reinterpret_cast<std::uintptr_t>(stack_.get() + stack_bytes / 2) & ~std::uintptr_t{15};
+    r.c.state.sp = top;
+    r.c.state.nzcv &= 0xF0000000;
+    // Bits that this processor's registers have not, and traps, which it may not have either.
+    r.c.state.fpsr &= 0x0800009F;
+    r.c.state.fpcr &= 0x07C80000;
+    if (r.c.has_memory) std::memcpy(arena(), r.c.memory, arena_bytes);
+    run_code_of(r);
+    const auto memory = std::make_unique<unsigned char[]>(arena_bytes);
+    std::memcpy(memory.get(), arena(), arena_bytes);
+    thunks_->state = r.c.state;
+    if (r.c.has_memory) std::memcpy(arena(), r.c.memory, arena_bytes);
+    run_thunks(r);
+    std::vector<difference> found = compare_states(outcome(), thunks_->state, r.run[0].row->size, sides);
+    if (r.c.has_memory) compare_memory(memory.get(), arena(), arena_bytes, sides, found);
+    std::string text;
+    for (const difference& d : found) text += "  " + d.text + "\n";
+    for (std::size_t i = 0; !text.empty() && i != r.run.size(); ++i)
+      text += describe(*r.run[i].row, r.run[i].word) + "\n";
+    return text;
+  }
+
+  void judge_all(std::size_t further) {
+    const auto r = std::make_unique<run_case>();
+    const case_choice chosen = choose_cases("QUERN_PATCH", 3);
+    std::size_t judged = 0;
+    for (const case_row& row : rows()) {
+      for (std::uint64_t seed = chosen.first; seed != chosen.first + chosen.count; ++seed) {
+        if (!make_run_case(row, seed, further, *r)) continue;
+        const std::string differences = judge(*r);
+        ASSERT_TRUE(differences.empty()) << differences << "again by QUERN_PATCH_SEED=" << seed;
+        EXPECT_EQ(registers.running, nullptr);
+        ++judged;
+      }
+    }
+    EXPECT_GT(judged, rows().size() * chosen.count * 9 / 10);
+  }
+
+ private:
+  std::unique_ptr<unsigned char[]> stack_ = std::make_unique<unsigned char[]>(stack_bytes);
+  std::unique_ptr<processor_registers> processor_ = std::make_unique<processor_registers>();
+  std::unique_ptr<processor_registers> thunks_ = std::make_unique<processor_registers>();
+  std::unique_ptr<cpu_state> seen_ = std::make_unique<cpu_state>();
+};
+
+TEST_F(AgainstThunks, EachWordAlone) { judge_all(0); }
+TEST_F(AgainstThunks, RunsOfThreeWords) { judge_all(2); }
+TEST_F(AgainstThunks, RunsOfTheMostWords) { judge_all(max_run - 1); }
+
+}  // namespace
+}  // namespace quern
