@@ -82,7 +82,8 @@ std::string quoted(const std::string& text) {
 // With the variables of the environment that quern may have set.
 void print_command(const started_program& program) {
   std::string line = "env";
-  for (const char* name : {"LD_PRELOAD", "QUERN_TRACE", "QUERN_HIDE_SVE", "DYNAMORIO_EXE_PATH", "DYNAMORIO_OPTIONS"})
+  for (const char* name :
+       {"LD_PRELOAD", "QUERN_TRACE", "QUERN_HIDE_SVE", "QUERN_PATCH", "DYNAMORIO_EXE_PATH", "DYNAMORIO_OPTIONS"})
     if (const char* const value = std::getenv(name)) line += fmt::format(" {}={}", name, quoted(value));
   line += " " + quoted(program.file.string());
   for (std::size_t i = 1; i < program.arguments.size(); ++i) line += " " + quoted(program.arguments[i]);

@@ -14,6 +14,7 @@ struct run_options {
   std::string lib_dir;
   std::string framework;  // the folder of DynamoRIO's package
   bool dry_run = false;
+  bool traps = false;     // for each instruction, under the preloaded library
   bool hide_sve = false;  // from the program's questions, under the preloaded library
 };
 

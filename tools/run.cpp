@@ -17,6 +17,7 @@ int run_program(const std::string& host, run_options options, const std::vector<
   if (const char* const configured = std::getenv("QUERN_DYNAMORIO"); options.framework.empty() && configured != nullptr)
     options.framework = configured;
   const program_call program{find_program(command.front()), command};
+  if (options.traps) setenv("QUERN_PATCH", "off", 1);
   if (options.hide_sve) setenv("QUERN_HIDE_SVE", "1", 1);
   const linkage linked = check_program(program.file);
   if (linked == linkage::library)
@@ -51,6 +52,10 @@ void add_run_command(CLI::App& app, int& status) {
   run->add_option("--lib-dir", options->lib_dir, "Where the emulator's libraries are (else QUERN_LIB_DIR names it)")
       ->type_name("DIR");
   run->add_flag("--dry-run", options->dry_run, "Print the command that would be run, and run nothing");
+  run->add_flag(
+      "--traps", options->traps,
+      "Let each SVE instruction trap each time, and leave the program's code in memory as it is; slower, and of "
+      "use to --host trap only");
   run->add_flag(
       "--hide-sve", options->hide_sve,
       "Tell a program that asks that the processor has no SVE, so that libraries that choose their code at run "

@@ -8,6 +8,7 @@
 # build/kernel/. From the environment:
 #   QUERN_ARGUMENT  an argument for the programs
 #   QUERN_LIMIT     the seconds that each may take; 120 unless told
+#   QUERN_PATCH     off: under the embedded host each instruction traps
 . "$(dirname "$0")/../../scripts/common.sh"
 
 build=$1
@@ -23,7 +24,7 @@ vector_bits=${host##*_} vector_bits=${vector_bits%.so}
 limit=${QUERN_LIMIT:-120}
 libraries=/usr/aarch64-linux-gnu/lib
 [ "$cross" = yes ] || libraries=/lib/aarch64-linux-gnu
-log=$build/kernel
+log=$build/kernel${QUERN_PATCH:+-$QUERN_PATCH}
 mkdir -p "$log"
 
 image=$(mktemp -d)
@@ -52,7 +53,7 @@ boot() {
   grep -q '^@@done$' "$2" || { tail -20 "$2" >&2 && die "the run on processor $1 did not come to its end: $2"; }
 }
 # A processor without SVE, but with the half-precision instructions that a program compiled for SVE may count on.
-boot cortex-a76 "$log/emulated.log" "host=/quern/${host##*/}" &
+boot cortex-a76 "$log/emulated.log" "host=/quern/${host##*/} ${QUERN_PATCH:+patch=$QUERN_PATCH}" &
 emulated=$!
 boot "max,sve$vector_bits=on,pauth-impdef=on" "$log/reference.log"
 wait $emulated

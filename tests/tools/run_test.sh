@@ -34,7 +34,7 @@ static void make_trace(const char* pattern, unsigned open_regions) {
 int main(int count, char** words) {
   const char* trace = getenv("QUERN_TRACE");
   for (int i = 0; i < count; ++i) printf("<%s>", words[i]);
-  printf(" %s\n", getenv("QUERN_HIDE_SVE") ? "hidden" : trace ? trace : "no trace");
+  printf(" %s\n", getenv("QUERN_HIDE_SVE") ? "hidden" : getenv("QUERN_PATCH") ? getenv("QUERN_PATCH") : trace ? trace : "no trace");
   fflush(stdout);
   if (count > 1 && !strcmp(words[1], "trace")) make_trace(trace, count > 2 ? atoi(words[2]) : 0);
   if (count == 4) getchar();
@@ -68,6 +68,7 @@ expect 0 "$loaded"$'\n<./list><list> no trace' run ./list list
 expect 0 "$loaded"$'\n<inpath> no trace' run -- inpath
 expect 0 "$loaded"$'\n<./program> no trace' run --lib-dir lib ./program
 expect 0 "$loaded"$'\n<./program> hidden' run --hide-sve -- ./program
+expect 0 "$loaded"$'\n<./program> off' run --traps -- ./program
 
 # --dry-run prints the command by which the same would come about, and touches nothing.
 printf 'QUERNTRC' >earlier

@@ -1,9 +1,13 @@
-// The registers that words use.
+// Which words make a run, and the registers that they use.
 #include "sve/trap/patch/run.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <vector>
 
 #include "sve/decoder/decode_map.h"
 
@@ -52,12 +56,58 @@ TEST(RegisterUse, FollowsFromTheOperands) {
 TEST(RegisterUse, OfARunIsThatOfAllItsWords) {
   std::array<run_word, 3> run;
   std::size_t count = 0;
-  for (const std::uint32_t word : {0x04250083u, 0x65830041u, 0x0430E3E5u}) run[count++] = {word, decode_word(word).row, nullptr};
+  for (const std::uint32_t word : {0x04250083u, 0x65830041u, 0x0430E3E5u})
+    run[count++] = {word, decode_word(word).row, nullptr};
   const register_use use = use_of(run);
   EXPECT_EQ(use.z, 0x3Eu);
   EXPECT_EQ(use.z_written, bit(3) | bit(1));
   EXPECT_EQ(use.x_written, bit(5));
   EXPECT_TRUE(use.floating_point);
+}
+
+struct collected {
+  const char* text;
+  std::vector<std::uint32_t> code;
+  std::size_t bytes, wanted;
+};
+
+constexpr std::uint32_t add = 0x04250083, nop = 0xD503201F, fsqrt = 0x658DA020;
+constexpr std::uint32_t ldff1b = 0xA4026020, ldnf1b = 0xA410A020, prfb = 0x8400C020;
+
+const collected runs[] = {
+    {"no emulated word", {nop, add}, 8, 0},
+    {"to the first other word", {add, add, nop, add}, 16, 2},
+    {"to the end of what may be read", {add, add, add}, 8, 2},
+    {"a first-fault load", {ldff1b}, 4, 0},
+    {"to a non-fault load", {add, ldnf1b, add}, 12, 1},
+    {"a prefetch is a word like others", {prfb, add}, 8, 2},
+    {"the most", std::vector<std::uint32_t>(max_run + 3, add), 4 * (max_run + 3), max_run},
+};
+
+TEST(CollectRun, TakesEmulatedWordsThatFollowEachOther) {
+  for (const collected& c : runs) {
+    std::array<run_word, max_run> run;
+    const std::size_t count = collect_run(reinterpret_cast<const unsigned char*>(c.code.data()), c.bytes, run);
+    EXPECT_EQ(count, c.wanted) << c.text;
+    for (std::size_t i = 0; i != count; ++i) {
+      EXPECT_EQ(run[i].word, c.code[i]) << c.text;
+      EXPECT_EQ(run[i].row, decode_word(c.code[i]).row) << c.text;
+    }
+  }
+}
+
+TEST(CollectRun, KeepsErrnoFromASquareRoot) {
+  std::array<run_word, max_run> run;
+  ASSERT_EQ(collect_run(reinterpret_cast<const unsigned char*>(&fsqrt), sizeof fsqrt, run), 1u);
+  const auto state = std::make_unique<cpu_state>();
+  std::memset(state->p, 1, sizeof state->p);
+  std::memset(state->z, 0xBF, sizeof state->z);
+  errno = 0;
+  run[0].row->thunk(state.get(), fsqrt);
+  EXPECT_EQ(errno, EDOM) << "the thunk alone";
+  errno = ENOENT;
+  run[0].thunk(state.get(), fsqrt);
+  EXPECT_EQ(errno, ENOENT);
 }
 
 }  // namespace
