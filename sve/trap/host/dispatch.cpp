@@ -109,8 +109,9 @@ void pass_on(int signal, siginfo_t* info, ucontext_t& frame) {
   const signal_action action = application_action(signal);
   // The kernel has done its part of SA_RESETHAND. Without a handler here, another thread has just taken it away.
   if (!has_handler(action)) return;
+  const bool others_are_blocked = own_registers().ends == early_end::signal_blocked;
   if (is_within_run(frame)) return postpone_to_early_end(signal, *info, frame);
-  run_handler(action, signal, info, frame, false);
+  run_handler(action, signal, info, frame, others_are_blocked);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Frames of generated code.
 #include "sve/trap/host/run_frames.h"
 
+#include <cstring>
+
 #include "sve/memory/kept_destination.h"
 #include "sve/trap/host/code_pool.h"
 #include "sve/trap/host/dispatch.h"
@@ -36,6 +38,11 @@ bool is_within_run(ucontext_t& frame) {
     frame.uc_mcontext.pc = reinterpret_cast<std::uintptr_t>(code->site);
   } else if (pc == code->at(code->last)) {
     frame.uc_mcontext.pc = reinterpret_cast<std::uintptr_t>(code->behind_site());
+  } else if (pc == code->at(code->pop)) {
+    mcontext_t& machine = frame.uc_mcontext;
+    std::memcpy(&machine.regs[19], reinterpret_cast<const void*>(machine.sp), sizeof machine.regs[19]);
+    machine.sp += 16;
+    machine.pc = reinterpret_cast<std::uintptr_t>(code->behind_site());
   } else if (pc >= code->at(code->way_out)) {
     leave_run(*code, code->behind_site(), frame);
   } else if (aarch64::is_cbnz_x(word_at(pc))) {
@@ -52,6 +59,7 @@ void end_run_early() {
 }
 
 void postpone_to_early_end(int signal, const siginfo_t& info, ucontext_t& frame) {
+  kernel::set_mask(~signal_set{0});  // before another signal can come this way
   thread_registers& registers = own_registers();
   const signal_set mask = from_sigset(frame.uc_sigmask);
   registers.mask = mask;
@@ -64,7 +72,6 @@ void postpone_to_early_end(int signal, const siginfo_t& info, ucontext_t& frame)
     const signal_action again = kernel_action(signal, wanted, reinterpret_cast<void*>(quern_on_signal));
     kernel::set_action(signal, &again, nullptr);
   }
-  kernel::set_mask(~signal_set{0});
   kernel::queue_to_self(signal, info);
 }
 

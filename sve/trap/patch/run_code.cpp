@@ -70,6 +70,7 @@ class generator {
     put(mrs(base, system_register::tpidr_el0));
     put(add_x_4096(base, base, static_cast<word>(offset >> 12)));
     put(add_x(base, base, offset & 4095));
+    put(stur_x(base, base, running_distance));  // not null: a signal must not let others use the registers
     for (word n = 0; n != 18; n += 2) put(stp_x({n}, {n + 1}, base, x_distance(n)));
     put(ldr_x_post(x0, sp, 16));
     put(stp_x({18}, x0, base, x_distance(18)));
@@ -110,9 +111,11 @@ class generator {
     put(cbnz_x(x0, distance_to(header_.entry - sizeof(word))));
   }
 
-  // Thunks keep X19 to X29 themselves.
+  // Thunks keep X19 to X29 themselves. The base's own value waits on the stack: when others may use the registers
+  // again, there is nothing left in them.
   void bring_out() {
-    put(stur_x(zero, base, running_distance));
+    put(ldr_x(x0, base, x_distance(base.number)));
+    put(str_x_pre(x0, sp, -16));
     put(ldr_x(x0, base, offsetof(cpu_state, nzcv)));
     put(msr(system_register::nzcv, x0));
     if (use_.floating_point) {
@@ -126,7 +129,10 @@ class generator {
       if (use_.x_written >> n & 1) put(ldr_x({n}, base, x_distance(n)));
     put(ldr_x({30}, base, x_distance(30)));
     for (word n = 0; n != 18; n += 2) put(ldp_x({n}, {n + 1}, base, x_distance(n)));
-    put(ldp_x({18}, base, base, x_distance(18)));
+    put(ldr_x({18}, base, x_distance(18)));
+    put(stur_x(zero, base, running_distance));
+    header_.pop = here();
+    put(ldr_x_post(base, sp, 16));
   }
 
   const std::span<const run_word> run_;

@@ -24,7 +24,7 @@ enum class early_end : std::uint64_t {
 // of stores, what is its own.
 struct alignas(64) thread_registers {
   unsigned char v[32][16];  // V0 to V31 as they were when the run began
-  const run_code* running;  // the code that the thread is in, from when all is brought in; else null
+  const run_code* running;  // the code that the thread is in, null if none; until all is brought in, only not null
   early_end ends;
   std::uint64_t mask;     // when signals are blocked until the end: the thread's mask from before,
   std::uint64_t awaited;  // and the signal that is awaited, as a set
@@ -44,8 +44,8 @@ struct run_code {
   bool floating_point;  // FPSR stands there too
   std::uint16_t words;
   // Bytes from the start of this record: of the code, of its last part, in which no more thunk is called, of its last
-  // instruction, and behind that.
-  std::uint16_t entry, way_out, last, end;
+  // two instructions, which take X19 from the stack and branch, and behind that.
+  std::uint16_t entry, way_out, pop, last, end;
   run_literal literals[max_run];  // as many as there are words; then the code
 
   // Pieces of code begin at such multiples.
