@@ -7,7 +7,7 @@ extern "C" __attribute__((visibility("hidden"))) bool quern_patching_is_off;
 
 namespace quern {
 
-// Reads QUERN_PATCH: with "off" nothing is patched.
+// Reads QUERN_PATCH: with "off" nothing is patched, nor in a process that a debugger has started.
 void read_patch_choice();
 
 // Where the branch at a place leads, if it is one of ours; else null. A thread may still trap at a place that another
