@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "sve/decoder/sve_utils.h"
+#include "sve/decoder/vector_space.h"
 #include "tools/commands.h"
 #include "tools/foreign_instructions.h"
 #include "tools/program_code.h"

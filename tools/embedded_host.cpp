@@ -10,6 +10,7 @@
 #include "tools/host_setup.h"
 #include "tools/hosts.h"
 #include "tools/program_file.h"
+#include "tools/run_report.h"
 #include "tools/user_error.h"
 
 namespace quern {
@@ -56,6 +57,16 @@ std::string preload_list(const fs::path& folder, const std::string& host_library
   return users.empty() ? own : own + ":" + users;
 }
 
+int run_reported(const started_program& started, const run_options& options, const fs::path& program) {
+  // Each instruction is counted where it traps, and so is to trap each time.
+  if (!options.stats.empty()) setenv("QUERN_PATCH", "off", 1);
+  if (options.dry_run) return run_to_end(started, options);
+  const run_report report(options, program);
+  const int status = run_to_end(started, options);
+  report.print();
+  return status;
+}
+
 }  // namespace
 
 int run_embedded(const run_options& options, const program_call& program) {
@@ -66,7 +77,7 @@ int run_embedded(const run_options& options, const program_call& program) {
   const std::string& name = program.arguments.front();
   if (!needs_emulator) {
     setenv("LD_PRELOAD", preload.c_str(), 1);
-    return run_to_end({program.file, program.arguments, name}, options);
+    return run_reported({program.file, program.arguments, name}, options, program.file);
   }
   const fs::path emulator = find_emulator();
   std::vector<std::string> arguments{emulator.string(), "-cpu", "max,sve=off,sme=off", "-E", "LD_PRELOAD=" + preload};
@@ -77,7 +88,7 @@ int run_embedded(const run_options& options, const program_call& program) {
     unsetenv("LD_PRELOAD");
   else
     setenv("LD_PRELOAD", users.emulators.c_str(), 1);
-  return run_to_end({emulator, arguments, name}, options);
+  return run_reported({emulator, arguments, name}, options, program.file);
 }
 
 }  // namespace quern

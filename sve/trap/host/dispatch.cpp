@@ -8,6 +8,7 @@
 #include "sve/trap/host/call_on_stack.h"
 #include "sve/trap/host/emulate.h"
 #include "sve/trap/host/kernel.h"
+#include "sve/trap/host/place_counts.h"
 #include "sve/trap/host/probe.h"
 #include "sve/trap/host/run_frames.h"
 #include "sve/trap/host/signal_frame.h"
@@ -120,7 +121,11 @@ void quern_on_signal(int signal, siginfo_t* info, void* context) {
   auto& frame = *static_cast<ucontext_t*>(context);
   if (!is_trap(signal)) return pass_on(signal, info, frame);
   if (!is_sent(*info)) {
-    if (signal == SIGILL && emulate(frame)) return;
+    if (signal == SIGILL) {
+      const trapped_place place = place_of(frame);
+      if (emulate(frame)) return count_emulated(place);
+      count_refused(place);
+    }
     if (signal != SIGILL && recover_probe(frame)) return;
   }
   pass_on_trap(signal, info, frame);

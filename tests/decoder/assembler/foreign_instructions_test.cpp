@@ -7,6 +7,7 @@
 
 #include "sampling.h"
 #include "sve/decoder/sve_utils.h"
+#include "sve/decoder/vector_space.h"
 #include "toolchain.h"
 
 namespace quern::test {

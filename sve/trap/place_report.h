@@ -1,0 +1,39 @@
+// What the embedded host tells `quern run` of the places at which a program has SVE instructions: a file that both map,
+// so that it is whole however the program ends.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace quern {
+
+// A place of code in a process. Whoever sets the key fills in the rest.
+struct reported_place {
+  std::atomic<std::uint64_t> key;  // address and process; 0: not in use
+  std::atomic<std::uint64_t> count;
+  std::uint64_t offset;  // from where the module is loaded, or the address where there is none
+  std::uint32_t word;
+  std::uint16_t module;  // its number and 1; 0: none
+  bool is_emulated;
+};
+
+struct reported_module {
+  std::atomic<std::uint64_t> base;  // where it is loaded; 0: not in use
+  char path[504];
+};
+
+struct place_report {
+  static constexpr std::uint32_t most_modules = 128, most_places = 1 << 15;
+  // Set by quern run.
+  bool counts_emulated;  // not only those that can't be emulated
+  bool is_strict;        // the first that can't be emulated ends the program
+  // Set by the host.
+  std::atomic<std::uint64_t> lost;  // counts for which there was no room
+  reported_module modules[most_modules];
+  reported_place places[most_places];
+};
+
+// The variable that names the file.
+inline constexpr const char* place_report_variable = "QUERN_REPORT";
+
+}  // namespace quern

@@ -1,0 +1,31 @@
+// What `quern run` tells of the SVE instructions of a program that ran under the embedded host.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "sve/trap/place_report.h"
+#include "tools/hosts.h"
+
+namespace quern {
+
+// The file that the host fills in while the program runs, and what is to be said of it afterwards.
+class run_report {
+ public:
+  // Makes the file, and names it to the host. Where it can't be made, nothing is told, unless the user asked for it:
+  // that is a user_error.
+  run_report(const run_options& options, const std::filesystem::path& program);
+  ~run_report();
+  run_report(const run_report&) = delete;
+  run_report& operator=(const run_report&) = delete;
+
+  // Says on standard error which instructions could not be emulated, and writes --stats.
+  void print() const;
+
+ private:
+  std::filesystem::path program_, file_;
+  std::string stats_;  // where to; empty if not asked for, "-" for standard error
+  place_report* report_ = nullptr;
+};
+
+}  // namespace quern
