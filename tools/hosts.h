@@ -13,7 +13,7 @@ struct run_options {
   std::optional<std::string> trace;
   std::string lib_dir;
   std::string framework;  // the folder of DynamoRIO's package
-  std::string stats;      // where to; "-" for standard error
+  std::string stats;      // where to; "true", as the parser has it, for standard error
   bool strict = false;    // an instruction that can't be emulated ends the program
   bool dry_run = false;
   bool traps = false;     // for each instruction, under the preloaded library

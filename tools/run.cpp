@@ -54,7 +54,7 @@ void add_run_command(CLI::App& app, int& status) {
       ->type_name("DIR");
   run->add_option("--lib-dir", options->lib_dir, "Where the emulator's libraries are (else QUERN_LIB_DIR names it)")
       ->type_name("DIR");
-  run->add_flag("--stats{-}", options->stats,
+  run->add_flag("--stats", options->stats,
                 "At the end, tell the emulated instructions by number and place, on standard error or in a file "
                 "(--stats=FILE); slower, under the embedded host only");
   run->add_flag("--strict", options->strict,

@@ -168,7 +168,7 @@ void run_report::print() const {
   print_refused(places);
   if (stats_.empty()) return;
 
-  const bool to_terminal = stats_ == "-";
+  const bool to_terminal = stats_ == "true";
   std::FILE* const out = to_terminal ? stderr : std::fopen(stats_.c_str(), "w");
   if (out == nullptr)
     throw user_error{fmt::format("{} can't be written: {}", stats_, std::strerror(errno)), status_cannot_run};

@@ -24,7 +24,7 @@ class run_report {
 
  private:
   std::filesystem::path program_, file_;
-  std::string stats_;  // where to; empty if not asked for, "-" for standard error
+  std::string stats_;  // as in run_options
   place_report* report_ = nullptr;
 };
 
