@@ -92,7 +92,8 @@ void print_command(const started_program& program) {
 
 }  // namespace
 
-int run_to_end(const started_program& program, const run_options& options) {
+int run_to_end(const started_program& program, const run_options& options,
+               const std::function<std::string(pid_t)>& place_of_death) {
   if (options.dry_run) {
     if (options.trace) setenv("QUERN_TRACE", absolute_path(*options.trace).c_str(), 1);
     print_command(program);
@@ -117,8 +118,11 @@ int run_to_end(const started_program& program, const run_options& options) {
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
   running = 0;
   const int signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-  if (signal != 0)
-    fmt::print(stderr, "quern: {} was ended by signal {} ({})\n", printable(program.name), signal, strsignal(signal));
+  if (signal != 0) {
+    const std::string place = place_of_death ? place_of_death(child) : "";
+    fmt::print(stderr, "quern: {} was ended by signal {} ({}){}\n", printable(program.name), signal, strsignal(signal),
+               place.empty() ? "" : " at " + printable(place));
+  }
   target.report(child);
   return signal != 0 ? 128 + signal : WEXITSTATUS(status);
 }

@@ -1,7 +1,10 @@
 // A program run to its end in quern's place.
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,8 +19,9 @@ struct started_program {
 };
 
 // Runs it with its trace where --trace says, hands on the signals that quern gets, and answers its exit status. When a
-// signal ended it: 128 plus its number, after a line on standard error. With --dry-run it is printed, as a line for a
-// shell that would start it.
-int run_to_end(const started_program& program, const run_options& options);
+// signal ended it: 128 plus its number, after a line on standard error, which has the place that `place_of_death` knows
+// of the process; empty if none. With --dry-run it is printed, as a line for a shell that would start it.
+int run_to_end(const started_program& program, const run_options& options,
+               const std::function<std::string(pid_t)>& place_of_death = {});
 
 }  // namespace quern

@@ -62,7 +62,7 @@ int run_reported(const started_program& started, const run_options& options, con
   if (!options.stats.empty()) setenv("QUERN_PATCH", "off", 1);
   if (options.dry_run) return run_to_end(started, options);
   const run_report report(options, program);
-  const int status = run_to_end(started, options);
+  const int status = run_to_end(started, options, [&](pid_t process) { return report.place_of_death(process); });
   report.print();
   return status;
 }

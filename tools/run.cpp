@@ -64,7 +64,7 @@ void add_run_command(CLI::App& app, int& status) {
   run->add_flag(
       "--traps", options->traps,
       "Let each SVE instruction trap each time, and leave the program's code in memory as it is; slower, and of "
-      "use to --host trap only");
+      "use to --host embedded only");
   run->add_flag(
       "--hide-sve", options->hide_sve,
       "Tell a program that asks that the processor has no SVE, so that libraries that choose their code at run "

@@ -162,6 +162,11 @@ run_report::~run_report() {
   if (!file_.empty()) fs::remove(file_, ignored);
 }
 
+std::string run_report::place_of_death(pid_t process) const {
+  if (report_ == nullptr || report_->death.key != static_cast<std::uint64_t>(process)) return "";
+  return place_names(*report_, program_).name(report_->death);
+}
+
 void run_report::print() const {
   if (report_ == nullptr) return;
   const std::vector<counted_place> places = counted_places(*report_, program_);

@@ -1,6 +1,8 @@
 // What `quern run` tells of the SVE instructions of a program that ran under the embedded host.
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <string>
 
@@ -18,6 +20,9 @@ class run_report {
   ~run_report();
   run_report(const run_report&) = delete;
   run_report& operator=(const run_report&) = delete;
+
+  // The place, by its symbol, of the fault that ended the process; empty when none did.
+  std::string place_of_death(pid_t process) const;
 
   // Says on standard error which instructions could not be emulated, and writes --stats.
   void print() const;

@@ -29,6 +29,7 @@ struct place_report {
   bool is_strict;        // the first that can't be emulated ends the program
   // Set by the host.
   std::atomic<std::uint64_t> lost;  // counts for which there was no room
+  reported_place death;             // where a fault ended a process, whose number is its key; the last one
   reported_module modules[most_modules];
   reported_place places[most_places];
 };

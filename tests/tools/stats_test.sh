@@ -26,7 +26,24 @@ int main(int count, char** words) {
   return 4;
 }
 C
+cat >fault.c <<'C'
+#include <signal.h>
+#include <string.h>
+__attribute__((noinline)) static long plain(const long* p) { return *(const volatile long*)p; }
+__attribute__((noinline)) static void vectors(const long* p) {
+  __asm__ volatile("ptrue p0.b\n add z0.b, z0.b, z1.b\n ld1d {z0.d}, p0/z, [%0]\n" : : "r"(p) : "z0", "p0");
+}
+int main(int count, char** words) {
+  static long room[256];
+  if (count < 2) return 1;
+  vectors(room);  // the place is patched by the time that it faults
+  if (!strcmp(words[1], "plain")) return plain(0);
+  if (!strcmp(words[1], "raise")) raise(SIGSEGV);
+  vectors(0);
+}
+C
 $compiler -O2 -march=armv8-a+sve program.c -o program
+$compiler -O1 -march=armv8-a+sve fault.c -o fault
 if [[ $("${quern[@]}" run --dry-run ./program 2>&1) == *'there are no libquern_trap'* ]]; then exit 77; fi
 
 # ends STATUS PATTERN ARGUMENTS...: how it ends, and what it says on standard error.
@@ -52,8 +69,15 @@ ends 3 '' --stats=counts ./program
 [[ $(<counts) == $counts ]] || fail "counts in a file: $(<counts)"
 ends 4 "$refused 2 times" ./program handled
 ends 4 "$refused 2 times"$'\n'"$counts" --stats ./program handled
-ends 132 "*was ended by signal 4 (Illegal instruction)"$'\n'"$refused 1 time" ./program not handled
+ends 132 "*was ended by signal 4 (Illegal instruction) at foreign+0x0"$'\n'"$refused 1 time" ./program not handled
 ends 125 "$refused 1 time" --strict ./program handled
 ends 3 '' --strict ./program
 ends 125 '*absent/counts can'\''t be written: No such file or directory' --stats=absent/counts ./program
+
+# Where a fault has ended the program is told by the instruction's symbol; of a signal that was sent there is no place.
+ended="*quern: ./fault was ended by signal 11 (Segmentation fault)"
+ends 139 "$ended at vectors+0x8" ./fault vectors
+ends 139 "$ended at vectors+0x8" --traps ./fault vectors
+ends 139 "$ended at plain+0x0" ./fault plain
+ends 139 "$ended" ./fault raise
 [ "$failures" = 0 ]

@@ -65,8 +65,10 @@ void run_handler(const signal_action& action, int signal, siginfo_t* info, ucont
   hold_signals(resumed);
 }
 
-// Ends the process as the signal does by default. A fault is raised once more when its instruction runs again.
-void die(int signal, siginfo_t* info, ucontext_t& frame) {
+// Ends the process as the signal does by default. A fault, of the application's instruction at `pc`, is raised once
+// more when it runs again.
+void die(int signal, siginfo_t* info, ucontext_t& frame, const unsigned char* pc) {
+  if (!is_sent(*info)) report_death(pc);
   if (signal != SIGILL) SVESigHandler(signal, info, &frame);
   const signal_action standard{reinterpret_cast<void*>(SIG_DFL), 0, 0};
   kernel::set_action(signal, &standard, nullptr);
@@ -92,7 +94,10 @@ void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
   const signal_action action = application_action(signal);
   if (is_ignore(action) && is_sent(*info)) return;
   // A fault that is ignored or blocked ends the process all the same.
-  if (!has_handler(action) || contains(held_signals(), signal)) return die(signal, info, frame);
+  if (!has_handler(action) || contains(held_signals(), signal)) {
+    const unsigned char* const pc = emulated ? frame_pc(*emulated) : frame_pc(frame);
+    return die(signal, info, frame, in_run ? own_registers().state.pc : pc);
+  }
   ucontext_t* const replaced = emulated ? emulated : frame_not_looked_at(frame);
   if (replaced) {
     // The handler is to see the application at the emulated instruction, and to resume there: this frame takes the

@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -33,17 +34,16 @@ std::uint16_t module_number(std::uint64_t base, const char* path) {
   return 0;
 }
 
-// (The linker's list of modules is looked through in a signal handler: the signal is the application's own instruction,
-// which is none of the linker's.)
+// (The linker is asked in the way that takes no lock: the signal may be of its own code.)
 void describe(reported_place& entry, const trapped_place& place, bool is_emulated) {
   entry.offset = place.address;
   entry.word = place.word;
   entry.is_emulated = is_emulated;
-  Dl_info info;
-  if (dladdr(reinterpret_cast<void*>(place.address), &info) == 0 || info.dli_fname == nullptr) return;
-  const auto base = reinterpret_cast<std::uint64_t>(info.dli_fbase);
-  const bool is_program = std::strchr(info.dli_fname, '/') == nullptr;  // which the linker knows by its first argument
-  entry.module = module_number(base, is_program ? "" : info.dli_fname);
+  entry.module = 0;
+  dl_find_object found;
+  if (_dl_find_object(reinterpret_cast<void*>(place.address), &found) != 0) return;
+  const auto base = reinterpret_cast<std::uint64_t>(found.dlfo_map_start);
+  entry.module = module_number(base, found.dlfo_link_map->l_name);  // the program's is empty
   if (entry.module != 0) entry.offset = place.address - base;
 }
 
@@ -92,6 +92,12 @@ void count_refused(const trapped_place& place) {
   if (report == nullptr || !is_vector_word(place.word)) return;
   count(place, false);
   if (report->is_strict) kernel::leave_by_own_failure();
+}
+
+void report_death(const unsigned char* pc) {
+  if (report == nullptr) return;
+  describe(report->death, {reinterpret_cast<std::uint64_t>(pc), 0}, false);
+  report->death.key = static_cast<std::uint64_t>(getpid());
 }
 
 }  // namespace quern

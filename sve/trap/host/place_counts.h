@@ -22,4 +22,7 @@ void count_emulated(const trapped_place& place);
 // Does not return if the user wants the program to end there.
 void count_refused(const trapped_place& place);
 
+// Tells where the instruction is whose fault ends the process.
+void report_death(const unsigned char* pc);
+
 }  // namespace quern
