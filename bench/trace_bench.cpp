@@ -16,7 +16,7 @@ class trace_folder {
   trace_folder() : name_((fs::temp_directory_path() / "quern_bench.XXXXXX").string()) {
     if (mkdtemp(name_.data()) == nullptr) return;
     setenv("QUERN_TRACE", (fs::path(name_) / "trace").c_str(), 1);
-    ready = sve_init(0, "quern_bench");
+    ready_ = sve_init(0, "quern_bench");
   }
   ~trace_folder() {
     std::error_code ignored;
@@ -24,30 +24,69 @@ class trace_folder {
   }
   trace_folder(const trace_folder&) = delete;
   trace_folder& operator=(const trace_folder&) = delete;
-  bool ready = false;
+  bool ready() const { return ready_; }
+  // Of the file, which comes with the first record.
+  std::uint64_t bytes() const {
+    const fs::path file = fs::path(name_) / "trace";
+    return fs::exists(file) ? fs::file_size(file) : 0;
+  }
 
  private:
   std::string name_;
+  bool ready_ = false;
 };
 
-void trace_records(benchmark::State& state) {
+// A process has one trace.
+const trace_folder& the_folder() {
   static const trace_folder folder;
-  if (!folder.ready) {
+  return folder;
+}
+
+// A loop over three arrays: two loads and a store of whole vectors.
+sve_mem_ref_t next_of_loop(std::uint64_t i) {
+  constexpr std::uint64_t arrays = 0x5500000000, array_distance = 1 << 28, code = 0x400000;
+  sve_mem_ref_t record{};
+  record.kind = i % 3 == 2 ? MEM_STORE : MEM_LOAD;
+  record.size = 256;
+  record.addr = arrays + i % 3 * array_distance + i / 3 * record.size;
+  record.pc = code + i % 3 * 4;
+  return record;
+}
+
+// Lanes of a gather, each somewhere in 256 MB.
+sve_mem_ref_t next_of_gather(std::uint64_t i) {
+  constexpr std::uint64_t table = 0x5500000000, words = (256 << 20) / 8, factor = 0x9E3779B97F4A7C15;
+  sve_mem_ref_t record{};
+  record.kind = MEM_LOAD;
+  record.size = 8;
+  record.addr = table + (i * factor >> 32) % words * record.size;
+  record.pc = 0x400000;
+  return record;
+}
+
+template <sve_mem_ref_t next(std::uint64_t)>
+void trace_records(benchmark::State& state) {
+  const trace_folder& folder = the_folder();
+  if (!folder.ready()) {
     state.SkipWithError("no trace can be written to the temporary folder");
     return;
   }
-  sve_mem_ref_t record{};
-  record.kind = MEM_LOAD;
-  record.size = 256;
+  const std::uint64_t before = folder.bytes();
+  std::uint64_t i = 0;
   for ([[maybe_unused]] const auto iteration : state) {
+    sve_mem_ref_t record = next(i++);
     record.count = incr_count();
-    record.addr += 256;
     trace_mem(record);
   }
   state.SetItemsProcessed(state.iterations());
+  const auto records = static_cast<double>(state.iterations()) * state.threads();
+  if (state.thread_index() == 0)
+    state.counters["bytes_a_record"] = static_cast<double>(folder.bytes() - before) / records;
 }
 
-// The number of records is fixed, since each takes its room on the disk.
-BENCHMARK(trace_records)->Iterations(500'000)->Repetitions(3)->UseRealTime()->Threads(1)->Threads(2);
+// The number of records is fixed, since each takes its room on the disk. Items a second are those of one thread's
+// processor time.
+BENCHMARK(trace_records<next_of_loop>)->Name("trace_records/loop")->Iterations(20'000'000)->Threads(1)->Threads(2);
+BENCHMARK(trace_records<next_of_gather>)->Name("trace_records/gather")->Iterations(20'000'000)->Threads(1)->Threads(2);
 
 }  // namespace

@@ -6,7 +6,7 @@
 namespace quern {
 namespace {
 
-// Text between the apostrophes of a specification, without the characters that mean something there.
+// Text between the apostrophes of an argument of _arguments, without the characters that mean something there.
 std::string plain(const std::string& text) {
   std::string escaped;
   for (const char c : text) {
