@@ -83,6 +83,7 @@ std::vector<counted_place> counted_places(const place_report& report, const fs::
     met.try_emplace({name, place.word}, fresh).first->second.count += place.count;
   }
   std::vector<counted_place> places;
+  places.reserve(met.size());
   for (const auto& [key, place] : met) places.push_back(place);
   std::ranges::stable_sort(places, std::greater{}, &counted_place::count);
   return places;

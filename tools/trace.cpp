@@ -42,6 +42,7 @@ template <class Choice>
 void add_choice(CLI::App* command, const std::string& name, Choice& choice, const std::string& what,
                 const std::vector<std::pair<std::string, Choice>>& choices) {
   std::vector<std::string> names;
+  names.reserve(choices.size());
   for (const auto& [each, value] : choices) names.push_back(each);
   const auto choose = [choices, &choice](const std::string& given) {
     for (const auto& [each, value] : choices)

@@ -59,6 +59,7 @@ cache_shape parse_level(const std::string& text) {
 
 std::vector<cache_shape> parse_levels(const std::vector<std::string>& texts) {
   std::vector<cache_shape> shapes;
+  shapes.reserve(texts.size());
   for (const std::string& text : texts) shapes.push_back(parse_level(text));
   for (const cache_shape& shape : shapes)
     if (shape.line_bytes != shapes.front().line_bytes)
@@ -81,6 +82,7 @@ void print_levels(const std::vector<std::string>& names, const level_counts& tot
 
 void print_places(const std::map<std::uint64_t, level_counts>& places, std::size_t levels, std::size_t top) {
   std::vector<std::pair<std::uint64_t, const level_counts*>> rows;
+  rows.reserve(places.size());
   for (const auto& [pc, counts] : places) rows.emplace_back(pc, &counts);
   std::stable_sort(rows.begin(), rows.end(),
                    [](const auto& a, const auto& b) { return a.second->reaching(1) > b.second->reaching(1); });

@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 
 #include "tools/host_setup.h"
 #include "tools/printable.h"
@@ -19,8 +18,6 @@
 
 namespace quern {
 namespace {
-
-namespace fs = std::filesystem;
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
   throw user_error{fmt::format("the trace can't be written to {}: {}", path, why), status_cannot_run};
