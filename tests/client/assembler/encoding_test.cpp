@@ -39,6 +39,7 @@ TEST_F(Encoding, TheDisassemblerReadsWhatWasMeant) {
     }
   EXPECT_EQ(words.size(), 2 + 104u + 5 + 5 * 2);
   EXPECT_EQ(test::disassemble(words), expected);
+  framework.thread_exit(framework.drcontext());
 }
 
 }  // namespace

@@ -232,7 +232,7 @@ void instrlist_insert_mov_immed_ptrsz(void* drcontext, ptr_int_t value, opnd_t d
 }
 instrlist_t* instrlist_create(void* drcontext) {
   framework().check_context(drcontext);
-  return new instrlist_t;
+  return &framework().lists.emplace_back();
 }
 // The instructions stay, to be looked at and to be run.
 app_pc instrlist_encode(void* drcontext, instrlist_t* list, app_pc to, bool) {
@@ -247,7 +247,7 @@ app_pc instrlist_encode(void* drcontext, instrlist_t* list, app_pc to, bool) {
 }
 void instrlist_clear_and_destroy(void*, instrlist_t* list) {
   framework().clear(*list);
-  delete list;
+  framework().lists.remove_if([&](const instrlist_t& each) { return &each == list; });
 }
 void instrlist_remove(instrlist_t* list, instr_t* instr) { framework().remove(list, instr); }
 

@@ -87,8 +87,9 @@ class framework_double {
   reg_t slots[3] = {};
   std::size_t live_instructions() const { return instructions_.size(); }
   std::size_t live_bytes = 0;
-  instrlist_t shared_code;      // what was encoded
-  byte* code_memory = nullptr;  // to where
+  instrlist_t shared_code;       // what was encoded
+  std::list<instrlist_t> lists;  // that were made and not destroyed: the client may abort in between
+  byte* code_memory = nullptr;   // to where
 
   // An application instruction at the end of the block. `bytes` hold its encoding, at its address.
   void append(instrlist_t& block, byte* bytes, int opcode = OP_xx, std::vector<opnd_t> dsts = {},
