@@ -40,7 +40,8 @@ void insert_emulation_start(const insertion_point& at) {
   drmgr_insert_emulation_start(at.drcontext, at.list, at.where, &record);
 }
 
-// A call of the shared code, for which X30 borrows the slot of X28. Nothing here can fault.
+// A call of the shared code, for which X30 borrows the slot of X28. The load, which can't fault, is of the
+// application's level, since the framework goes on behind the last such instruction of a block that was cut.
 void insert_bracket(const insertion_point& at, const emulated_place* place) {
   const opnd_t scratch = opnd_create_reg(scratch_register), target = opnd_create_reg(state_register);
   dr_save_reg(at.drcontext, at.list, at.where, scratch_register, slot_x26);
@@ -49,7 +50,7 @@ void insert_bracket(const insertion_point& at, const emulated_place* place) {
   instrlist_insert_mov_immed_ptrsz(at.drcontext, reinterpret_cast<ptr_int_t>(place), scratch, at.list, at.where,
                                    nullptr, nullptr);
   static_assert(offsetof(emulated_place, shared_code) == 0);
-  insert_meta(at, instr_create_1dst_1src(at.drcontext, OP_ldr, target, state_field(scratch_register, 0, OPSZ_8)));
+  insert(at, instr_create_1dst_1src(at.drcontext, OP_ldr, target, state_field(scratch_register, 0, OPSZ_8)));
   insert_meta(at, instr_create_1dst_1src(at.drcontext, OP_blr, opnd_create_reg(link_register), target));
   dr_restore_reg(at.drcontext, at.list, at.where, state_register, slot_x27);
 }

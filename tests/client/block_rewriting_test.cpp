@@ -142,13 +142,15 @@ TEST_F(BlockRewriting, InstructionsInARowHaveABracketEach) {
   EXPECT_EQ(text(block), bracket() + bracket());
 }
 
-// The framework does not look into it, nor takes it for an instruction of the application's that could fault.
-TEST_F(BlockRewriting, ABracketIsTheFrameworksWithoutTranslation) {
+// The framework does not look into it, but for the load, by which it knows the place of the word.
+TEST_F(BlockRewriting, ABracketHasOneInstructionOfTheApplicationsLevel) {
   append(word_add_b);
+  const app_pc pc = block.first->translation;
   rewrite();
   for (const instr_t* instr = block.first; instr != nullptr; instr = instr->next) {
-    EXPECT_NE(instr->kind, instr_t::not_meta) << text(*instr);
-    EXPECT_EQ(instr->translation, nullptr) << text(*instr);
+    const bool is_load = instr->opcode == OP_ldr;
+    EXPECT_EQ(instr->kind == instr_t::not_meta, is_load) << text(*instr);
+    EXPECT_EQ(instr->translation, is_load ? pc : nullptr) << text(*instr);
   }
 }
 
@@ -306,6 +308,18 @@ TEST_F(BlockRewriting, ALongBlockIsCutAfterTheLastReplacementThatFits) {
   EXPECT_EQ(text(block), expected);
   framework.clear(block);
   EXPECT_EQ(framework.live_instructions(), 0u);
+}
+
+// What tells the framework where that is: the last instruction of the application's level.
+TEST_F(BlockRewriting, ABlockThatWasCutGoesOnBehindItsLastReplacement) {
+  append(word_nop);
+  for (int i = 0; i < max_replacements + 1; ++i) append(word_add_b);
+  const app_pc place = block.last->previous->raw_bits;
+  rewrite();
+  const instr_t* last = block.last;
+  while (last != nullptr && last->kind != instr_t::not_meta) last = last->previous;
+  ASSERT_NE(last, nullptr);
+  EXPECT_EQ(last->translation, place);
 }
 
 TEST_F(BlockRewriting, ABlockWithAsManyReplacementsAsFitIsWhole) {
