@@ -27,7 +27,7 @@ class elf_image {
   const std::vector<Elf64_Shdr>& sections() const { return sections_; }
   std::string_view bytes() const { return bytes_; }
 
-  // The part of the file that begins at the offset, cut to what the file has.
+  // The bytes of the file from the offset on, cut to what the file has.
   std::string_view bytes(std::uint64_t offset, std::uint64_t size) const;
 
   // Of the tables of that kind, SHT_SYMTAB or SHT_DYNSYM. The names live as long as the image.

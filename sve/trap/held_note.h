@@ -1,5 +1,5 @@
-// A note in a saved mask of the C library's length, behind the part that the kernel fills and the C library stores
-// nothing in: whether SIGILL was held, as the kernel knows nothing of that.
+// A note in a saved mask of the C library's length, behind what the kernel fills, where the C library stores
+// nothing: whether SIGILL was held, as the kernel knows nothing of that.
 #pragma once
 
 #include "sve/trap/signal_set.h"

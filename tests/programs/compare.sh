@@ -1,6 +1,7 @@
 #!/bin/sh
 # compare.sh PROGRAM [ARGUMENTS...]: runs a program under the embedded host and, where there is one, on a processor with
-# SVE; both must print the same and end in the same way. Without a reference the program's own judgement is all. From the environment:
+# SVE; both must print the same and end in the same way. Without a reference the program's own judgement is all. From the
+# environment:
 #   QUERN_HOST       the embedded host's shared object
 #   QUERN_EMULATOR   how to run a program on a processor without SVE; empty when this is one
 #   QUERN_REFERENCE  how to run it on a processor with SVE; empty when there is none

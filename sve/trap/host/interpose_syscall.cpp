@@ -13,6 +13,12 @@
 // rt_sigaction, rt_sigprocmask, prctl and seccomp, and of prctl's options for seccomp and the vector length; the first
 // two functions take the arguments of syscall() as they stand.
 asm(R"(
+  // Under a filter of system calls no new place can be patched.
+  .macro stop_patching
+  adrp x9, quern_patching_is_off
+  mov w10, #1
+  strb w10, [x9, #:lo12:quern_patching_is_off]
+  .endm
   .text
   .globl syscall
   .type syscall, %function
@@ -40,9 +46,7 @@ syscall:
   b.hs quern_system_call_failed
   ret
 3:
-  adrp x9, quern_patching_is_off
-  mov w10, #1
-  strb w10, [x9, #:lo12:quern_patching_is_off]
+  stop_patching
   b 4b
 1:
   mov x0, x1
@@ -73,12 +77,11 @@ prctl:
   b.hs quern_system_call_failed
   ret
 5:
-  adrp x9, quern_patching_is_off
-  mov w10, #1
-  strb w10, [x9, #:lo12:quern_patching_is_off]
+  stop_patching
   b 6b
   .cfi_endproc
   .size prctl, .-prctl
+  .purgem stop_patching
 )");
 static_assert(SYS_rt_sigaction == 134 && SYS_rt_sigprocmask == 135 && SYS_prctl == 167 && SYS_seccomp == 277);
 static_assert(PR_SET_SECCOMP == 22);
