@@ -1,6 +1,6 @@
 // form_costs [NAME]: what a call of the thunk of each form, or of those whose name begins with NAME, costs on a fixed
 // state, in executed AArch64 instructions: with all lanes active, with every other one, and with all while tracing. It
-// marks each call; the numbers are written by form_counter.c, without which they are missing.
+// marks each call; the numbers are written by instruction_counter.c, without which they are missing.
 #include <sys/mman.h>
 
 #include <cstdio>

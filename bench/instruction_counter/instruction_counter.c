@@ -1,6 +1,7 @@
 // A plugin for qemu-aarch64 that counts executed instructions, exactly, between two marks: `hint #0x7e` begins and
 // `hint #0x7f` ends, which no program has otherwise and which do nothing. At each end it writes a comma and the number
-// to the standard output. The declarations are those that QEMU documents for plugins; not every system has its header.
+// to the standard output. With the argument sve=on it counts those alone whose encoding is in the space of SVE. The
+// declarations are those that QEMU documents for plugins; not every system has its header.
 #include <inttypes.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -21,6 +22,10 @@ __attribute__((visibility("default"))) int qemu_plugin_version = 1;
 enum { add = 0, no_registers = 0 };
 static const uint32_t begin_mark = 0xD5032FDF, end_mark = 0xD5032FFF;
 static uint64_t executed, at_begin;
+static int sve_only;
+
+// The top-level encoding group of SVE.
+static int is_sve(uint32_t word) { return (word >> 25 & 0xF) == 2; }
 
 static void begin(unsigned cpu, void* unused) {
   (void)cpu, (void)unused;
@@ -40,14 +45,15 @@ static void translate(uint64_t id, struct qemu_plugin_tb* block) {
     memcpy(&word, qemu_plugin_insn_data(insn), sizeof word);
     if (word == begin_mark || word == end_mark) {
       qemu_plugin_register_vcpu_insn_exec_cb(insn, word == begin_mark ? begin : end, no_registers, NULL);
-    } else {
+    } else if (!sve_only || is_sve(word)) {
       qemu_plugin_register_vcpu_insn_exec_inline(insn, add, &executed, 1);
     }
   }
 }
 
 __attribute__((visibility("default"))) int qemu_plugin_install(uint64_t id, const void* info, int count, char** args) {
-  (void)info, (void)count, (void)args;
+  (void)info;
+  sve_only = count == 1 && strcmp(args[0], "sve=on") == 0;
   qemu_plugin_register_vcpu_tb_trans_cb(id, translate);
   return 0;
 }
