@@ -4,6 +4,7 @@
 #   include/quern/                   roi.h for the programs to trace
 #   include/quern/sve/, lib/, lib/cmake/quern/, lib/pkgconfig/
 #                                    sve_core and libquern_utils.a, for programs that embed the emulator
+#   share/quern/python/              reads traces in Python
 #   share/                           manual pages, completion, documents, examples
 include(CMakePackageConfigHelpers)
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)  # what is installed suffices; the tests need not be built
@@ -37,6 +38,8 @@ install(FILES README.md CHANGELOG.md DESTINATION share/doc/quern)
 install(FILES LICENSE DESTINATION share/doc/quern RENAME copyright)
 install(DIRECTORY docs/ DESTINATION share/doc/quern/docs FILES_MATCHING PATTERN *.md PATTERN manual EXCLUDE)
 install(DIRECTORY examples DESTINATION share/doc/quern)
+
+install(FILES tools/python/quern_trace.py tools/python/example_plots.py DESTINATION share/quern/python)
 
 install(DIRECTORY include/quern DESTINATION include)
 

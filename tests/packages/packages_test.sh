@@ -2,6 +2,7 @@
 # packages_test.sh BUILD_FOLDER: makes the packages of a build, installs each into a clean root, and uses what is there: a
 # program is run and traced, and one that embeds the emulator is built against it. From the environment:
 #   QUERN_EMULATOR              how to run programs of that build; may be empty
+#   QUERN_PYTHON                Python; the reader is tried where it has numpy
 #   QUERN_CXX, QUERN_TOOLCHAIN  its compiler and CMake's toolchain file; the latter may be empty
 set -euo pipefail
 build=$1 source=$(realpath "$(dirname "$0")/../..")
@@ -57,6 +58,10 @@ runs() {
   fi
   has "$output" '^all sums are right$'
   has "$("${quern[@]}" trace info my.trace)" '^  markers      5 start, 5 stop$'
+  if "$QUERN_PYTHON" -c 'import numpy'; then
+    has "$(PYTHONPATH=$1/share/quern/python "$QUERN_PYTHON" -B -c \
+      'import quern_trace; print(len(quern_trace.Trace("my.trace").regions()), "regions")')" '^5 regions$'
+  fi
 }
 
 # embeds PREFIX: a program outside of the tree finds the emulator by CMake and by pkg-config.

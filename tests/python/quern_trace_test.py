@@ -1,0 +1,261 @@
+"""The Python reader against `quern trace`: the same records, regions and choices from the same files. From the
+environment:
+  QUERN_COMMAND      the quern command, with an emulator before it if need be
+  QUERN_TRACE_MAKER  make_random_trace, likewise
+  QUERN_HOST, QUERN_EMULATOR, QUERN_PROGRAMS
+                     the embedded host, how to run programs on a processor without SVE, and programs with regions of
+                     interest; or none of them
+"""
+
+import csv
+import importlib.util
+import os
+import shlex
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree
+
+try:
+    import numpy as np
+except ImportError:
+    print("skipped: there is no numpy")
+    sys.exit(77)
+
+TOOLS = os.path.join(os.path.dirname(__file__), "../../tools/python")
+sys.path.insert(0, TOOLS)
+import quern_trace  # noqa: E402
+
+QUERN = shlex.split(os.environ["QUERN_COMMAND"])
+MAKER = shlex.split(os.environ["QUERN_TRACE_MAKER"])
+
+
+def dump(path, *options):
+    """The records as the command has them, as rows of numbers that record_rows() makes."""
+    printed = subprocess.run([*QUERN, "trace", "dump", "--format", "csv", *options, path], check=True,
+                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
+    rows = []
+    for row in csv.DictReader(printed.splitlines()):
+        access = [int(row[name] or "0", 0) for name in ("group", "size", "addr", "pc")]
+        rows.append((int(row["count"]), int(row["thread"]), row["kind"], *access))
+    return rows
+
+
+def record_rows(records):
+    rows = []
+    columns = [records[name].tolist() for name in ("count", "thread", "kind", "group", "size", "addr", "pc")]
+    for count, thread, kind, *access in zip(*columns):
+        is_marker = kind in (quern_trace.START, quern_trace.STOP)
+        rows.append((count, thread, quern_trace.KINDS[kind], *([0] * 4 if is_marker else access)))
+    return rows
+
+
+def content(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
+def make_random(path, seed, threads, records, end):
+    made = subprocess.run([*MAKER, str(seed), str(threads), str(records), end], env={**os.environ, "QUERN_TRACE": path})
+    # An emulator ends as the program does, or tells of the signal by its status.
+    killed = (-signal.SIGKILL, 128 + signal.SIGKILL)
+    assert made.returncode == 0 if end == "orderly" else made.returncode in killed, made
+
+
+class Reading(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.folder.cleanup()
+
+    def path(self, name):
+        return os.path.join(self.folder.name, f"{self.id()}.{name}")
+
+    def random(self, seed=1, threads=1, records=20000, end="orderly"):
+        path = self.path(f"{seed}.{threads}.{records}.{end}")
+        make_random(path, seed, threads, records, end)
+        return path
+
+    def assert_same_rows(self, found, wanted):
+        """As assertEqual, which takes minutes to describe how long lists differ."""
+        differing = next((at for at, (one, other) in enumerate(zip(found, wanted)) if one != other), None)
+        if differing is not None:
+            self.assertEqual(found[differing], wanted[differing], f"row {differing}")
+        self.assertEqual(len(found), len(wanted))
+
+    def assert_same_records(self, path):
+        self.assert_same_rows(record_rows(quern_trace.Trace(path).records()), dump(path))
+
+    def test_random_traces_are_as_the_command_has_them(self):
+        for seed, threads, records, end in ((1, 1, 0, "orderly"), (2, 1, 1300, "orderly"), (3, 1, 60000, "orderly"),
+                                            (4, 3, 30000, "orderly"), (5, 2, 30000, "killed"), (6, 1, 1500, "killed")):
+            with self.subTest(seed=seed, threads=threads, records=records, end=end):
+                path = self.random(seed, threads, records, end)
+                if not os.path.exists(path):  # nothing was traced
+                    continue
+                self.assert_same_records(path)
+                self.assertEqual(quern_trace.Trace(path).finished, end == "orderly")
+
+    def test_choices_are_the_commands(self):
+        path = self.random(threads=2)
+        trace = quern_trace.Trace(path)
+        thread = int(trace.threads()[0])
+        self.assertEqual(len(trace.threads()), 2)
+        accesses = trace.records(kind="load")
+        some = int(np.median(accesses["addr"]))
+        place = int(np.median(accesses["pc"]))
+        for options, choice in ((("--thread", str(thread)), {"thread": thread}), (("--kind", "load"), {"kind": "load"}),
+                                (("--kind", "store"), {"kind": "store"}), (("--region", "0"), {"region": 0}),
+                                (("--region", "1"), {"region": 1}), (("--region", "3"), {"region": 3}),
+                                (("--address", f"0-{some}"), {"address": (0, some)}),
+                                (("--address", str(2**64 - 1)), {"address": 2**64 - 1}),
+                                (("--pc", f"{place}-{place + 4096}"), {"pc": (place, place + 4096)}),
+                                (("--pc", "0"), {"pc": 0})):
+            with self.subTest(options=options):
+                self.assert_same_rows(record_rows(trace.records(**choice)), dump(path, *options))
+
+    def test_regions_begin_and_end_at_their_markers(self):
+        path = self.random(threads=2)
+        trace = quern_trace.Trace(path)
+        regions = trace.regions()
+        self.assertGreater(len(regions), 3)
+        self.assertEqual(list(regions["number"]), list(range(1, len(regions) + 1)))
+        for region in regions[:10]:
+            rows = dump(path, "--region", str(region["number"]))
+            self.assertEqual(rows[0][:3], (region["first"], region["thread"], "start"))
+            if region["end"]:
+                self.assertEqual(rows[-1][:3], (region["last"], region["thread"], "stop"))
+                self.assertLessEqual(trace.start_time, region["begin"])
+                self.assertLessEqual(region["begin"], region["end"])
+
+    def test_chunks_hold_each_record_once_and_each_thread_in_order(self):
+        path = self.random(threads=2)
+        batch, quern_trace.BATCH = quern_trace.BATCH, 3
+        try:
+            trace = quern_trace.Trace(path)
+            parts = list(trace.chunks())
+        finally:
+            quern_trace.BATCH = batch
+        self.assertGreater(len(parts), 2)
+        together = np.concatenate(parts)
+        np.testing.assert_array_equal(np.sort(together, order="count"), trace.records())
+        for thread in trace.threads():
+            self.assertTrue((np.diff(together["count"][together["thread"] == thread].astype(np.int64)) > 0).all())
+
+    def test_cut_traces_are_read_as_far_as_they_go(self):
+        path = self.random()
+        size = os.path.getsize(path)
+        whole = content(path)
+        for length in (100, 4096, 4096 + 63, 4096 + 64 + 47, 4096 + 64 + 48 * 5, 4096 + 65536 + 3000, size - 40000, size - 1):
+            with self.subTest(length=length):
+                cut = self.path("cut")
+                with open(cut, "wb") as file:
+                    file.write(whole[:length])
+                self.assert_same_records(cut)
+                self.assertTrue(quern_trace.Trace(cut).is_cut)
+        self.assertFalse(quern_trace.Trace(path).is_cut)
+
+    def test_the_first_version_is_read(self):
+        path = self.random(records=1000)  # one chunk, whose marks are all 1
+        with open(path, "r+b") as file:
+            file.seek(8)
+            file.write(b"\1")
+        self.assert_same_records(path)
+
+    def test_damaged_packed_records_end_their_block_alone(self):
+        good = self.random(records=40000)
+        first_block = 4096 + 65536 + 64  # in the second chunk
+        data = content(good)
+        block = np.frombuffer(data, quern_trace.BLOCK, 1, first_block)[0]
+        others = set(record_rows(quern_trace.Trace(good).records()[block["records"]:]))
+        self.assertGreater(len(others), 30000)
+        random = np.random.default_rng(1)
+        for _ in range(20):
+            damaged = bytearray(data)
+            damaged[first_block + quern_trace.BLOCK.itemsize + random.integers(block["packed_bytes"])] = random.integers(256)
+            name = self.path("damaged")
+            with open(name, "wb") as file:
+                file.write(damaged)
+            found = record_rows(quern_trace.Trace(name).records())
+            self.assertEqual(others - set(found), set())
+            self.assertLessEqual(len(found), len(others) + block["records"])
+
+    def test_what_is_no_trace_is_refused(self):
+        good = content(self.random(records=100))
+        for name, bad, message in (("empty", b"", "is empty, no trace file"), ("text", b"some text", "not a trace file"),
+                                       ("new", good[:8] + b"\x63" + good[9:], "has format version 99"),
+                                       ("other", good[:12] + b"\1\2\3\4" + good[16:], "the other byte order"),
+                                       ("sizes", good[:28] + b"\0" + good[29:], "sizes that can't be")):
+            with self.subTest(name=name):
+                with open(self.path(name), "wb") as file:
+                    file.write(bad)
+                with self.assertRaisesRegex(quern_trace.TraceError, message):
+                    quern_trace.Trace(self.path(name))
+
+    def test_numbers_of_all_lengths_come_back(self):
+        wanted = [0, 1, 127, 128, 16383, 16384, 2**32, 2**63 - 1, 2**64 - 1]
+        packed = []
+        for number in wanted:
+            while number >= 0x80:
+                packed.append(number & 0x7F | 0x80)
+                number >>= 7
+            packed.append(number)
+        numbers, ends = quern_trace.read_numbers(np.array(packed + [0x80], np.uint8))
+        self.assertEqual([int(number) for number in numbers], wanted)
+        self.assertEqual(ends[-1], len(packed) - 1)
+
+
+class ExamplePlots(unittest.TestCase):
+    def test_three_pictures_of_what_they_say_are_drawn(self):
+        if importlib.util.find_spec("matplotlib") is None:
+            self.skipTest("there is no matplotlib")
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "trace")
+            make_random(path, 1, 1, 20000, "orderly")
+            script = os.path.join(TOOLS, "example_plots.py")
+            run = subprocess.run([sys.executable, script, path, folder], check=True, stdout=subprocess.PIPE, text=True)
+            accesses = sum(row[2] in ("load", "store") for row in dump(path, "--region", "1"))
+            self.assertRegex(run.stdout, f"^make_random_trace: {accesses} accesses of ")
+            for name, title, mark, least in (("addresses", "Addresses over time", "PathCollection", 2),
+                                             ("footprint", "Footprint over time", "line2d", 3),
+                                             ("strides", "Strides: from", "patch_", 12)):
+                picture = content(os.path.join(folder, name + ".svg")).decode()
+                root = xml.etree.ElementTree.fromstring(picture)
+                self.assertIn(f"<!-- {title}", picture)
+                drawn = [part for part in root.iter() if part.get("id", "").startswith(mark)]
+                self.assertGreaterEqual(len(drawn), least, name)
+
+    def test_a_trace_without_accesses_is_told(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "trace")
+            make_random(path, 1, 1, 100, "orderly")
+            with open(path, "r+b") as file:
+                file.truncate(4096 + 64)
+            script = os.path.join(TOOLS, "example_plots.py")
+            run = subprocess.run([sys.executable, script, path, folder], stderr=subprocess.PIPE, text=True)
+            self.assertEqual((run.returncode, run.stderr), (1, f"{path} has no accesses to plot\n"))
+
+
+@unittest.skipUnless(os.environ.get("QUERN_PROGRAMS"), "no programs to trace")
+class Programs(unittest.TestCase):
+    def test_real_traces_are_as_the_command_has_them(self):
+        emulator, host = shlex.split(os.environ["QUERN_EMULATOR"]), os.environ["QUERN_HOST"]
+        preloaded = ["-E", f"LD_PRELOAD={host}"] if emulator else ["env", f"LD_PRELOAD={host}"]
+        with tempfile.TemporaryDirectory() as folder:
+            for program in shlex.split(os.environ["QUERN_PROGRAMS"]):
+                with self.subTest(program=program):
+                    path = os.path.join(folder, os.path.basename(program))
+                    subprocess.run([*emulator, *preloaded, program], check=True, stdout=subprocess.DEVNULL,
+                                   env={**os.environ, "QUERN_TRACE": path})
+                    records = quern_trace.Trace(path).records()
+                    self.assertGreater(len(records), 10)
+                    self.assertEqual(record_rows(records), dump(path))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
