@@ -57,7 +57,10 @@ void add_filter_options(CLI::App& command, trace_filter& filter) {
 
 std::uint64_t region_count::region_of(const trace_record& record) {
   std::uint64_t& open = open_[record.thread];
-  if (record.kind == trace_kind::start_marker && open == 0) open = ++regions_;
+  if (record.region != 0)
+    open = record.region;
+  else if (record.kind == trace_kind::start_marker && open == 0)
+    open = ++regions_;
   const std::uint64_t region = open;
   if (record.kind == trace_kind::stop_marker) open = 0;
   return region;

@@ -27,7 +27,7 @@ struct trace_filter {
 void add_filter_options(CLI::App& command, trace_filter& filter);
 
 // Regions are numbered from 1 on in the order of the start markers that open them; a start marker in a region opens
-// none. A thread is in region 0 where it is in none.
+// none. A thread is in region 0 where it is in none. The numbers are the file's where it has them.
 class region_count {
  public:
   // The region of the record, a marker's own included. To be asked for each record, in their order.

@@ -32,16 +32,16 @@ bool chunk_packer::make_room() {
     if (at == MAP_FAILED) return false;
     model_ = static_cast<record_model*>(at);
   }
-  if (chunk_ != nullptr && sizeof chunk_->blocks - chunk_->header.count >= least_block) return true;
+  if (chunk_ != nullptr && sizeof chunk_->bytes - chunk_->header.count >= least_block) return true;
   if (chunk_ != nullptr) unmap_chunk(chunk_);
-  chunk_ = map_packed_chunk();
+  chunk_ = map_byte_chunk(packed_magic);
   return chunk_ != nullptr;
 }
 
 // Answers how many records it took: those that there is room for, up to one that is not whole.
 std::uint32_t chunk_packer::append_block(const trace_chunk& full, std::uint32_t first_slot) {
-  unsigned char* const block = chunk_->blocks + chunk_->header.count;
-  unsigned char* const last_start = chunk_->blocks + sizeof chunk_->blocks - most_packed_bytes;
+  unsigned char* const block = chunk_->bytes + chunk_->header.count;
+  unsigned char* const last_start = chunk_->bytes + sizeof chunk_->bytes - most_packed_bytes;
   unsigned char* to = block + sizeof(packed_block_header);
   std::uint32_t slot = first_slot;
   model_->reset();

@@ -21,7 +21,7 @@ class chunk_packer {
 
   record_model* model_ =
       nullptr;  // a mapping of its own: thread-local storage is scarce, and the application's stack short
-  packed_chunk* chunk_ = nullptr;
+  byte_chunk* chunk_ = nullptr;
 };
 
 }  // namespace quern

@@ -8,6 +8,7 @@
 
 #include "sve/memory/trace.h"
 #include "utils/chunk_packer.h"
+#include "utils/module_log.h"
 #include "utils/trace_file.h"
 #include "utils/undisturbed.h"
 
@@ -15,6 +16,7 @@ namespace quern {
 namespace {
 
 constinit std::atomic<std::uint64_t> next_count{0};
+constinit std::atomic<std::uint64_t> regions{0};
 
 // The calling thread's chunk. Signal handlers of the application may trace while the thread is itself in trace_mem, so
 // slots are given out by the chunk's atomic counter, and a chunk is only packed or unmapped when no outer call may hold
@@ -22,8 +24,11 @@ constinit std::atomic<std::uint64_t> next_count{0};
 struct thread_trace {
   trace_chunk* chunk;
   chunk_packer packer;
-  unsigned calls;  // of trace_mem that the thread is in
-  bool in_region;  // whether it counts among the file's open regions
+  unsigned calls;        // of trace_mem that the thread is in
+  std::uint64_t region;  // the number of the one it is in, 0 in none
+  // Ranges of code that the list of modules has, or that it need not be asked about; the last that was met is first.
+  static constexpr std::size_t code_ranges = 4;
+  address_range code[code_ranges];
 };
 constinit thread_local thread_trace mine{};
 
@@ -78,24 +83,40 @@ reserved_slot reserve_slot_in_new_chunk() {
   return reserve_slot(mine.chunk);
 }
 
-void pass_marker(bool starts) {
-  if (starts == mine.in_region) return;
-  mine.in_region = starts;
-  note_region(starts);
+// Answers the number of the region that the marker begins or ends: a start marker in a region goes on with that.
+std::uint64_t pass_marker(bool starts) {
+  const std::uint64_t before = mine.region;
+  if (starts && before == 0) mine.region = regions.fetch_add(1, std::memory_order_relaxed) + 1;
+  if (!starts) mine.region = 0;
+  if (starts != (before != 0)) note_region(starts);
+  return starts ? mine.region : before;
 }
 
 bool is_marker(const sve_mem_ref_t& record) { return record.tid >= tid_stop_marker; }
 
-void store(const reserved_slot& reserved, const sve_mem_ref_t& record) {
+void store(const reserved_slot& reserved, const sve_mem_ref_t& record, std::uint64_t region) {
   stored_record& slot = *reserved.record;
   slot.count = record.count;
   slot.tid = record.tid;
   slot.group = record.group;
   slot.kind = record.kind;
   slot.size = is_marker(record) ? nanoseconds_now() : record.size;
-  slot.addr = record.addr;
+  slot.addr = is_marker(record) ? region : record.addr;
   slot.pc = record.pc;
   std::atomic_ref(slot.complete).store(reserved.generation, std::memory_order_release);
+}
+
+// Has the list of modules name the place, before the record that tells of it is stored.
+[[gnu::noinline]] void note_code(const sve_mem_ref_t& record) {
+  if (trace_stopped()) return;
+  address_range* const end = mine.code + thread_trace::code_ranges;
+  address_range* found = mine.code;
+  while (found != end && !found->has(record.pc)) ++found;
+  const address_range range = found != end ? *found : note_module_of(record.count, record.pc);
+  if (found == end) --found;
+  if (mine.calls != 1 || !range.has(record.pc)) return;  // an outer call may be in the midst of this
+  for (; found != mine.code; --found) *found = found[-1];
+  *found = range;
 }
 
 }  // namespace
@@ -113,17 +134,28 @@ bool sve_init(std::uint64_t, const char* application) {
   return set_up_trace(application);
 }
 
-void sve_exit() { finish_trace(); }
+void sve_exit() {
+  const undisturbed guard;
+  if (!trace_is_ours_and_open()) return;
+  note_modules(next_count);
+  finish_trace();
+}
 
 std::uint64_t incr_count() { return next_count.fetch_add(1, std::memory_order_relaxed); }
 
 void trace_mem(const sve_mem_ref_t& record) {
   ++mine.calls;
   std::atomic_signal_fence(std::memory_order_seq_cst);
+  std::uint64_t region = 0;
+  if (is_marker(record)) {
+    if (!trace_stopped()) note_modules_now_and_then(record.count);
+    region = pass_marker(record.tid == tid_start_marker);
+  } else if (!mine.code[0].has(record.pc)) {
+    note_code(record);
+  }
   reserved_slot slot = reserve_slot(mine.chunk);
   if (slot.record == nullptr) slot = reserve_slot_in_new_chunk();
-  if (slot.record != nullptr) store(slot, record);
-  if (is_marker(record)) pass_marker(record.tid == tid_start_marker);
+  if (slot.record != nullptr) store(slot, record, region);
   std::atomic_signal_fence(std::memory_order_seq_cst);
   --mine.calls;
 }
@@ -134,6 +166,9 @@ void quern_trace_forked() {
   if (mine.chunk != nullptr && mine.calls == 0) unmap_chunk(mine.chunk);
   mine.chunk = nullptr;
   mine.packer.release();
-  mine.in_region = false;
+  mine.region = 0;
+  for (address_range& known : mine.code) known = {};
+  forget_modules();
+  regions = 0;
   next_count = 0;
 }

@@ -140,6 +140,7 @@ bool map_header(int file) {
 }
 
 bool create_trace() {
+  trace.owner = getpid();
   if (trace.path.pattern.view().empty()) choose_trace_path(trace.path, chosen_trace_path());  // no sve_init came
   const file_descriptor file(create_file());
   if (file.is_open() && map_header(file.number())) return true;
@@ -149,21 +150,6 @@ bool create_trace() {
                              << "; the program runs on without a trace (set QUERN_TRACE to a path that can be "
                                 "written)");
   return false;
-}
-
-// Whether there is a file to write to. The first thread to come makes it; others wait for that moment only.
-bool file_is_open() {
-  phase seen = phase::untouched;
-  if (trace.now.compare_exchange_strong(seen, phase::opening, std::memory_order_acquire)) {
-    seen = create_trace() ? phase::open : phase::stopped;
-    trace.now.store(seen, std::memory_order_release);
-  }
-  while (seen == phase::opening) {
-    const timespec pause{0, 50'000};
-    nanosleep(&pause, nullptr);
-    seen = trace.now.load(std::memory_order_acquire);
-  }
-  return seen == phase::open;
 }
 
 // The file is opened anew for each chunk: a descriptor kept open might be closed by the application, and its number
@@ -213,7 +199,7 @@ void stop_trace(int error) {
 // Null when there is no trace any more.
 template <class Chunk>
 Chunk* new_chunk(std::uint64_t magic) {
-  if (!file_is_open()) return nullptr;
+  if (!open_trace()) return nullptr;
   const std::uint32_t number = trace.next_chunk.fetch_add(1, std::memory_order_relaxed);
   Chunk* const chunk = extend_file<Chunk>(number);
   if (chunk == nullptr) {
@@ -281,8 +267,23 @@ bool set_up_trace(const char* application) {
   return error == 0;
 }
 
+// The first thread to come makes the file; others wait for that moment only.
+bool open_trace() {
+  phase seen = phase::untouched;
+  if (trace.now.compare_exchange_strong(seen, phase::opening, std::memory_order_acquire)) {
+    seen = create_trace() ? phase::open : phase::stopped;
+    trace.now.store(seen, std::memory_order_release);
+  }
+  while (seen == phase::opening) {
+    const timespec pause{0, 50'000};
+    nanosleep(&pause, nullptr);
+    seen = trace.now.load(std::memory_order_acquire);
+  }
+  return seen == phase::open;
+}
+
 trace_chunk* map_chunk() { return new_chunk<trace_chunk>(chunk_magic); }
-packed_chunk* map_packed_chunk() { return new_chunk<packed_chunk>(packed_magic); }
+byte_chunk* map_byte_chunk(std::uint64_t magic) { return new_chunk<byte_chunk>(magic); }
 
 bool trace_stopped() { return trace.now.load(std::memory_order_relaxed) == phase::stopped; }
 
@@ -292,9 +293,11 @@ void note_region(bool is_open) {
   if (trace.header != nullptr) std::atomic_ref(trace.header->open_regions).fetch_add(is_open ? 1 : -1u);
 }
 
-void finish_trace() {
-  if (trace.now.load(std::memory_order_acquire) == phase::open) std::atomic_ref(trace.header->finished).store(1);
+bool trace_is_ours_and_open() {
+  return trace.now.load(std::memory_order_acquire) == phase::open && getpid() == trace.owner;
 }
+
+void finish_trace() { std::atomic_ref(trace.header->finished).store(1); }
 
 bool leave_parents_trace() {
   if (getpid() == trace.owner) return false;

@@ -10,10 +10,13 @@ namespace quern {
 // written; no file is left behind.
 bool set_up_trace(const char* application);
 
+// Whether there is a file to write to, which the first to ask makes. To be called undisturbed, as the two below.
+bool open_trace();
+
 // A chunk of the file for the calling thread alone, or null when there is no trace any more; the first time that is so,
-// a line on standard error says why. To be called undisturbed.
+// a line on standard error says why.
 trace_chunk* map_chunk();
-packed_chunk* map_packed_chunk();
+byte_chunk* map_byte_chunk(std::uint64_t magic);
 void unmap_chunk(void* chunk);
 
 // Nanoseconds since 1970.
@@ -22,7 +25,10 @@ std::uint64_t nanoseconds_now();
 // Notes in the file that a thread is in a region of interest from now on, or no longer.
 void note_region(bool is_open);
 
-// Notes in the file that the program ended in good order.
+// Whether there is a trace, and it is not that of the process that this one was forked from.
+bool trace_is_ours_and_open();
+
+// Notes in the file that the program ended in good order. To be asked for of an own trace that is open.
 void finish_trace();
 
 // Whether an error ended the trace.

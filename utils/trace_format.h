@@ -10,10 +10,11 @@
 
 namespace quern {
 
-inline constexpr std::uint64_t trace_magic = 0x4352544E52455551;   // "QUERNTRC"
-inline constexpr std::uint64_t chunk_magic = 0x4B4E48434E524551;   // "QERNCHNK"
-inline constexpr std::uint64_t packed_magic = 0x4B4341504E524551;  // "QERNPACK"
-inline constexpr std::uint32_t trace_version = 2;
+inline constexpr std::uint64_t trace_magic = 0x4352544E52455551;    // "QUERNTRC"
+inline constexpr std::uint64_t chunk_magic = 0x4B4E48434E524551;    // "QERNCHNK"
+inline constexpr std::uint64_t packed_magic = 0x4B4341504E524551;   // "QERNPACK"
+inline constexpr std::uint64_t modules_magic = 0x53444F4D4E524551;  // "QERNMODS"
+inline constexpr std::uint32_t trace_version = 3;
 inline constexpr std::uint32_t trace_byte_order = 0x01020304;
 
 // At offset 0. All numbers are in the byte order of the machine that wrote them, which `byte_order` shows.
@@ -43,7 +44,7 @@ static_assert(sizeof(trace_file_header) == 512 && offsetof(trace_file_header, st
 
 // A record as stored: the fields of sve_mem_ref_t, with the one that has no meaning there used as the mark that tells a
 // whole record from one that its thread was still writing. The mark is stored last. A marker's size is the time at
-// which it was executed, in nanoseconds since 1970.
+// which it was executed, in nanoseconds since 1970, and its address the number of the region that it begins or ends.
 struct stored_record {
   std::uint64_t count;
   std::uint32_t tid;
@@ -59,14 +60,14 @@ static_assert(sizeof(stored_record) == 48 && offsetof(stored_record, complete) =
 
 inline constexpr std::uint32_t trace_chunk_size = 64 << 10;
 
-// Chunk n is at header_size + n * chunk_size. It holds records or, where its magic is packed_magic, blocks of packed
-// ones.
+// Chunk n is at header_size + n * chunk_size. It holds records or, where its magic says so, blocks of packed ones, or
+// entries of the list of modules.
 struct trace_chunk_header {
   std::uint64_t magic;  // 0 while the chunk is not in use
   std::uint64_t number;
   std::uint64_t pthread;  // pthread_self() of the thread; its low half is the `tid` of the thread's records
   std::uint32_t thread;   // the kernel's number of the thread
-  std::uint32_t count;    // slots given out from the front, may exceed those that there are; or bytes of whole blocks
+  std::uint32_t count;    // slots given out from the front, may exceed those that there are; or bytes of what is whole
   std::uint64_t time;     // when it was begun, or begun anew: nanoseconds since 1970
   std::uint32_t generation;  // from 1; one more each time that the chunk's records have been packed
   std::uint8_t reserved[20];
@@ -98,11 +99,28 @@ struct packed_block_header {
 
 static_assert(sizeof(packed_block_header) == 32);
 
-struct packed_chunk {
-  trace_chunk_header header;
-  unsigned char blocks[trace_chunk_size - sizeof(trace_chunk_header)];
+// A program or library that was found in memory, or found to be gone. Its build ID and its path follow. An entry is
+// whole once the chunk's count of bytes includes it.
+struct module_entry {
+  std::uint32_t size;    // bytes, this header and an end of 0 to 7 unused ones included
+  std::uint32_t number;  // of the module, from 0 in the order in which they were found; the same when it is gone
+  std::uint64_t count;   // of the record at which it was noticed
+  std::uint64_t time;    // nanoseconds since 1970
+  std::uint64_t begin;   // the address of the file's first byte
+  std::uint64_t end;     // behind the last segment's last byte; 0 when the module is gone
+  std::uint64_t inode;
+  std::uint32_t build_id_bytes;
+  std::uint32_t path_bytes;
 };
 
-static_assert(sizeof(packed_chunk) == trace_chunk_size);
+static_assert(sizeof(module_entry) == 56);
+
+// A chunk whose bytes are blocks of packed records, or entries of modules.
+struct byte_chunk {
+  trace_chunk_header header;
+  unsigned char bytes[trace_chunk_size - sizeof(trace_chunk_header)];
+};
+
+static_assert(sizeof(byte_chunk) == trace_chunk_size);
 
 }  // namespace quern

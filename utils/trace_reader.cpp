@@ -32,10 +32,11 @@ trace_record record_of(const stored_record& stored, std::uint32_t thread) {
   const bool is_marker = kind == trace_kind::start_marker || kind == trace_kind::stop_marker;
   return {.count = stored.count,
           .size = is_marker ? 0 : stored.size,
-          .addr = stored.addr,
+          .addr = is_marker ? 0 : stored.addr,
           .pc = stored.pc,
           .group = stored.group,
           .time = is_marker ? stored.size : 0,
+          .region = is_marker ? stored.addr : 0,
           .thread = thread,
           .kind = kind};
 }
@@ -152,6 +153,8 @@ void trace_reader::walk_chunks() {
       number = (file_.next_data(chunk_offset(number + 1)) - header_.header_size) / header_.chunk_size - 1;
     } else if (header.magic == packed_magic && header_.version > 1) {
       walk_blocks(offset, header);
+    } else if (header.magic == modules_magic && header_.version > 2) {
+      walk_modules(offset, header);
     } else if (header.magic == chunk_magic) {
       unpacked.push_back({.offset = offset, .thread = header.thread});
     } else {
@@ -181,6 +184,12 @@ void trace_reader::walk_blocks(std::uint64_t offset, const trace_chunk_header& c
     if (block.generation == part.generation) part.slots = std::max(part.slots, block.first_slot + block.records);
     take(where);
   }
+}
+
+void trace_reader::walk_modules(std::uint64_t offset, const trace_chunk_header& chunk) {
+  std::vector<char> bytes(std::min<std::uint64_t>(chunk.count, header_.chunk_size - sizeof chunk));
+  bytes.resize(file_.read_at(offset + sizeof chunk, bytes.data(), bytes.size()));
+  if (!modules_.take({bytes.data(), bytes.size()}, bytes.size() == chunk.count)) ++summary_.damaged_chunks;
 }
 
 // Sums up the records of a place, and notes where they are.

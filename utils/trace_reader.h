@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "utils/trace_format.h"
+#include "utils/trace_modules.h"
 
 namespace quern {
 
@@ -27,6 +28,7 @@ struct trace_record {
   std::uint64_t pc;
   std::uint32_t group;
   std::uint64_t time;    // of a marker: nanoseconds since 1970, or 0 where the file does not tell
+  std::uint64_t region;  // of a marker: the number of the one that it begins or ends, or 0
   std::uint32_t thread;  // the kernel's number of the thread, also in markers
   trace_kind kind;
 };
@@ -49,6 +51,7 @@ class trace_reader {
 
   const trace_file_header& header() const { return header_; }  // all 0 in a file that is cut inside of it
   const trace_summary& summary() const { return summary_; }
+  const trace_modules& modules() const { return modules_; }
   std::uint64_t file_size() const { return file_.size; }
   bool is_cut() const { return cut_; }
 
@@ -90,6 +93,7 @@ class trace_reader {
   void read_header();
   void walk_chunks();
   void walk_blocks(std::uint64_t offset, const trace_chunk_header& header);
+  void walk_modules(std::uint64_t offset, const trace_chunk_header& header);
   void take(place where);
   place_records read(const place& where) const;
   place_records read_chunk(const place& where) const;
@@ -101,6 +105,7 @@ class trace_reader {
   bool cut_ = false;
   trace_file_header header_{};
   trace_summary summary_;
+  trace_modules modules_;
   std::uint64_t highest_count_ = 0;
   std::map<std::uint64_t, packed_part> packed_;  // by the chunk's number
   std::vector<place> places_;                    // by lowest count

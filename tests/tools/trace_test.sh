@@ -139,8 +139,8 @@ expect 1 "${too_large% }record 3 differs from its group in place, kind or size
 record 5 is of no known kind" trace check small
 cp orderly cut && truncate -s -1 cut
 expect 1 'the file is cut: it was longer once' trace check cut
-# The second slot's count, group and mark.
-second=$(($(getconf PAGESIZE) + 64 + 48))
+# The second slot's count, group and mark, behind the list of modules.
+second=$(($(getconf PAGESIZE) + 65536 + 64 + 48))
 rm -f broken && make broken 3 only
 printf '\0' | dd of=broken bs=1 seek=$second conv=notrunc status=none
 expect 1 'record 0 is there twice' trace check broken
@@ -193,7 +193,7 @@ now=$(date +%Y-%m-%d)
 # A trace that was cut, in its unused end and within its records.
 cp small cut && truncate -s -1 cut
 [ "$(info cut)" = "$(info_of "$((size - 1)) bytes, cut: it was longer once" 'in good order')" ] || fail "cut: $(info cut)"
-truncate -s "$(($(getconf PAGESIZE) + 64 + 48 + 47))" cut
+truncate -s "$((second + 47))" cut
 expect 0 "     count   thread kind    group   size address            pc
          0 $t start
 quern: the trace is cut: the file was longer once" trace dump cut
@@ -248,8 +248,8 @@ for command in info dump stats export cache check; do
   expect 1 "quern: text is not a trace file" trace $command text
   expect 2 "quern: FILE is required (see quern trace $command --help)" trace $command
 done
-printf '\3' | dd of=small bs=1 seek=8 conv=notrunc status=none
-expect 1 "quern: small has format version 3; this quern reads versions 1 to 2" trace info small
+printf '\4' | dd of=small bs=1 seek=8 conv=notrunc status=none
+expect 1 "quern: small has format version 4; this quern reads versions 1 to 3" trace info small
 expect 2 "quern: --format: xml not in {text,csv,jsonl} (see quern trace dump --help)" trace dump --format xml large
 expect 2 "quern: A subcommand is required (see quern trace --help)" trace
 [ "$failures" = 0 ]

@@ -88,7 +88,8 @@ TEST(Packing, BytesThatEndTooSoonGiveNoRecord) {
 struct PackedFile : trace_test {
   static constexpr std::uint64_t records = trace_chunk_records + 10;
 
-  // A file of two chunks: the records that were left when the first ones were packed, and those.
+  // A file of two chunks behind the list of modules: the records that were left when the first ones were packed, and
+  // those.
   std::string two_chunks() {
     const child_end end = run([] {
       setenv("QUERN_TRACE", "trace", 1);
@@ -98,17 +99,17 @@ struct PackedFile : trace_test {
     });
     EXPECT_TRUE(end.ended_well()) << end.errors;
     const std::string path = (folder / "trace").string();
-    header_size = trace_reader(path).header().header_size;
-    EXPECT_EQ(fs::file_size(path), header_size + 2 * trace_chunk_size);
+    records_at = records_offset(path);
+    EXPECT_EQ(fs::file_size(path), records_at + 2 * trace_chunk_size);
     return path;
   }
   template <class Field>
   void set(const std::string& path, std::uint64_t chunk, std::size_t offset, Field value) const {
     std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
-    file.seekp(static_cast<std::streamoff>(header_size + chunk * trace_chunk_size + offset));
+    file.seekp(static_cast<std::streamoff>(records_at + chunk * trace_chunk_size + offset));
     file.write(reinterpret_cast<const char*>(&value), sizeof value);
   }
-  std::uint64_t header_size = 0;
+  std::uint64_t records_at = 0;
 };
 
 TEST_F(PackedFile, AllRecordsComeBackInOrder) {
@@ -156,7 +157,7 @@ TEST_F(PackedFile, ABlockWhoseSizeCannotBeIsDamage) {
 
 TEST_F(PackedFile, AFileCutInItsPackedRecordsGivesTheOthers) {
   const std::string path = two_chunks();
-  for (std::uint64_t size = header_size + 2 * trace_chunk_size - 1000; size > header_size + trace_chunk_size;
+  for (std::uint64_t size = records_at + 2 * trace_chunk_size - 1000; size > records_at + trace_chunk_size;
        size -= 997) {
     fs::resize_file(path, size);
     trace_reader reader(path);
@@ -207,8 +208,8 @@ TEST_F(PackedFile, TheFirstVersionIsReadStill) {
     return 0;
   });
   ASSERT_TRUE(end.ended_well());
-  header_size = trace_reader("trace").header().header_size;
-  set<std::uint32_t>("trace", 0, offsetof(trace_file_header, version) - header_size, 1);
+  records_at = records_offset("trace");
+  set<std::uint32_t>("trace", 0, offsetof(trace_file_header, version) - records_at, 1);
   set<std::uint64_t>("trace", 0, offsetof(trace_chunk_header, time), 0);
   set<std::uint32_t>("trace", 0, offsetof(trace_chunk_header, generation), 0);
   trace_reader reader("trace");

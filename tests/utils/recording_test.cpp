@@ -74,7 +74,7 @@ TEST_F(Recording, ThreadsThatEndLeaveTheirRecordsAndNoMapping) {
       std::thread(store_records, 10).join();
       mappings.push_back(mappings_of_the_file());
     }
-    return mappings == std::vector<int>(threads, 1) ? 0 : 2;  // the header
+    return mappings == std::vector<int>(threads, 2) ? 0 : 2;  // the header, and the list of modules
   });
   ASSERT_TRUE(end.ended_well()) << end.status << end.errors;
   trace_reader reader(only_file());
@@ -250,20 +250,32 @@ TEST_F(Recording, TheFileIsLaidOutAsDocumented) {
     return value;
   };
   EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 8), "QUERNTRC");
-  EXPECT_EQ(number(8, 4), 2u);            // version
+  EXPECT_EQ(number(8, 4), 3u);            // version
   EXPECT_EQ(number(12, 4), 0x01020304u);  // byte order
   const std::uint64_t header_size = number(16, 4), chunk_size = number(20, 4), chunk_header = number(24, 4);
   EXPECT_EQ(chunk_size, 65536u);
   EXPECT_EQ(chunk_header, 64u);
   EXPECT_EQ(number(28, 4), 48u);  // record size
-  EXPECT_EQ(number(64, 8), 1u);   // chunks
+  EXPECT_EQ(number(64, 8), 2u);   // chunks
   EXPECT_EQ(bytes.at(128), 'x');
-  EXPECT_EQ(bytes.size(), header_size + chunk_size);
-  EXPECT_EQ(
-      std::string(bytes.begin() + static_cast<long>(header_size), bytes.begin() + static_cast<long>(header_size) + 8),
-      "QERNCHNK");
-  EXPECT_EQ(number(header_size + 28, 4), 2u);  // slots given out
-  const std::uint64_t second = header_size + chunk_header + 48;
+  EXPECT_EQ(bytes.size(), header_size + 2 * chunk_size);
+  const auto text = [&](std::uint64_t offset, std::uint64_t size) {
+    return std::string(reinterpret_cast<const char*>(bytes.data()) + offset, size);
+  };
+  EXPECT_EQ(text(header_size, 8), "QERNMODS");
+  const std::uint64_t module = header_size + chunk_header;
+  EXPECT_EQ(number(module + 4, 4), 0u);  // its number
+  EXPECT_EQ(number(module + 8, 8), 0u);  // the record at which it was found
+  EXPECT_EQ(number(module + 24, 8) % 4096, 0u);
+  EXPECT_LT(number(module + 24, 8), number(module + 32, 8));  // begin, end
+  const std::uint64_t build_id_bytes = number(module + 48, 4), path_bytes = number(module + 52, 4);
+  EXPECT_EQ(number(module, 4), (56 + build_id_bytes + path_bytes + 7) / 8 * 8);
+  EXPECT_EQ(text(module + 56 + build_id_bytes, path_bytes), fs::read_symlink("/proc/self/exe").string());
+
+  const std::uint64_t records = header_size + chunk_size;
+  EXPECT_EQ(text(records, 8), "QERNCHNK");
+  EXPECT_EQ(number(records + 28, 4), 2u);  // slots given out
+  const std::uint64_t second = records + chunk_header + 48;
   EXPECT_EQ(number(second, 8), 1u);              // count
   EXPECT_EQ(number(second + 16, 4), 1u);         // kind
   EXPECT_EQ(number(second + 20, 4), 1u);         // complete

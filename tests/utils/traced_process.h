@@ -114,6 +114,11 @@ inline void store_records(std::uint64_t number) {
   for (std::uint64_t i = 0; i != number; ++i) trace_mem(record_of_count(incr_count()));
 }
 
+// Where the first chunk with records begins: behind the one with the list of modules.
+inline std::uint64_t records_offset(const std::string& path) {
+  return trace_reader(path).header().header_size + trace_chunk_size;
+}
+
 // Every count from 0 up to `number` once, in order, each record whole.
 inline void expect_all_counts(trace_reader& reader, std::uint64_t number) {
   EXPECT_EQ(reader.summary().records, number);
