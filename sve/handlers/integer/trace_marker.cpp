@@ -5,11 +5,10 @@
 
 namespace quern {
 
-void mark_trace_region(unsigned int immediate) {
-  if (immediate != start_marker && immediate != stop_marker) return;
-  enable_trace = immediate == start_marker;
+void switch_trace_region(bool on) {
+  enable_trace = on;
   trace_roi.count = incr_count();
-  trace_roi.tid = enable_trace ? tid_start_marker : tid_stop_marker;
+  trace_roi.tid = on ? tid_start_marker : tid_stop_marker;
   trace_mem(trace_roi);
 }
 

@@ -72,6 +72,7 @@ const run_code* make_code(unsigned char* site) {
   const std::size_t count = collect_run(site, page_size - reinterpret_cast<std::uintptr_t>(site) % page_size, run);
   const code_room room = find_code_room(site);
   if (count == 0 || !room.place) return nullptr;
+  for (run_word& word : std::span(run).first(count)) word.written = written_by(word.thunk);
   const std::span<unsigned char, max_run_code_bytes> bytes(room.writable, max_run_code_bytes);
   const std::size_t size = make_run_code(std::span(run).first(count), site, registers_offset(), room.place, bytes);
   take_code_room(room, size);

@@ -25,8 +25,8 @@ fpsimd_context& fp_record(ucontext_t& frame) {
 
 const fpsimd_context& fp_record(const ucontext_t& frame) { return fp_record(const_cast<ucontext_t&>(frame)); }
 
-void store_general(const cpu_state& state, unsigned char* pc, mcontext_t& machine) {
-  std::memcpy(machine.regs, state.x, sizeof state.x);
+// All but X0 to X30.
+void store_special(const cpu_state& state, unsigned char* pc, mcontext_t& machine) {
   machine.sp = state.sp;
   machine.pc = reinterpret_cast<std::uintptr_t>(pc);
   machine.pstate = (machine.pstate & ~(nzcv_bits | btype_bits)) | (state.nzcv & nzcv_bits);
@@ -52,7 +52,9 @@ void load_state(const ucontext_t& frame, cpu_state& state) {
 }
 
 void store_state(const cpu_state& state, ucontext_t& frame) {
-  store_general(state, frame_pc(frame) + instruction_bytes, frame.uc_mcontext);
+  mcontext_t& machine = frame.uc_mcontext;
+  std::memcpy(machine.regs, state.x, sizeof state.x);
+  store_special(state, frame_pc(frame) + instruction_bytes, machine);
   fpsimd_context& fp = fp_record(frame);
   fp.fpsr = state.fpsr;
   for (int i = 0; i != 32; ++i) std::memcpy(&fp.vregs[i], state.z[i], q_bytes);
@@ -60,10 +62,19 @@ void store_state(const cpu_state& state, ucontext_t& frame) {
 
 void store_run(const thread_registers& registers, const run_code& code, unsigned char* pc, ucontext_t& frame) {
   const cpu_state& state = registers.state;
-  store_general(state, pc, frame.uc_mcontext);
+  mcontext_t& machine = frame.uc_mcontext;
+  for (int i = 0; i != 31; ++i)
+    if (code.x >> i & 1) machine.regs[i] = state.x[i];
+  store_special(state, pc, machine);
   fpsimd_context& fp = fp_record(frame);
   if (code.floating_point) fp.fpsr = state.fpsr;
-  for (int i = 0; i != 32; ++i) std::memcpy(&fp.vregs[i], code.z >> i & 1 ? state.z[i] : registers.v[i], q_bytes);
+  for (int i = 0; i != 32; ++i) {
+    if (code.z >> i & 1) {
+      std::memcpy(&fp.vregs[i], state.z[i], q_bytes);
+    } else if (code.v >> i & 1) {
+      std::memcpy(&fp.vregs[i], registers.v[i], q_bytes);
+    }
+  }
 }
 
 void copy_frame(const ucontext_t& from, ucontext_t& to) {

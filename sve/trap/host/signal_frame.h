@@ -20,7 +20,7 @@ void load_vectors(const ucontext_t& frame, cpu_state& state);
 // Writes x, sp, nzcv, fpsr and the low 16 bytes of each z to the frame, and moves its PC behind the instruction.
 void store_state(const cpu_state& state, ucontext_t& frame);
 
-// Writes a run's registers, which stand partly in `registers.v`, and the PC to the frame.
+// Writes a run's registers, which stand partly in `registers.v`, and the PC to the frame, which has the others.
 void store_run(const thread_registers& registers, const run_code& code, unsigned char* pc, ucontext_t& frame);
 
 // Makes `to` a frame of the code that `from` interrupted: registers, FP registers and mask.

@@ -11,7 +11,7 @@ using word = std::uint32_t;
 struct reg {
   word number;
 };
-inline constexpr reg x0{0}, x1{1}, x2{2}, x16{16}, x19{19}, sp{31}, zero{31};
+inline constexpr reg x0{0}, x1{1}, x2{2}, x19{19}, sp{31}, zero{31};
 
 enum class system_register : word { nzcv = 0x1B4200, fpcr = 0x1B4400, fpsr = 0x1B4420, tpidr_el0 = 0x1BD040 };
 

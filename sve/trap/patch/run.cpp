@@ -27,9 +27,11 @@ void add_operand(const operand& op, std::uint32_t word, bool is_written, registe
     const int count = op.kind == operand_kind::z_list ? op.multiple : 1;
     use.z |= set_of_registers(number, count);
     if (is_written) use.z_written |= set_of_registers(number, count);
-  } else if ((file == register_file::general || file == register_file::general_sp) && is_written) {
-    if (number != 31) use.x_written |= set_of_registers(number, 1);
-    if (number == 31 && file == register_file::general_sp) use.sp_written = true;
+  } else if (file == register_file::general || file == register_file::general_sp) {
+    const std::uint32_t set = set_of_registers(number, 1) & all_general_registers;
+    use.x |= set;
+    if (is_written) use.x_written |= set;
+    if (is_written && number == 31 && file == register_file::general_sp) use.sp_written = true;
   }
 }
 
@@ -55,7 +57,7 @@ std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array
     std::memcpy(&word, code + count * sizeof word, sizeof word);
     const decode_row* const row = decode_word(word).row;
     if (!row || probes_memory(*row)) break;
-    run[count] = {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk};
+    run[count] = {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk, all_registers};
   }
   return count;
 }
@@ -77,6 +79,7 @@ register_use use_of(std::span<const run_word> run) {
     const register_use use = use_of(word);
     all.z |= use.z;
     all.z_written |= use.z_written;
+    all.x |= use.x;
     all.x_written |= use.x_written;
     all.sp_written |= use.sp_written;
     all.floating_point |= use.floating_point;

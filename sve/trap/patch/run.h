@@ -6,6 +6,7 @@
 #include <span>
 
 #include "sve/state/cpu_state.h"
+#include "sve/trap/patch/written_registers.h"
 
 namespace quern {
 
@@ -14,7 +15,8 @@ struct decode_row;
 struct run_word {
   std::uint32_t word;
   const decode_row* row;
-  sve_handler thunk;  // what generated code is to call
+  sve_handler thunk;          // what generated code is to call
+  written_registers written;  // by the thunk
 };
 
 // The words of one run at most.
@@ -23,13 +25,13 @@ inline constexpr std::size_t max_run = 16;
 // The run that begins at `code`: the emulated words from there to the first other word, to the end of the `bytes` that
 // may be read, or to the most that a run has. A load that finds out whether memory can be read is no word of a run: it
 // needs the mask of signals, which is at hand in a signal's frame alone. The thunks keep the application's errno.
-// Answers the number of words.
+// Answers the number of words. What the thunks write is for the caller to find out: all registers, until then.
 std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array<run_word, max_run>& run);
 
 // Sets of registers: number n is bit n. Register 31 is in no set of general registers.
 struct register_use {
   std::uint32_t z = 0, z_written = 0;
-  std::uint32_t x_written = 0;
+  std::uint32_t x = 0, x_written = 0;
   bool sp_written = false;
   bool floating_point = false;  // looks at FPCR or at FPSR, which it may write
 };

@@ -1,5 +1,6 @@
 // Code for runs: what stands in the place of their words. It brings the application's registers into the thread's
-// cpu_state, calls the thunks one after the other, brings the registers back, and branches behind the run.
+// cpu_state, calls the thunks one after the other, brings the registers back, and branches behind the run. A register
+// that no thunk reads or writes stays where it is.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +24,7 @@ enum class early_end : std::uint64_t {
 // One thread's registers as generated code knows them: the emulator's, and in front of them, within reach of the pairs
 // of stores, what is its own.
 struct alignas(64) thread_registers {
-  unsigned char v[32][16];  // V0 to V31 as they were when the run began
+  unsigned char v[32][16];  // vectors as they were when the run began: those that are kept here
   const run_code* running;  // the code that the thread is in, null if none; until all is brought in, only not null
   early_end ends;
   std::uint64_t mask;     // when signals are blocked until the end: the thread's mask from before,
@@ -40,8 +41,9 @@ struct run_literal {
 };
 struct run_code {
   unsigned char* site;  // the run's first word in the application's code
-  std::uint32_t z;      // the vectors that stand in cpu_state while the run goes on
-  bool floating_point;  // FPSR stands there too
+  std::uint32_t x, z;   // the registers that stand in cpu_state while the run goes on; SP and the flags do always
+  std::uint32_t v;      // the vectors that stand in thread_registers::v
+  bool floating_point;  // FPSR stands in cpu_state too
   std::uint16_t words;
   // Bytes from the start of this record: of the code, of its last part, in which no more thunk is called, of its last
   // two instructions, which take X19 from the stack and branch, and behind that.

@@ -29,14 +29,14 @@ constexpr assembled instructions[] = {
     {"ldur x0, [x19, #255]", ldur_x(x0, x19, 255), 0xF84FF260},
     {"str x19, [sp, #-16]!", str_x_pre(x19, sp, -16), 0xF81F0FF3},
     {"ldr x0, [sp], #16", ldr_x_post(x0, sp, 16), 0xF84107E0},
-    {"ldr x16, . - 40", ldr_x_literal(x16, -40), 0x58FFFED0},
+    {"ldr x16, . - 40", ldr_x_literal({16}, -40), 0x58FFFED0},
     {"ldr w1, . + 1048572", ldr_w_literal(x1, 1048572), 0x187FFFE1},
     {"adr x0, . - 33", adr(x0, -33), 0x70FFFEE0},
     {"adr x0, . + 6", adr(x0, 6), 0x50000020},
     {"cbnz x0, . - 1048576", cbnz_x(x0, -1048576), 0xB5800000},
     {"b . + 134217724", b(branch_reach - 4), 0x15FFFFFF},
     {"b . - 134217728", b(-branch_reach), 0x16000000},
-    {"blr x16", blr(x16), 0xD63F0200},
+    {"blr x16", blr({16}), 0xD63F0200},
     {"mrs x0, nzcv", mrs(x0, nzcv), 0xD53B4200},
     {"mrs x1, fpcr", mrs(x1, fpcr), 0xD53B4401},
     {"mrs x1, fpsr", mrs(x1, fpsr), 0xD53B4421},
@@ -61,7 +61,7 @@ TEST(Branch, TellsWhereItLeads) {
     EXPECT_TRUE(is_b(b(distance))) << distance;
     EXPECT_EQ(b_distance(b(distance)), distance);
   }
-  EXPECT_FALSE(is_b(blr(x16)));
+  EXPECT_FALSE(is_b(blr({16})));
   EXPECT_FALSE(is_b(0x94000000)) << "bl";
 }
 

@@ -46,16 +46,20 @@ struct run_case {
   std::vector<run_word> run;
 };
 
+run_word word_of(const case_row& row, std::uint32_t word) {
+  return {word, row.row, row.row->thunk, written_by(row.row->thunk)};
+}
+
 // A case of the row, followed by `further` words that touch no memory; false if its word can't be run here.
 bool make_run_case(const case_row& row, std::uint64_t seed, std::size_t further, run_case& r) {
   make_case(row, seed, r.c);
-  r.run = {{r.c.word, row.row, row.row->thunk}};
+  r.run = {word_of(row, r.c.word)};
   if (!leaves_stack(r.run[0])) return false;
   random_source random(seed ^ r.c.word);
   while (r.run.size() < 1 + further) {
     const case_row& other = rows()[random.below(rows().size())];
     if (other.row->memory.touches_memory()) continue;
-    const run_word word{make_word(other, random), other.row, other.row->thunk};
+    const run_word word = word_of(other, make_word(other, random));
     if (leaves_stack(word)) r.run.push_back(word);
   }
   return true;
@@ -146,6 +150,18 @@ class AgainstThunks : public testing::Test {
   std::unique_ptr<processor_registers> thunks_ = std::make_unique<processor_registers>();
   std::unique_ptr<cpu_state> seen_ = std::make_unique<cpu_state>();
 };
+
+// The cases above then show that no thunk writes more than was found.
+TEST(WrittenByThunks, IsUnderstoodForNineTenthsOfTheDirectOnes) {
+  std::size_t direct = 0, understood = 0;
+  for (const case_row& row : rows()) {
+    if (row.row->handler.empty()) continue;
+    ++direct;
+    understood += written_by(row.row->thunk) != all_registers;
+  }
+  EXPECT_GT(direct, 800u);
+  EXPECT_GT(understood, direct * 9 / 10);
+}
 
 TEST_F(AgainstThunks, EachWordAlone) { judge_all(0); }
 TEST_F(AgainstThunks, RunsOfThreeWords) { judge_all(2); }
