@@ -61,12 +61,21 @@ void program_code::for_each_word(const std::function<void(std::uint64_t, std::ui
     }
 }
 
-std::string program_code::place(std::uint64_t address) const {
+std::optional<program_code::function_name> program_code::function_at(std::uint64_t address) const {
   const auto found = at_or_below(functions_, address);
-  if (found == functions_.end()) return fmt::format("{:#x}", address);
+  if (found == functions_.end()) return std::nullopt;
   const auto& [start, symbol] = *found;
-  if (symbol.size != 0 && address - start >= symbol.size) return fmt::format("{:#x}", address);
-  return fmt::format("{}+{:#x}", demangled(std::string(symbol.name)), address - start);
+  if (symbol.size != 0 && address - start >= symbol.size) return std::nullopt;
+  return function_name{demangled(std::string(symbol.name)), start};
+}
+
+void program_code::for_each_function(const std::function<void(const std::string& name)>& take) const {
+  for (const auto& [start, symbol] : functions_) take(demangled(std::string(symbol.name)));
+}
+
+std::string program_code::place(std::uint64_t address) const {
+  const std::optional<function_name> found = function_at(address);
+  return found ? fmt::format("{}+{:#x}", found->name, address - found->start) : fmt::format("{:#x}", address);
 }
 
 }  // namespace quern

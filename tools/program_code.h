@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "tools/elf_image.h"
@@ -21,6 +22,16 @@ class program_code {
 
   // "main+0x1c", or "0x4007d0" where no symbol tells.
   std::string place(std::uint64_t address) const;
+
+  // The function that an address is in, with its name as C++ has it.
+  struct function_name {
+    std::string name;
+    std::uint64_t start;
+  };
+  std::optional<function_name> function_at(std::uint64_t address) const;
+
+  // All that there are.
+  void for_each_function(const std::function<void(const std::string& name)>& take) const;
 
   bool has_symbols() const { return !functions_.empty(); }
 

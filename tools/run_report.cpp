@@ -17,8 +17,8 @@
 
 #include "tools/foreign_instructions.h"
 #include "tools/instruction_form.h"
+#include "tools/module_code.h"
 #include "tools/printable.h"
-#include "tools/program_code.h"
 #include "tools/user_error.h"
 
 namespace quern {
@@ -50,26 +50,16 @@ class place_names {
     if (place.module == 0 || place.module > place_report::most_modules) return fmt::format("{:#x}", place.offset);
     const reported_module& module = report_.modules[place.module - 1];
     const std::string path(module.path, strnlen(module.path, sizeof module.path));
-    const loaded_file& file = files_.try_emplace(path, path.empty() ? program_ : fs::path(path)).first->second;
-    const std::string symbol = file.code.place(file.is_fixed ? module.base + place.offset : place.offset);
+    const module_code& file = files_.try_emplace(path, path.empty() ? program_ : fs::path(path)).first->second;
+    const std::string symbol = file.code().place(file.address_in_file(module.base + place.offset, module.base));
     const fs::path library = fs::path(path).filename();
     return path.empty() || library == program_.filename() ? symbol : fmt::format("{} ({})", symbol, library.string());
   }
 
  private:
-  struct loaded_file {
-    explicit loaded_file(const fs::path& path) : image(path), code(image) {
-      const auto header = image.at<Elf64_Ehdr>(0);
-      is_fixed = header && header->e_type == ET_EXEC;
-    }
-    elf_image image;
-    program_code code;
-    bool is_fixed;  // its addresses are where it is loaded, not counted from there
-  };
-
   const place_report& report_;
   fs::path program_;
-  std::map<std::string, loaded_file> files_;
+  std::map<std::string, module_code> files_;
 };
 
 // The places that were met, by their counts: those of several processes together.

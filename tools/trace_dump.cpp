@@ -66,8 +66,8 @@ format_entry entry_of(dump_format format) {
 
 void dump_trace(trace_reader& reader, const trace_filter& filter, dump_format format) {
   const format_entry entry = entry_of(format);
-  fmt::print("{}", entry.heading);
   filtered_records records(reader, filter);
+  fmt::print("{}", entry.heading);
   while (const std::optional<trace_record> record = records.next()) fmt::print("{}", entry.line(*record));
   std::fflush(stdout);
   if (reader.is_cut()) fmt::print(stderr, "quern: the trace is cut: the file was longer once\n");

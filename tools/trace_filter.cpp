@@ -51,6 +51,7 @@ void add_filter_options(CLI::App& command, trace_filter& filter) {
       ->type_name("KIND");
   add_range("--address", filter.addresses, "Only accesses to these addresses");
   add_range("--pc", filter.pcs, "Only those of the instructions at these addresses");
+  command.add_option("--symbol", filter.symbol, "Only those of the function of this name")->type_name("NAME");
   command.add_option("--region", filter.region, "Only this region of interest; the first is 1")->type_name("NUMBER");
   command.add_option("--limit", filter.limit, "Only so many records, the first ones")->type_name("NUMBER");
 }
@@ -66,14 +67,21 @@ std::uint64_t region_count::region_of(const trace_record& record) {
   return region;
 }
 
-bool filtered_records::takes(const trace_record& record) const {
+filtered_records::filtered_records(trace_reader& reader, const trace_filter& filter)
+    : reader_(reader), filter_(filter), names_(reader.modules(), reader.header().application) {
+  if (filter.symbol && !names_.has_function(*filter.symbol))
+    throw user_error{"--symbol: no program or library of the trace has a function " + *filter.symbol};
+}
+
+bool filtered_records::takes(const trace_record& record) {
   if (filter_.thread && record.thread != *filter_.thread) return false;
   if (filter_.kind && record.kind != *filter_.kind) return false;
   if (filter_.region && region_ != *filter_.region) return false;
   const bool is_marker = record.kind == trace_kind::start_marker || record.kind == trace_kind::stop_marker;
-  if (is_marker && (filter_.addresses || filter_.pcs)) return false;
+  if (is_marker && (filter_.addresses || filter_.pcs || filter_.symbol)) return false;
   if (filter_.addresses && !filter_.addresses->meets(record.addr, last_byte(record))) return false;
-  return !filter_.pcs || filter_.pcs->meets(record.pc, record.pc);
+  if (filter_.pcs && !filter_.pcs->meets(record.pc, record.pc)) return false;
+  return !filter_.symbol || names_.is_in(record.pc, names_.module_of(record.pc, record.count), *filter_.symbol);
 }
 
 std::optional<trace_record> filtered_records::next() {

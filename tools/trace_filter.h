@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "tools/code_names.h"
 #include "utils/trace_reader.h"
 
 namespace quern {
@@ -20,10 +21,11 @@ struct trace_filter {
   std::optional<std::uint32_t> thread;
   std::optional<trace_kind> kind;
   std::optional<number_range> addresses, pcs;
+  std::optional<std::string> symbol;
   std::optional<std::uint64_t> region, limit;
 };
 
-// Adds the options --thread, --kind, --address, --pc, --region and --limit to a command.
+// Adds the options --thread, --kind, --address, --pc, --symbol, --region and --limit to a command.
 void add_filter_options(CLI::App& command, trace_filter& filter);
 
 // Regions are numbered from 1 on in the order of the start markers that open them; a start marker in a region opens
@@ -41,15 +43,18 @@ class region_count {
 // The records of a reader that a filter lets through, in their order.
 class filtered_records {
  public:
-  filtered_records(trace_reader& reader, const trace_filter& filter) : reader_(reader), filter_(filter) {}
+  // Throws user_error where the filter can't be, as that of a symbol that no module has.
+  filtered_records(trace_reader& reader, const trace_filter& filter);
   std::optional<trace_record> next();
   std::uint64_t region() const { return region_; }  // of the record that came last
+  code_names& names() { return names_; }
 
  private:
-  bool takes(const trace_record& record) const;
+  bool takes(const trace_record& record);
 
   trace_reader& reader_;
   const trace_filter& filter_;
+  code_names names_;
   region_count regions_;
   std::uint64_t region_ = 0, given_ = 0;
 };
