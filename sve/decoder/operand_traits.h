@@ -85,59 +85,61 @@ struct operand_traits {
   static constexpr std::uint8_t sized_by_row = 0xFF;  // the operand's own size where it has one
 };
 
-constexpr operand_traits traits_of(operand_kind kind) {
-  using enum operand_kind;
-  using file = register_file;
-  namespace text = operand_text;
-  constexpr std::uint8_t sized = operand_traits::sized_by_row;
-  constexpr operand_traits table[] = {
-      {nothing, file::none, false, sized, false, "", text::nothing},
-      {z, file::vector, false, sized, true, "", text::vector},
-      {z_both, file::vector, true, sized, true, "", text::vector},
-      {z_whole, file::vector, false, sized, false, "", text::bare_vector},
-      {z_list, file::vector, false, sized, true, "", text::vector_list},
-      {z_sxtw, file::vector, false, size_s, true, ":sxtw", text::sxtw_vector},
-      {z_uxtw, file::vector, false, size_s, true, ":uxtw", text::uxtw_vector},
-      {v, file::element, false, sized, false, "", text::element},
-      {v_both, file::element, true, sized, false, "", text::element},
-      {pg_merging, file::predicate, false, p_merging, false, "/m", text::merging},
-      {pg_zeroing, file::predicate, false, p_zeroing, false, "/z", text::zeroing},
-      {pg, file::predicate, false, p_unqualified, false, "", text::bare_predicate},
-      {p, file::predicate, false, sized, true, "", text::predicate},
-      {p_both, file::predicate, true, sized, true, "", text::predicate},
-      {p_whole, file::predicate, false, sized, false, "", text::bare_predicate},
-      {r, file::general, false, sized, false, "", text::general},
-      {r_both, file::general, true, sized, false, "", text::general},
-      {rsp, file::general_sp, false, sized, false, "", text::general_sp},
-      {imm_unsigned, file::none, false, sized, false, "", text::plain},
-      {imm_signed, file::none, false, sized, false, "", text::signed_number},
-      {imm_vl, file::none, false, sized, false, "", text::vector_multiple},
-      {imm_multiplier, file::none, false, sized, false, "", text::multiplier},
-      {imm_shifted, file::none, false, sized, false, "", text::shifted},
-      {imm_shifted_narrow, file::none, false, sized, false, "", text::shifted},
-      {imm_shifted_s, file::none, false, sized, false, "", text::shifted_signed},
-      {imm_right_shift, file::none, false, sized, false, "", text::right_shift},
-      {imm_pattern, file::none, false, sized, false, "", text::pattern},
-      {imm_rotation, file::none, false, sized, false, "", text::rotation},
-      {imm_half_turn, file::none, false, sized, false, "", text::half_turn},
-      {imm_index, file::none, false, sized, false, "", text::index},
-      {imm_logical, file::none, false, sized, false, "", text::logical},
-      {imm_fp_dup, file::none, false, sized, false, "", text::fp},
-      {imm_fp, file::none, false, sized, false, "", text::fp},
-      {imm_fp_half_one, file::none, false, sized, false, "", text::half_one},
-      {imm_fp_half_two, file::none, false, sized, false, "", text::half_two},
-      {imm_fp_zero_one, file::none, false, sized, false, "", text::zero_one},
-      {imm_prefetch, file::none, false, sized, false, "", text::prefetch},
-  };
-  constexpr bool in_order = [](const auto& lines) {
-    std::uint8_t i = 0;
-    for (const operand_traits& line : lines)
-      if (line.kind != operand_kind{i++}) return false;
-    return operand_kind{i} > imm_prefetch;
-  }(table);
-  static_assert(in_order, "the lines stand in the order of the kinds");
-  return table[static_cast<std::uint8_t>(kind)];
-}
+namespace operand_lines {
+using enum operand_kind;
+using file = register_file;
+namespace text = operand_text;
+inline constexpr std::uint8_t sized = operand_traits::sized_by_row;
+// At this scope, since a function would have a copy of it on its stack.
+inline constexpr operand_traits table[] = {
+    {nothing, file::none, false, sized, false, "", text::nothing},
+    {z, file::vector, false, sized, true, "", text::vector},
+    {z_both, file::vector, true, sized, true, "", text::vector},
+    {z_whole, file::vector, false, sized, false, "", text::bare_vector},
+    {z_list, file::vector, false, sized, true, "", text::vector_list},
+    {z_sxtw, file::vector, false, size_s, true, ":sxtw", text::sxtw_vector},
+    {z_uxtw, file::vector, false, size_s, true, ":uxtw", text::uxtw_vector},
+    {v, file::element, false, sized, false, "", text::element},
+    {v_both, file::element, true, sized, false, "", text::element},
+    {pg_merging, file::predicate, false, p_merging, false, "/m", text::merging},
+    {pg_zeroing, file::predicate, false, p_zeroing, false, "/z", text::zeroing},
+    {pg, file::predicate, false, p_unqualified, false, "", text::bare_predicate},
+    {p, file::predicate, false, sized, true, "", text::predicate},
+    {p_both, file::predicate, true, sized, true, "", text::predicate},
+    {p_whole, file::predicate, false, sized, false, "", text::bare_predicate},
+    {r, file::general, false, sized, false, "", text::general},
+    {r_both, file::general, true, sized, false, "", text::general},
+    {rsp, file::general_sp, false, sized, false, "", text::general_sp},
+    {imm_unsigned, file::none, false, sized, false, "", text::plain},
+    {imm_signed, file::none, false, sized, false, "", text::signed_number},
+    {imm_vl, file::none, false, sized, false, "", text::vector_multiple},
+    {imm_multiplier, file::none, false, sized, false, "", text::multiplier},
+    {imm_shifted, file::none, false, sized, false, "", text::shifted},
+    {imm_shifted_narrow, file::none, false, sized, false, "", text::shifted},
+    {imm_shifted_s, file::none, false, sized, false, "", text::shifted_signed},
+    {imm_right_shift, file::none, false, sized, false, "", text::right_shift},
+    {imm_pattern, file::none, false, sized, false, "", text::pattern},
+    {imm_rotation, file::none, false, sized, false, "", text::rotation},
+    {imm_half_turn, file::none, false, sized, false, "", text::half_turn},
+    {imm_index, file::none, false, sized, false, "", text::index},
+    {imm_logical, file::none, false, sized, false, "", text::logical},
+    {imm_fp_dup, file::none, false, sized, false, "", text::fp},
+    {imm_fp, file::none, false, sized, false, "", text::fp},
+    {imm_fp_half_one, file::none, false, sized, false, "", text::half_one},
+    {imm_fp_half_two, file::none, false, sized, false, "", text::half_two},
+    {imm_fp_zero_one, file::none, false, sized, false, "", text::zero_one},
+    {imm_prefetch, file::none, false, sized, false, "", text::prefetch},
+};
+constexpr bool in_order = [](const auto& lines) {
+  std::uint8_t i = 0;
+  for (const operand_traits& line : lines)
+    if (line.kind != operand_kind{i++}) return false;
+  return operand_kind{i} > imm_prefetch;
+}(table);
+static_assert(in_order, "the lines stand in the order of the kinds");
+}  // namespace operand_lines
+
+constexpr operand_traits traits_of(operand_kind kind) { return operand_lines::table[static_cast<std::uint8_t>(kind)]; }
 
 // A predicate that governs an operation's lanes.
 constexpr bool governs(operand_kind kind) {

@@ -5,38 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "fresh_code.h"
 #include "program.h"
 #include "sve_code.h"
 
-enum { PAGE = 65536, ROUNDS = 40, THREADS = 100, STACK = 131072 };
-
-typedef uint64_t function(void);
-
-// mov z0.s, #number; ptrue p0.s; uaddv d0, p0, z0.s; fmov x0, d0; ret
-static void write_code(uint32_t* words, uint32_t number) {
-  const uint32_t code[] = {0x25B8C000 | number << 5, 0x2598E3E0, 0x04812000, 0x9E660000, 0xD65F03C0};
-  for (size_t i = 0; i != sizeof code / sizeof *code; ++i) words[i] = code[i];
-}
-
-static uint64_t call(void* code) { return ((function*)code)(); }
-
-static bool is_right(uint64_t sum, uint32_t number) { return sum == number * vector_words(); }
-
-// A file with code for `number` at its beginning and in its middle.
-static int code_file(uint32_t number) {
-  const int file = memfd_create("code", 0);
-  uint32_t words[PAGE / 4] = {0};
-  write_code(words, number);
-  write_code(words + PAGE / 8, number + 1);
-  return write(file, words, sizeof words) == (ssize_t)sizeof words ? file : -1;
-}
-
-static unsigned char* map_code(void* address, uint32_t number) {
-  const int file = code_file(number);
-  void* const code = mmap(address, PAGE, PROT_READ | PROT_EXEC, MAP_PRIVATE | (address ? MAP_FIXED : 0), file, 0);
-  close(file);
-  return code;
-}
+enum { ROUNDS = 40, THREADS = 200, STACK = 131072 };
 
 // As when a library is unloaded, and another is loaded in its place.
 static void check_replaced_mappings(void) {
@@ -46,7 +19,7 @@ static void check_replaced_mappings(void) {
     code = map_code(code, number);
     right = is_right(call(code), number) && is_right(call(code), number) && right;
     if (number % 4 != 0) continue;
-    munmap(code, PAGE);
+    munmap(code, CODE_BYTES);
     code = NULL;
   }
   check("replaced mappings", right);
@@ -54,13 +27,13 @@ static void check_replaced_mappings(void) {
 
 // As a compiler in the program does, with pages that are never writable and executable at once.
 static void check_written_code(void) {
-  void* const code = mmap(NULL, PAGE, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  void* const code = mmap(NULL, CODE_BYTES, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   bool right = true;
   for (uint32_t number = 1; number <= ROUNDS; ++number) {
-    mprotect(code, PAGE, PROT_READ | PROT_WRITE);
+    mprotect(code, CODE_BYTES, PROT_READ | PROT_WRITE);
     write_code(code, number);
-    __builtin___clear_cache(code, (char*)code + PAGE);
-    mprotect(code, PAGE, PROT_READ | PROT_EXEC);
+    __builtin___clear_cache(code, (char*)code + CODE_BYTES);
+    mprotect(code, CODE_BYTES, PROT_READ | PROT_EXEC);
     right = is_right(call(code), number) && is_right(call(code), number) && right;
   }
   check("written code", right);
@@ -69,10 +42,11 @@ static void check_written_code(void) {
 static void check_moved_code(void) {
   unsigned char* const code = map_code(NULL, 7);
   bool right = is_right(call(code), 7);
-  unsigned char* const room = mmap(NULL, PAGE, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  munmap(room, PAGE);
+  unsigned char* const room = mmap(NULL, CODE_BYTES, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  munmap(room, CODE_BYTES);
   map_code(room, 9);
-  right = is_right(call(room), 9) && is_right(call(room + PAGE / 2), 10) && is_right(call(code + PAGE / 2), 8) && right;
+  right = is_right(call(room), 9) && is_right(call(room + CODE_BYTES / 2), 10) &&
+          is_right(call(code + CODE_BYTES / 2), 8) && right;
   check("code at other places", right);
 }
 
@@ -82,7 +56,7 @@ static unsigned char* shared_code;
 static void* meet_new_code(void* unused) {
   (void)unused;
   pthread_barrier_wait(&barrier);
-  return is_right(call(shared_code), 3) && is_right(call(shared_code + PAGE / 2), 4) ? &barrier : NULL;
+  return is_right(call(shared_code), 3) && is_right(call(shared_code + CODE_BYTES / 2), 4) ? &barrier : NULL;
 }
 
 static void check_threads(void) {
@@ -107,7 +81,7 @@ static bool new_code_works(uint32_t number) {
   bool right = true;
   for (uint32_t i = 0; i != 10; ++i) {
     unsigned char* const code = map_code(NULL, number + i);
-    right = is_right(call(code), number + i) && is_right(call(code + PAGE / 2), number + i + 1) && right;
+    right = is_right(call(code), number + i) && is_right(call(code + CODE_BYTES / 2), number + i + 1) && right;
   }
   return right && vectors_work();
 }
