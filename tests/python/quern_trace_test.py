@@ -11,6 +11,7 @@ import csv
 import importlib.util
 import os
 import shlex
+import shutil
 import signal
 import subprocess
 import sys
@@ -80,6 +81,11 @@ class Reading(unittest.TestCase):
         path = self.path(f"{seed}.{threads}.{records}.{end}")
         make_random(path, seed, threads, records, end)
         return path
+
+    def chunk_starts(self, data, magic):
+        found = [start for start in range(4096, len(data), 65536) if data[start:start + 8] == magic]
+        self.assertTrue(found)
+        return found
 
     def assert_same_rows(self, found, wanted):
         """As assertEqual, which takes minutes to describe how long lists differ."""
@@ -151,7 +157,10 @@ class Reading(unittest.TestCase):
         path = self.random()
         size = os.path.getsize(path)
         whole = content(path)
-        for length in (100, 4096, 4096 + 63, 4096 + 64 + 47, 4096 + 64 + 48 * 5, 4096 + 65536 + 3000, size - 40000, size - 1):
+        starts = self.chunk_starts(whole, b"QERNCHNK") + self.chunk_starts(whole, b"QERNPACK")
+        lengths = [100, 4096, size - 1]
+        lengths += [start + length for start in (starts[0], starts[-1]) for length in (8, 63, 64, 64 + 47, 64 + 48 * 5, 3000, 40000)]
+        for length in lengths:
             with self.subTest(length=length):
                 cut = self.path("cut")
                 with open(cut, "wb") as file:
@@ -160,22 +169,77 @@ class Reading(unittest.TestCase):
                 self.assertTrue(quern_trace.Trace(cut).is_cut)
         self.assertFalse(quern_trace.Trace(path).is_cut)
 
-    def test_the_first_version_is_read(self):
-        path = self.random(records=1000)  # one chunk, whose marks are all 1
-        with open(path, "r+b") as file:
-            file.seek(8)
-            file.write(b"\1")
-        self.assert_same_records(path)
+    def test_earlier_versions_are_read(self):
+        data = bytearray(content(self.random(seed=5, records=1000)))  # one chunk of records, whose marks are all 1
+        modules = self.chunk_starts(data, b"QERNMODS")[0]
+        data[modules:modules + 65536] = bytes(65536)
+        slots = self.chunk_starts(data, b"QERNCHNK")[0]
+        markers = np.frombuffer(data, quern_trace.SLOT, 1364, slots + 64)
+        markers["addr"][markers["tid"] >= quern_trace.STOP_TID] = 0
+        for version in (1, 2):
+            with self.subTest(version=version):
+                data[8] = version
+                path = self.path("earlier")
+                with open(path, "wb") as file:
+                    file.write(data)
+                self.assert_same_records(path)
+                trace = quern_trace.Trace(path)
+                self.assertEqual((trace.version, trace.modules), (version, []))
+                self.assertGreater(len(trace.regions()), 0)
+                self.assertEqual(record_rows(trace.records(region=1)), dump(path, "--region", "1"))
+
+    def with_modules(self, *entries):
+        """A trace whose list of modules is that: of each its number, the record at which it was found, begin, end, build
+        ID and path; an end of 0 where it is gone."""
+        data = bytearray(content(self.random(records=100)))
+        start = self.chunk_starts(data, b"QERNMODS")[0]
+        listed = b""
+        for number, count, begin, end, build_id, path in entries:
+            size = (quern_trace.MODULE.itemsize + len(build_id) + len(path) + 7) // 8 * 8
+            entry = np.array([(size, number, count, 0, begin, end, 0, len(build_id), len(path))], quern_trace.MODULE)
+            listed += (entry.tobytes() + build_id + path).ljust(size, b"\0")
+        data[start + 28:start + 32] = len(listed).to_bytes(4, "little")
+        data[start + 64:start + 64 + len(listed)] = listed
+        path = self.path("modules")
+        with open(path, "wb") as file:
+            file.write(data)
+        return quern_trace.Trace(path)
+
+    def test_modules_are_found_by_address_and_record(self):
+        trace = self.with_modules((0, 0, 0x1000, 0x2000, b"\xAB\xCD", b"/a/program"), (1, 5, 0x3000, 0x5000, b"", b"/a/lib1"),
+                                  (1, 10, 0, 0, b"", b""), (2, 20, 0x4000, 0x6000, b"", b"/a/lib2"))
+        self.assertEqual([module.path for module in trace.modules], ["/a/program", "/a/lib1", "/a/lib2"])
+        self.assertEqual([module.build_id for module in trace.modules], ["abcd", "", ""])
+        self.assertEqual([module.last for module in trace.modules], [2**64 - 1, 10, 2**64 - 1])
+        for address, count, path in ((0xFFF, 0, None), (0x1000, 0, "/a/program"), (0x1FFF, 99, "/a/program"),
+                                     (0x2000, 0, None), (0x4800, 0, "/a/lib1"), (0x4800, 9, "/a/lib1"),
+                                     (0x4800, 10, "/a/lib2"), (0x4800, 99, "/a/lib2"), (0x3800, 99, "/a/lib1"),
+                                     (0x5800, 0, "/a/lib2")):
+            with self.subTest(address=hex(address), count=count):
+                module = trace.module_of(address, count)
+                self.assertEqual(module and module.path, path)
+        self.assertEqual(trace.name_of(0x1234), "program+0x234")  # there is no such file
+        self.assertEqual(trace.name_of(0x2000), "0x2000")
+
+    def test_damaged_lists_of_modules_are_told(self):
+        self.assertEqual(self.with_modules((0, 0, 1, 2, b"", b"a")).damaged, 0)
+        path = self.path("modules")
+        for at, value in ((0, 8), (52, 100)):  # the entry's size, its path's
+            data = bytearray(content(path))
+            data[self.chunk_starts(data, b"QERNMODS")[0] + 64 + at] = value
+            with open(path, "wb") as file:
+                file.write(data)
+            self.assertEqual(quern_trace.Trace(path).damaged, 1)
 
     def test_damaged_packed_records_end_their_block_alone(self):
         good = self.random(records=40000)
-        first_block = 4096 + 65536 + 64  # in the second chunk
         data = content(good)
+        first_block = self.chunk_starts(data, b"QERNPACK")[0] + 64
         block = np.frombuffer(data, quern_trace.BLOCK, 1, first_block)[0]
         others = set(record_rows(quern_trace.Trace(good).records()[block["records"]:]))
         self.assertGreater(len(others), 30000)
         random = np.random.default_rng(1)
-        for _ in range(20):
+        for _ in range(10):
             damaged = bytearray(data)
             damaged[first_block + quern_trace.BLOCK.itemsize + random.integers(block["packed_bytes"])] = random.integers(256)
             name = self.path("damaged")
@@ -243,18 +307,40 @@ class ExamplePlots(unittest.TestCase):
 
 @unittest.skipUnless(os.environ.get("QUERN_PROGRAMS"), "no programs to trace")
 class Programs(unittest.TestCase):
-    def test_real_traces_are_as_the_command_has_them(self):
+    def traced(self, program, path):
         emulator, host = shlex.split(os.environ["QUERN_EMULATOR"]), os.environ["QUERN_HOST"]
         preloaded = ["-E", f"LD_PRELOAD={host}"] if emulator else ["env", f"LD_PRELOAD={host}"]
+        subprocess.run([*emulator, *preloaded, program], check=True, stdout=subprocess.DEVNULL,
+                       env={**os.environ, "QUERN_TRACE": path})
+        return quern_trace.Trace(path)
+
+    def test_real_traces_are_as_the_command_has_them(self):
         with tempfile.TemporaryDirectory() as folder:
             for program in shlex.split(os.environ["QUERN_PROGRAMS"]):
                 with self.subTest(program=program):
                     path = os.path.join(folder, os.path.basename(program))
-                    subprocess.run([*emulator, *preloaded, program], check=True, stdout=subprocess.DEVNULL,
-                                   env={**os.environ, "QUERN_TRACE": path})
-                    records = quern_trace.Trace(path).records()
+                    records = self.traced(program, path).records()
                     self.assertGreater(len(records), 10)
                     self.assertEqual(record_rows(records), dump(path))
+
+    def test_code_is_named_by_its_function(self):
+        functions = {"vector_sum": "add_arrays", "sparse_product": "multiply", "butterfly": "join"}
+        with tempfile.TemporaryDirectory() as folder:
+            for program in shlex.split(os.environ["QUERN_PROGRAMS"]):
+                name = os.path.basename(program)
+                own = shutil.copy(program, folder)
+                trace = self.traced(own, os.path.join(folder, name + ".trace"))
+                accesses = trace.records(kind="load")
+                self.assertEqual(trace.module_of(accesses["pc"][0]).path, own)
+                for pc in np.unique(accesses["pc"]):
+                    self.assertRegex(trace.name_of(pc, accesses["count"][-1]), rf"^{functions[name]}[.a-z0-9]*\+0x[0-9a-f]+$")
+                # The program was built anew since.
+                image = content(own)
+                note = image.index(b"\3\0\0\0GNU\0") + 8
+                os.remove(own)
+                with open(own, "wb") as file:
+                    file.write(image[:note] + bytes([image[note] ^ 1]) + image[note + 1:])
+                self.assertRegex(quern_trace.Trace(trace.path).name_of(accesses["pc"][0]), f"^{name}\\+0x[0-9a-f]+$")
 
 
 if __name__ == "__main__":

@@ -17,9 +17,10 @@ import numpy as np
 STORE, LOAD, START, STOP, UNKNOWN = range(5)
 KINDS = ("store", "load", "start", "stop", "unknown")
 
-# One record. `time` is a marker's, in nanoseconds since 1970; a marker has no size. `thread` is the kernel's number.
-RECORD = np.dtype([("count", "u8"), ("addr", "u8"), ("pc", "u8"), ("size", "u8"), ("time", "u8"), ("thread", "u4"),
-                   ("group", "u4"), ("kind", "u1")])
+# One record. `thread` is the kernel's number. A marker has no address and size, but the time in nanoseconds since 1970
+# and, where the file tells, the number of the region that it begins or ends.
+RECORD = np.dtype([("count", "u8"), ("addr", "u8"), ("pc", "u8"), ("size", "u8"), ("time", "u8"), ("region", "u8"),
+                   ("thread", "u4"), ("group", "u4"), ("kind", "u1")])
 
 # One region of interest: the records of one thread from its start marker to its stop marker, or to the thread's last.
 # An end of 0 is that of a region that was left open.
@@ -39,12 +40,26 @@ SLOT = np.dtype([("count", "u8"), ("tid", "u4"), ("group", "u4"), ("kind", "u4")
                  ("addr", "u8"), ("pc", "u8")])
 BLOCK = np.dtype([("size", "u4"), ("records", "u4"), ("source", "u4"), ("generation", "u4"), ("time", "u8"),
                   ("first_slot", "u4"), ("packed_bytes", "u4")])
-LAST_VERSION = 2
+MODULE = np.dtype([("size", "u4"), ("number", "u4"), ("count", "u8"), ("time", "u8"), ("begin", "u8"), ("end", "u8"),
+                   ("inode", "u8"), ("build_id_bytes", "u4"), ("path_bytes", "u4")])
+LAST_VERSION = 3
 BATCH = 1024  # blocks that are unpacked together: up to 1.4 million records
 
 
 class TraceError(ValueError):
     """The file is no trace that can be read."""
+
+
+class Module(NamedTuple):
+    """A program or library whose code was in memory from `begin` to `end`, while the records from `first` on, and below
+    `last`, were made."""
+    number: int
+    begin: int
+    end: int
+    first: int
+    last: int
+    path: str
+    build_id: str  # hexadecimal; empty where the file has none
 
 
 class _Piece(NamedTuple):
@@ -60,7 +75,8 @@ class Trace:
     """A trace file. Of one that was cut short, or whose program still runs or was killed, all whole records are read.
 
     Attributes: path, version, vector_bytes, page_size, process, parent, application, start_time (nanoseconds since
-    1970), finished (the program ended in good order), is_cut, damaged (places that hold no records that make sense).
+    1970), finished (the program ended in good order), is_cut, damaged (places that hold nothing that makes sense),
+    modules (a list of Module, in the order in which they were found).
     """
 
     def __init__(self, path):
@@ -84,6 +100,8 @@ class Trace:
         self.finished = bool(header["finished"])
         self.application = header["application"].split(b"\0")[0].decode(errors="replace")
         self.damaged = 0
+        self.modules = []
+        self._functions = {}
         self._pieces = [] if self.is_cut else self._walk(header)
         self._regions = None
 
@@ -111,6 +129,8 @@ class Trace:
         for start, chunk in chunks:
             if chunk["magic"] == b"QERNPACK" and self.version > 1:
                 self._walk_blocks(start + CHUNK.itemsize, chunk, size, pieces, packed)
+            elif chunk["magic"] == b"QERNMODS" and self.version > 2:
+                self._walk_modules(start + CHUNK.itemsize, chunk, size)
             elif chunk["magic"] != b"QERNCHNK":
                 self.damaged += 1
         for start, chunk in chunks:
@@ -135,6 +155,26 @@ class Trace:
                 pieces.append(_Piece(at + BLOCK.itemsize, int(chunk["thread"]), int(block["records"]),
                                      int(block["packed_bytes"]), 0))
             at += int(block["size"])
+
+    def _walk_modules(self, at, chunk, size):
+        end = min(at + min(int(chunk["count"]), size - CHUNK.itemsize), len(self._bytes))
+        while at + MODULE.itemsize <= end:
+            entry = self._bytes[at:at + MODULE.itemsize].view(MODULE)[0]
+            id_bytes, path_bytes = int(entry["build_id_bytes"]), int(entry["path_bytes"])
+            if int(entry["size"]) < MODULE.itemsize + id_bytes + path_bytes:
+                self.damaged += 1
+                return
+            if at + int(entry["size"]) > end:
+                return
+            number, count = int(entry["number"]), int(entry["count"])
+            if entry["end"]:
+                names = self._bytes[at + MODULE.itemsize:at + MODULE.itemsize + id_bytes + path_bytes].tobytes()
+                self.modules.append(Module(number, int(entry["begin"]), int(entry["end"]), count, int(ALL),
+                                           names[id_bytes:].decode(errors="replace"), names[:id_bytes].hex()))
+            else:  # it is gone
+                self.modules = [module._replace(last=count) if module.number == number else module
+                                for module in self.modules]
+            at += int(entry["size"])
 
     def _slots(self, start, chunk, size, packed):
         generation, done = packed.get(int(chunk["number"]), (0, 0))
@@ -181,13 +221,39 @@ class Trace:
         numbers = np.zeros(len(records), np.uint64)
         regions = self.regions()
         for thread in np.unique(regions["thread"]):
-            own = regions[regions["thread"] == thread]
+            own = np.sort(regions[regions["thread"] == thread], order="first")
             of_thread = np.nonzero(records["thread"] == thread)[0]
             counts = records["count"][of_thread]
             at = np.searchsorted(own["first"], counts, "right") - 1
             inside = (at >= 0) & (counts <= own["last"][at])
             numbers[of_thread[inside]] = own["number"][at[inside]]
         return numbers
+
+    def module_of(self, pc, count=0):
+        """The Module that the address was in at the record of that count, or None. A library may be found a little later
+        than its first record."""
+        found = None
+        for module in self.modules:
+            if not module.begin <= pc < module.end:
+                continue
+            if found is None or found.last <= count:
+                found = module
+            if module.first > count:
+                break
+        return found
+
+    def name_of(self, pc, count=0):
+        """Names an address of code: `function+0x14`, `library.so+0x1f30` where the file has no symbol for it or is not
+        the one that was traced any more, or the address alone."""
+        module = self.module_of(int(pc), int(count))
+        if module is None:
+            return f"{int(pc):#x}"
+        if module.path not in self._functions:
+            self._functions[module.path] = _Functions(module.path)
+        functions = self._functions[module.path]
+        offset = int(pc) - module.begin
+        named = functions.build_id == module.build_id and functions.find(offset)
+        return named or f"{os.path.basename(module.path)}+{offset:#x}"
 
     def _batches(self):
         """The pieces, so many at a time as are unpacked together."""
@@ -251,21 +317,84 @@ def _records(slots, threads):
     records["kind"] = kinds
     is_marker = (kinds == START) | (kinds == STOP)
     records["time"] = np.where(is_marker, slots["size"], 0)
-    records["size"][is_marker] = 0
+    records["region"] = np.where(is_marker, slots["addr"], 0)
+    for name in ("size", "addr"):
+        records[name][is_marker] = 0
     return records
 
 
 def _regions_between(markers):
-    regions, open_in = [], {}
+    regions, open_in = {}, {}
     for marker in markers:
         thread = int(marker["thread"])
         if marker["kind"] == START and thread not in open_in:
-            open_in[thread] = len(regions)
-            regions.append([len(regions) + 1, thread, int(marker["count"]), int(ALL), int(marker["time"]), 0])
+            number = int(marker["region"]) or len(regions) + 1
+            open_in[thread] = number
+            regions[number] = [number, thread, int(marker["count"]), int(ALL), int(marker["time"]), 0]
         elif marker["kind"] == STOP and thread in open_in:
             region = regions[open_in.pop(thread)]
             region[3], region[5] = int(marker["count"]), int(marker["time"])
-    return np.array([tuple(region) for region in regions], REGION)
+    return np.array([tuple(regions[number]) for number in sorted(regions)], REGION)
+
+
+# Symbols of ELF files with 64-bit little-endian numbers.
+
+ELF_HEADER = np.dtype([("ident", "S16"), ("type", "u2"), ("machine", "u2"), ("version", "u4"), ("entry", "u8"),
+                       ("phoff", "u8"), ("shoff", "u8"), ("flags", "u4"), ("ehsize", "u2"), ("phentsize", "u2"),
+                       ("phnum", "u2"), ("shentsize", "u2"), ("shnum", "u2"), ("shstrndx", "u2")])
+SEGMENT = np.dtype([("type", "u4"), ("flags", "u4"), ("offset", "u8"), ("vaddr", "u8"), ("paddr", "u8"), ("filesz", "u8"),
+                    ("memsz", "u8"), ("align", "u8")])
+SECTION = np.dtype([("name", "u4"), ("type", "u4"), ("flags", "u8"), ("addr", "u8"), ("offset", "u8"), ("size", "u8"),
+                    ("link", "u4"), ("info", "u4"), ("addralign", "u8"), ("entsize", "u8")])
+SYMBOL = np.dtype([("name", "u4"), ("info", "u1"), ("other", "u1"), ("shndx", "u2"), ("value", "u8"), ("size", "u8")])
+LOADED, SYMBOLS, NOTES, DYNAMIC_SYMBOLS, FUNCTION, BUILD_ID = 1, 2, 7, 11, 2, 3
+
+
+class _Functions:
+    """The functions of a file, by the distance of their code from where the file's first byte is loaded. A file that
+    can't be read, or is no such ELF file, has none."""
+
+    def __init__(self, path):
+        self.build_id = ""
+        self._symbols, self._names = np.empty(0, SYMBOL), b""
+        try:
+            self._read(np.fromfile(path, np.uint8))
+        except (OSError, ValueError, IndexError):
+            pass
+
+    def _read(self, data):
+        header = data[:ELF_HEADER.itemsize].view(ELF_HEADER)[0]
+        if not header["ident"].startswith(b"\x7fELF\2\1"):
+            return
+
+        def table(kind, offset, size):
+            return data[int(offset):int(offset) + int(size) // kind.itemsize * kind.itemsize].view(kind)
+
+        segments = table(SEGMENT, header["phoff"], int(header["phnum"]) * SEGMENT.itemsize)
+        loaded = segments[segments["type"] == LOADED]
+        first = int((loaded["vaddr"] - loaded["offset"]).min())
+        sections = table(SECTION, header["shoff"], int(header["shnum"]) * SECTION.itemsize)
+        for section in sections[sections["type"] == NOTES]:
+            note = data[int(section["offset"]):int(section["offset"] + section["size"])].tobytes()
+            if note[8:16] == bytes((BUILD_ID, 0, 0, 0)) + b"GNU\0":
+                self.build_id = note[16:16 + int.from_bytes(note[4:8], "little")].hex()
+        for section in sections[(sections["type"] == DYNAMIC_SYMBOLS) | (sections["type"] == SYMBOLS)][::-1]:
+            symbols = table(SYMBOL, section["offset"], section["size"])
+            symbols = symbols[(symbols["info"] & 15 == FUNCTION) & (symbols["shndx"] != 0)]
+            if len(symbols):  # the whole table stands behind that for the dynamic linker
+                self._symbols = symbols[np.argsort(symbols["value"], kind="stable")].copy()
+                self._symbols["value"] -= np.uint64(first)
+                names = sections[section["link"]]
+                self._names = data[int(names["offset"]):int(names["offset"] + names["size"])].tobytes()
+                return
+
+    def find(self, offset):
+        """`function+0x14`, or None."""
+        at = int(np.searchsorted(self._symbols["value"], np.uint64(offset), "right")) - 1
+        if at < 0 or offset >= int(self._symbols["value"][at]) + max(int(self._symbols["size"][at]), 1):
+            return None
+        name = self._names[int(self._symbols["name"][at]):].split(b"\0", 1)[0].decode(errors="replace")
+        return f"{name}+{offset - int(self._symbols['value'][at]):#x}"
 
 
 # Packed records. A block is a list of numbers, seven bits a byte: for each record its flags, then the fields that are
