@@ -93,7 +93,7 @@ void print_command(const started_program& program) {
 }  // namespace
 
 int run_to_end(const started_program& program, const run_options& options,
-               const std::function<std::string(pid_t)>& place_of_death) {
+               const std::function<std::string(pid_t, int)>& place_of_death) {
   if (options.dry_run) {
     if (options.trace) setenv("QUERN_TRACE", absolute_path(*options.trace).c_str(), 1);
     print_command(program);
@@ -119,7 +119,7 @@ int run_to_end(const started_program& program, const run_options& options,
   running = 0;
   const int signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
   if (signal != 0) {
-    const std::string place = place_of_death ? place_of_death(child) : "";
+    const std::string place = place_of_death ? place_of_death(child, signal) : "";
     fmt::print(stderr, "quern: {} was ended by signal {} ({}){}\n", printable(program.name), signal, strsignal(signal),
                place.empty() ? "" : " at " + printable(place));
   }

@@ -20,8 +20,9 @@ struct started_program {
 
 // Runs it with its trace where --trace says, hands on the signals that quern gets, and answers its exit status. When a
 // signal ended it: 128 plus its number, after a line on standard error, which has the place that `place_of_death` knows
-// of the process; empty if none. With --dry-run it is printed, as a line for a shell that would start it.
+// of the process and the signal; empty if none. With --dry-run it is printed, as a line for a shell that would start
+// it.
 int run_to_end(const started_program& program, const run_options& options,
-               const std::function<std::string(pid_t)>& place_of_death = {});
+               const std::function<std::string(pid_t, int)>& place_of_death = {});
 
 }  // namespace quern

@@ -6,7 +6,6 @@
 #include <cstdlib>
 
 #include "sve/state/vector_length.h"
-#include "tools/child_process.h"
 #include "tools/host_setup.h"
 #include "tools/hosts.h"
 #include "tools/program_file.h"
@@ -57,19 +56,11 @@ std::string preload_list(const fs::path& folder, const std::string& host_library
   return users.empty() ? own : own + ":" + users;
 }
 
-int run_reported(const started_program& started, const run_options& options, const fs::path& program) {
-  // Each instruction is counted where it traps, and so is to trap each time.
-  if (!options.stats.empty()) setenv("QUERN_PATCH", "off", 1);
-  if (options.dry_run) return run_to_end(started, options);
-  const run_report report(options, program);
-  const int status = run_to_end(started, options, [&](pid_t process) { return report.place_of_death(process); });
-  report.print();
-  return status;
-}
-
 }  // namespace
 
 int run_embedded(const run_options& options, const program_call& program) {
+  // Each instruction is counted where it traps, and so is to trap each time.
+  if (!options.stats.empty()) setenv("QUERN_PATCH", "off", 1);
   const std::string host_library = fmt::format("libquern_trap_{}.so", VL_BITS);
   const users_libraries users = find_users_libraries();
   const std::string preload =

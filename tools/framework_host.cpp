@@ -8,10 +8,10 @@
 #include <cstring>
 
 #include "sve/state/vector_length.h"
-#include "tools/child_process.h"
 #include "tools/framework_package.h"
 #include "tools/host_setup.h"
 #include "tools/hosts.h"
+#include "tools/run_report.h"
 #include "tools/user_error.h"
 
 namespace quern {
@@ -63,7 +63,7 @@ int run_with_launcher(const run_options& options, const program_call& program, c
   const fs::path launcher = package.launcher();
   std::vector<std::string> arguments{launcher.string(), "-c", client.string(), "--", program.file.string()};
   arguments.insert(arguments.end(), program.arguments.begin() + 1, program.arguments.end());
-  return run_to_end({launcher, arguments, program.arguments.front()}, options);
+  return run_reported({launcher, arguments, program.arguments.front()}, options, program.file);
 }
 
 int run_in_emulator(const run_options& options, const program_call& program, const framework_package& package,
@@ -86,7 +86,7 @@ int run_in_emulator(const run_options& options, const program_call& program, con
   arguments.insert(arguments.end(), program.arguments.begin() + 1, program.arguments.end());
   setenv("DYNAMORIO_EXE_PATH", absolute_path(program.file).c_str(), 1);
   setenv("DYNAMORIO_OPTIONS", framework_options.c_str(), 1);
-  return run_to_end({emulator, arguments, name}, options);
+  return run_reported({emulator, arguments, name}, options, program.file);
 }
 
 }  // namespace

@@ -23,11 +23,8 @@ int run_program(const std::string& host, run_options options, const std::vector<
   if (linked == linkage::library)
     throw user_error{fmt::format("{} is a shared library, not a program", program.file.string()),
                      status_not_executable};
-  if (host == "dynamorio" || (host == "auto" && !options.framework.empty())) {
-    if (options.strict || !options.stats.empty())
-      throw user_error{"--stats and --strict are for --host embedded only", status_usage};
+  if (host == "dynamorio" || (host == "auto" && !options.framework.empty()))
     return run_under_framework(options, program);
-  }
   if (linked == linkage::statically)
     throw user_error{fmt::format("{} is statically linked, so that the emulator can't be preloaded into it: link it "
                                  "without -static, or run it under DynamoRIO (see --host in quern run --help)",
@@ -56,10 +53,10 @@ void add_run_command(CLI::App& app, int& status) {
       ->type_name("DIR");
   run->add_flag("--stats", options->stats,
                 "At the end, tell the emulated instructions by number and place, on standard error or in a file "
-                "(--stats=FILE); slower, under the embedded host only");
+                "(--stats=FILE); slower");
   run->add_flag("--strict", options->strict,
                 "End the program at the first instruction that can't be emulated, with status 125, even if it handles "
-                "SIGILL; under the embedded host only");
+                "SIGILL");
   run->add_flag("--dry-run", options->dry_run, "Print the command that would be run, and run nothing");
   run->add_flag(
       "--traps", options->traps,

@@ -1,4 +1,4 @@
-// What `quern run` tells of the SVE instructions of a program that ran under the embedded host.
+// What `quern run` tells of the SVE instructions of a program that was run.
 #include "tools/run_report.h"
 
 #include <fcntl.h>
@@ -153,8 +153,9 @@ run_report::~run_report() {
   if (!file_.empty()) fs::remove(file_, ignored);
 }
 
-std::string run_report::place_of_death(pid_t process) const {
+std::string run_report::place_of_death(pid_t process, int signal) const {
   if (report_ == nullptr || report_->death.key != static_cast<std::uint64_t>(process)) return "";
+  if (report_->death_signal != static_cast<std::uint32_t>(signal)) return "";
   return place_names(*report_, program_).name(report_->death);
 }
 
@@ -172,6 +173,15 @@ void run_report::print() const {
   if (report_->lost != 0) fmt::print(out, "not counted, for want of room: {}\n", report_->lost.load());
   if (!to_terminal && std::fclose(out) != 0)
     throw user_error{fmt::format("{} can't be written: {}", stats_, std::strerror(errno)), status_cannot_run};
+}
+
+int run_reported(const started_program& started, const run_options& options, const fs::path& program) {
+  if (options.dry_run) return run_to_end(started, options);
+  const run_report report(options, program);
+  const int status =
+      run_to_end(started, options, [&](pid_t process, int signal) { return report.place_of_death(process, signal); });
+  report.print();
+  return status;
 }
 
 }  // namespace quern

@@ -1,4 +1,4 @@
-// What `quern run` tells of the SVE instructions of a program that ran under the embedded host.
+// What `quern run` tells of the SVE instructions of a program that was run.
 #pragma once
 
 #include <sys/types.h>
@@ -6,7 +6,8 @@
 #include <filesystem>
 #include <string>
 
-#include "sve/trap/place_report.h"
+#include "sve/report/place_report.h"
+#include "tools/child_process.h"
 #include "tools/hosts.h"
 
 namespace quern {
@@ -21,8 +22,8 @@ class run_report {
   run_report(const run_report&) = delete;
   run_report& operator=(const run_report&) = delete;
 
-  // The place, by its symbol, of the fault that ended the process; empty when none did.
-  std::string place_of_death(pid_t process) const;
+  // The place, by its symbol, of the fault that ended the process by a signal; empty when none did.
+  std::string place_of_death(pid_t process, int signal) const;
 
   // Says on standard error which instructions could not be emulated, and writes --stats.
   void print() const;
@@ -32,5 +33,8 @@ class run_report {
   std::string stats_;  // as in run_options
   place_report* report_ = nullptr;
 };
+
+// run_to_end() with such a report.
+int run_reported(const started_program& started, const run_options& options, const std::filesystem::path& program);
 
 }  // namespace quern

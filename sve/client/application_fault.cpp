@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "sve/client/reported_places.h"
 #include "sve/client/thread_state.h"
 #include "sve/decoder/memory_effect.h"
 #include "sve/memory/current_access.h"
@@ -101,10 +102,11 @@ aarch64_decode_rc run_handler(void* drcontext, sve_handler handler, cpu_state* s
 
 dr_signal_action_t event_signal(void* drcontext, dr_siginfo_t* info) {
   const unsigned char* const pc = info->mcontext->pc;
-  if (pc < quern_touch_loaded || pc > quern_touch_done) return DR_SIGNAL_DELIVER;
-  fill(*info->mcontext, *thread_state(drcontext));
+  if (pc >= quern_touch_loaded && pc <= quern_touch_done) fill(*info->mcontext, *thread_state(drcontext));
   // No signal for the application when nothing has faulted: the instruction is due again.
-  return info->sig == SIGILL && pc == quern_touch_done ? DR_SIGNAL_REDIRECT : DR_SIGNAL_DELIVER;
+  if (info->sig == SIGILL && pc == quern_touch_done) return DR_SIGNAL_REDIRECT;
+  report_signal(*info);
+  return DR_SIGNAL_DELIVER;
 }
 
 }  // namespace quern

@@ -11,7 +11,8 @@ namespace quern {
 // then. To be called by rewritten code's call-out only.
 aarch64_decode_rc run_handler(void* drcontext, sve_handler handler, cpu_state* state, unsigned int word);
 
-// The signal event: puts the context of a signal that met the application in the code that repeats an access right.
+// The signal event: puts the context of a signal that met the application in the code that repeats an access right, and
+// reports what quern run tells of.
 dr_signal_action_t event_signal(void* drcontext, dr_siginfo_t* info);
 
 }  // namespace quern

@@ -6,6 +6,7 @@
 
 #include "sve/client/application_fault.h"
 #include "sve/client/framework.h"
+#include "sve/client/reported_places.h"
 #include "sve/client/saved_registers.h"
 #include "sve/client/thread_state.h"
 
@@ -30,6 +31,7 @@ void emulate_instruction(unsigned int word, unsigned char* pc, sve_handler handl
   state->x[27] = dr_read_saved_reg(drcontext, slot_x27);
   state->x[28] = dr_read_saved_reg(drcontext, slot_x28);
   if (run_handler(drcontext, handler, state, word) != DECODE_OK) report_failure(pc);
+  count_emulated({reinterpret_cast<std::uint64_t>(pc), word});
   dr_write_saved_reg(drcontext, slot_x26, state->x[26]);
   dr_write_saved_reg(drcontext, slot_x27, state->x[27]);
   dr_write_saved_reg(drcontext, slot_x28, state->x[28]);

@@ -7,6 +7,7 @@
 #include "sve/client/emulated_place.h"
 #include "sve/client/framework.h"
 #include "sve/client/framework_memory.h"
+#include "sve/client/reported_places.h"
 #include "sve/client/shared_code.h"
 #include "sve/client/signal_vectors.h"
 #include "sve/client/thread_state.h"
@@ -50,6 +51,7 @@ DR_EXPORT void dr_client_main(client_id_t, int argc, const char* argv[]) {
   check_arguments(argc, argv);
   client_assert(drmgr_init(), "false");
   use_framework_memory();
+  open_client_report();
   drmgr_register_thread_init_event(event_thread_init);
   drmgr_register_thread_exit_event(event_thread_exit);
   register_exit_event(event_exit);

@@ -114,7 +114,6 @@ refuses 126 "$static" --host embedded ./static
 QUERN_DYNAMORIO=new refuses 126 "$static" --host embedded ./static
 refuses 2 '--host: fast not in {auto,dynamorio,embedded} (see quern run --help)' --host fast ./program
 refuses 2 '--dynamorio is of no use to --host embedded: leave one of them out' --host embedded --dynamorio new ./program
-refuses 2 '--stats and --strict are for --host embedded only' --stats --dynamorio new ./program
 refuses 125 '--host dynamorio needs DynamoRIO: unpack its package for AArch64, and name the folder by --dynamorio or '\
 'QUERN_DYNAMORIO' --host dynamorio ./program
 refuses 125 'there is no folder absent: give the one into which DynamoRIO'\''s package was unpacked' --dynamorio absent \

@@ -8,11 +8,11 @@
 #include "sve/trap/host/call_on_stack.h"
 #include "sve/trap/host/emulate.h"
 #include "sve/trap/host/kernel.h"
-#include "sve/trap/host/place_counts.h"
 #include "sve/trap/host/probe.h"
 #include "sve/trap/host/run_frames.h"
 #include "sve/trap/host/signal_frame.h"
 #include "sve/trap/host/thread_signals.h"
+#include "sve/trap/host/trapped_place.h"
 #include "sve/trap/host/vector_record.h"
 
 namespace quern {
@@ -68,7 +68,7 @@ void run_handler(const signal_action& action, int signal, siginfo_t* info, ucont
 // Ends the process as the signal does by default. A fault, of the application's instruction at `pc`, is raised once
 // more when it runs again.
 void die(int signal, siginfo_t* info, ucontext_t& frame, const unsigned char* pc) {
-  if (!is_sent(*info)) report_death(pc);
+  if (!is_sent(*info)) report_death(reinterpret_cast<std::uint64_t>(pc), signal);
   if (signal != SIGILL) SVESigHandler(signal, info, &frame);
   const signal_action standard{reinterpret_cast<void*>(SIG_DFL), 0, 0};
   kernel::set_action(signal, &standard, nullptr);
@@ -127,9 +127,9 @@ void quern_on_signal(int signal, siginfo_t* info, void* context) {
   if (!is_trap(signal)) return pass_on(signal, info, frame);
   if (!is_sent(*info)) {
     if (signal == SIGILL) {
-      const trapped_place place = place_of(frame);
+      const code_place place = place_of(frame);
       if (emulate(frame)) return count_emulated(place);
-      count_refused(place);
+      refuse(place);
     }
     if (signal != SIGILL && recover_probe(frame)) return;
   }

@@ -14,10 +14,10 @@
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/own_actions.h"
 #include "sve/trap/host/patch.h"
-#include "sve/trap/host/place_counts.h"
 #include "sve/trap/host/probe.h"
 #include "sve/trap/host/shown_processor.h"
 #include "sve/trap/host/thread_signals.h"
+#include "sve/trap/host/trapped_place.h"
 
 namespace quern {
 namespace {
@@ -45,7 +45,7 @@ __attribute__((constructor(101))) void start(int argument_count, char** argument
   use_memory_host({set_memory_action, can_read});
   own_trap_signals();
   adopt_kernel_mask();
-  open_place_report();
+  open_trap_report();
   pthread_atfork(nullptr, nullptr, forget_waiting);
   pthread_atfork(nullptr, nullptr, forget_patching);
   read_patch_choice();

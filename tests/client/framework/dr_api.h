@@ -111,6 +111,11 @@ struct dr_mem_info_t {
 
 enum dr_kernel_xfer_type_t { DR_XFER_SIGNAL_DELIVERY, DR_XFER_SIGNAL_RETURN, DR_XFER_CLIENT_REDIRECT };
 
+struct module_data_t {
+  app_pc start;
+  char* full_path;
+};
+
 struct dr_kernel_xfer_info_t {
   dr_kernel_xfer_type_t type;
   const dr_mcontext_t* source_mcontext;  // null at a return
@@ -128,6 +133,7 @@ void dr_register_exit_event(void (*event)());
 void dr_log(void* drcontext, uint mask, uint level, const char* format, ...) __attribute__((format(printf, 4, 5)));
 std::size_t dr_fprintf(file_t file, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void dr_abort();
+void dr_exit_process(int status);
 void* dr_get_current_drcontext();
 void* dr_thread_alloc(void* drcontext, std::size_t size);
 void dr_thread_free(void* drcontext, void* memory, std::size_t size);
@@ -137,6 +143,9 @@ void* dr_nonheap_alloc(std::size_t size, uint protection);
 void dr_nonheap_free(void* memory, std::size_t size);
 std::size_t dr_page_size();
 bool dr_query_memory_ex(const byte* address, dr_mem_info_t* info);
+module_data_t* dr_lookup_module(byte* pc);
+module_data_t* dr_get_main_module();
+void dr_free_module_data(module_data_t* module);
 bool dr_get_mcontext(void* drcontext, dr_mcontext_t* context);
 bool dr_redirect_execution(dr_mcontext_t* context);
 bool dr_safe_read(const void* base, std::size_t size, void* out, std::size_t* bytes_read);

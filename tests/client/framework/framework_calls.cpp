@@ -90,6 +90,7 @@ std::size_t dr_fprintf(file_t file, const char* format, ...) {
   return printed.size();
 }
 void dr_abort() { throw quern::aborted{}; }
+void dr_exit_process(int status) { throw quern::exited{status}; }
 void* dr_get_current_drcontext() { return framework().drcontext(); }
 void* dr_thread_alloc(void* drcontext, std::size_t size) {
   framework().check_context(drcontext);
@@ -133,6 +134,18 @@ bool dr_get_mcontext(void* drcontext, dr_mcontext_t* context) {
   framework().check_context(drcontext);
   std::memset(&context->r0, 0x5C, sizeof *context - offsetof(dr_mcontext_t, r0));
   return true;
+}
+module_data_t* dr_lookup_module(byte* pc) {
+  for (auto& module : framework().modules)
+    if (pc >= module.start && pc < module.end) return framework().loan(module);
+  return nullptr;
+}
+module_data_t* dr_get_main_module() {
+  return framework().modules.empty() ? nullptr : framework().loan(framework().modules.front());
+}
+void dr_free_module_data(module_data_t* module) {
+  --framework().live_modules;
+  delete module;
 }
 bool dr_redirect_execution(dr_mcontext_t* context) {
   if (context->size != sizeof *context || context->flags != DR_MC_ALL) throw contract_violation("not all of a context");

@@ -85,6 +85,11 @@ void framework_double::remove(instrlist_t* list, instr_t* instr) {
   given.previous = given.next = nullptr;
 }
 
+module_data_t* framework_double::loan(loaded_module& module) {
+  ++live_modules;
+  return new module_data_t{module.start, module.path.data()};
+}
+
 void framework_double::append(instrlist_t& block, byte* bytes, int opcode, std::vector<opnd_t> dsts,
                               std::vector<opnd_t> srcs) {
   instr_t* const made = create(opcode, std::move(dsts), std::move(srcs));

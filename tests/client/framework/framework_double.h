@@ -54,6 +54,17 @@ struct contract_violation : std::logic_error {
 // dr_abort was called.
 struct aborted {};
 
+// dr_exit_process was called.
+struct exited {
+  int status;
+};
+
+// A file that is loaded into the process.
+struct loaded_module {
+  byte *start, *end;
+  std::string path;
+};
+
 // The framework in one process with one thread. One exists at a time.
 class framework_double {
  public:
@@ -87,9 +98,11 @@ class framework_double {
   reg_t slots[3] = {};
   std::size_t live_instructions() const { return instructions_.size(); }
   std::size_t live_bytes = 0;
-  instrlist_t shared_code;       // what was encoded
-  std::list<instrlist_t> lists;  // that were made and not destroyed: the client may abort in between
-  byte* code_memory = nullptr;   // to where
+  std::vector<loaded_module> modules;  // the program's is the first
+  int live_modules = 0;                // records that the client has, and must free
+  instrlist_t shared_code;             // what was encoded
+  std::list<instrlist_t> lists;        // that were made and not destroyed: the client may abort in between
+  byte* code_memory = nullptr;         // to where
 
   // An application instruction at the end of the block. `bytes` hold its encoding, at its address.
   void append(instrlist_t& block, byte* bytes, int opcode = OP_xx, std::vector<opnd_t> dsts = {},
@@ -97,6 +110,7 @@ class framework_double {
   void clear(instrlist_t& block);
 
   // Behind the framework's functions.
+  module_data_t* loan(loaded_module& module);
   instr_t* create(int opcode, std::vector<opnd_t> dsts, std::vector<opnd_t> srcs);
   void destroy(instr_t* instr);
   void insert(instrlist_t* list, instr_t* where, instr_t* instr);

@@ -1,5 +1,5 @@
-// What the embedded host tells `quern run` of the places at which a program has SVE instructions: a file that both map,
-// so that it is whole however the program ends.
+// What a host tells `quern run` of the places at which a program has SVE instructions: a file that both map, so that it
+// is whole however the program ends.
 #pragma once
 
 #include <atomic>
@@ -29,7 +29,8 @@ struct place_report {
   bool is_strict;        // the first that can't be emulated ends the program
   // Set by the host.
   std::atomic<std::uint64_t> lost;  // counts for which there was no room
-  reported_place death;             // where a fault ended a process, whose number is its key; the last one
+  reported_place death;             // where a fault may have ended a process, whose number is its key; the last one
+  std::uint32_t death_signal;       // by which
   reported_module modules[most_modules];
   reported_place places[most_places];
 };
