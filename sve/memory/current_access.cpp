@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "sve/memory/pages.h"
+
 namespace quern {
 
 constinit thread_local memory_access current_access{};
@@ -12,12 +14,10 @@ constinit thread_local std::uint64_t lane_addresses[max_addresses]{};
 
 namespace {
 
-// No host has smaller pages; where they are larger, a byte more is listed than needed.
-constexpr std::uint64_t smallest_page = 4096;
-
 // Stands for a lane that was not reached: an odd address in the hole between the application's half and the kernel's.
 constexpr std::uint64_t no_address = 0x5A5A'C3C3'9696'F0F1;
 
+// Where pages are larger than the smallest, a byte more is listed than needed.
 class suspect_list {
  public:
   explicit suspect_list(std::span<std::uint64_t, max_suspects> bytes) : bytes_(bytes) {}
@@ -29,8 +29,6 @@ class suspect_list {
   std::size_t size() const { return size_; }
 
  private:
-  static std::uint64_t page_of(std::uint64_t address) { return address & ~(smallest_page - 1); }
-
   void add(std::uint64_t address) {
     if (size_ == 0 || page_of(bytes_[size_ - 1]) != page_of(address)) bytes_[size_++] = address;
   }

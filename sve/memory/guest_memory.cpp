@@ -9,6 +9,7 @@
 
 #include "sve/memory/current_access.h"
 #include "sve/memory/memory_host.h"
+#include "sve/memory/pages.h"
 
 std::uint32_t page_size;
 volatile std::int32_t SVEFaultRegion;
@@ -44,7 +45,9 @@ void touch(std::uint64_t address) {
 
 // Whether the first and the last byte of an element can be read: its two ends lie in all the pages that it touches.
 bool ends_are_readable(std::uint64_t first, std::uint64_t last) {
-  if (host.probe != nullptr) return host.probe(first, true) && host.probe(last, true);
+  if (host.probe != nullptr) {
+    return host.probe(first, true) && (quern::page_of(first) == quern::page_of(last) || host.probe(last, true));
+  }
   if (sigsetjmp(sveFaultJB, 1) != 0) return false;
   SVEFaultRegion = 1;
   touch(first);

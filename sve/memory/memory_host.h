@@ -15,8 +15,8 @@ struct memory_host {
 
   // Whether the byte at `address` can be read; null to find out by signal actions of sve/memory's own. A SIGBUS there
   // means unreadable when `bus_errors_too`; otherwise it is to reach SVESigHandler as a fault of the application's,
-  // unless the host prefers what a processor does, which suppresses it too. Called in place of each probing read of
-  // ReadMemLib1 to 8 (true) and of addr_is_readable (false), on any thread.
+  // unless the host prefers what a processor does, which suppresses it too. Called in place of the probing reads of
+  // ReadMemLib1 to 8 (true), once for each page, and of addr_is_readable (false), on any thread.
   bool (*probe)(std::uint64_t address, bool bus_errors_too);
 };
 

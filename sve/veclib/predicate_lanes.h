@@ -60,6 +60,15 @@ inline PredV first_elements(std::size_t count) {
   return result;
 }
 
+// Whether all elements of T's width are active.
+template <class T>
+inline bool all_active(const PredV& predicate) {
+  const PredV all = first_elements<T>(lane_count<T>);
+  std::uint64_t missing = 0;
+  for (std::size_t w = 0; w != std::size(all.words); ++w) missing |= all.words[w] & ~predicate.words[w];
+  return missing == 0;
+}
+
 // The elements of T's width that are active, each as its lowest bit alone.
 template <class T>
 inline PredV elements(PredV predicate) {

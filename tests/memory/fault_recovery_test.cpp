@@ -151,9 +151,9 @@ TEST(GuardedReadOfAFile, SurvivesABusError) {
 // A host in place of the built-in means, with what it was asked for.
 std::vector<std::pair<std::uint64_t, bool>> probed;
 std::vector<int> actions_set;
-bool probe_every_address_but_1003(std::uint64_t address, bool bus_errors_too) {
+bool probe_every_address_but_4097(std::uint64_t address, bool bus_errors_too) {
   probed.emplace_back(address, bus_errors_too);
-  return address != 1003;
+  return address != 4097;
 }
 int note_action(int signal, const struct sigaction* action, struct sigaction* old) {
   actions_set.push_back(signal);
@@ -170,19 +170,28 @@ class MemoryHost : public testing::Test {
 };
 
 TEST_F(MemoryHost, ProbesInPlaceOfTheProbingReads) {
-  use_memory_host({.set_action = note_action, .probe = probe_every_address_but_1003});
+  use_memory_host({.set_action = note_action, .probe = probe_every_address_but_4097});
   bool fault = false;
-  EXPECT_EQ(ReadMemLib4(1000, 0, &fault, nullptr), 0u);
+  EXPECT_EQ(ReadMemLib4(4094, 0, &fault, nullptr), 0u);
   EXPECT_TRUE(fault);
-  EXPECT_TRUE(readable(1000));
-  EXPECT_FALSE(readable(1003));
-  const std::vector<std::pair<std::uint64_t, bool>> expected{{1000, true}, {1003, true}, {1000, false}, {1003, false}};
+  EXPECT_TRUE(readable(4094));
+  EXPECT_FALSE(readable(4097));
+  const std::vector<std::pair<std::uint64_t, bool>> expected{{4094, true}, {4097, true}, {4094, false}, {4097, false}};
   EXPECT_EQ(probed, expected);
   EXPECT_TRUE(actions_set.empty());
 }
 
+TEST_F(MemoryHost, ProbesOnceInAPage) {
+  use_memory_host({.set_action = note_action, .probe = probe_every_address_but_4097});
+  const std::uint64_t value = 0x0123456789ABCDEF;
+  bool fault = false;
+  EXPECT_EQ(ReadMemLib4(reinterpret_cast<unsigned long>(&value), 0, &fault, nullptr), 0x89ABCDEF);
+  EXPECT_FALSE(fault);
+  EXPECT_EQ(probed.size(), 1u);
+}
+
 TEST_F(MemoryHost, IsNotAskedByAReadWithoutAFlag) {
-  use_memory_host({.set_action = note_action, .probe = probe_every_address_but_1003});
+  use_memory_host({.set_action = note_action, .probe = probe_every_address_but_4097});
   const std::uint64_t value = 0x0123456789ABCDEF;
   EXPECT_EQ(ReadMemLib8(reinterpret_cast<unsigned long>(&value), 0, nullptr, nullptr), value);
   EXPECT_TRUE(probed.empty());
@@ -213,7 +222,7 @@ TEST_F(MemoryHost, AFaultOfTheApplicationGivesBothSignalsTheirDefaultActions) {
 }
 
 TEST_F(MemoryHost, LeavesWhatItFindsReadableToTheRead) {
-  use_memory_host({.set_action = note_action, .probe = probe_every_address_but_1003});
+  use_memory_host({.set_action = note_action, .probe = probe_every_address_but_4097});
   bool fault = false;
   const std::uint32_t word = 0x12345678;
   EXPECT_EQ(ReadMemLib4(reinterpret_cast<unsigned long>(&word), 0, &fault, nullptr), word);

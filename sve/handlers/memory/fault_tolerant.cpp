@@ -21,6 +21,8 @@ class probed_page {
  public:
   explicit probed_page(std::uint64_t address) : readable_(readable(address)), last_(offset_in_page(address)) {}
 
+  bool is_readable() const { return readable_; }
+
   // Asked again for the very byte that was probed, it probes again.
   bool holds(std::uint64_t address) {
     const int offset = offset_in_page(address);
@@ -36,10 +38,10 @@ class probed_page {
   int last_;  // offset of the probed byte
 };
 
+// Lane by lane, from `page`, where the first one is.
 template <class T, class U>
-aarch64_decode_rc load_non_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  unsigned char *const z = state->z[zt.num], *const p = state->p[pg.num];
-  probed_page page(address);
+[[gnu::noinline]] aarch64_decode_rc load_in_steps(cpu_state* state, unsigned char* z, unsigned char* p,
+                                                  std::uint64_t address, probed_page page) {
   const destination_kept<MEM_LOAD, 2> kept({z, state->ffr});  // an element's second page is not probed
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     const std::uint64_t element = address + i * sizeof(T);
@@ -54,6 +56,16 @@ aarch64_decode_rc load_non_fault(cpu_state* state, aarch64_z_reg zt, aarch64_p_r
   }
   trace_contiguous<MEM_LOAD, T, U>(state, p, address);
   return DECODE_OK;
+}
+
+// In one page that can be read no lane faults.
+template <class T, class U>
+aarch64_decode_rc load_non_fault(cpu_state* state, unsigned char* z, unsigned char* p, std::uint64_t address) {
+  probed_page page(address);
+  const bool in_one_page = left_in_page(address) >= lane_count<U> * sizeof(T);
+  if (in_one_page && page.is_readable() && (!is_active<U>(p, 0) || page.holds(address))) [[likely]]
+    return move_contiguous<MEM_LOAD, T, U>(state, z, p, address);
+  return load_in_steps<T, U>(state, z, p, address, page);
 }
 
 // A first-fault load whose vector would reach the end of the page. The next page is probed at the same offset, though
@@ -82,10 +94,11 @@ aarch64_decode_rc load_first_fault(cpu_state* state, unsigned char* z, unsigned 
 
 }  // namespace
 
-#define ELEMENT(letters, M, T, U)                                                                             \
-  aarch64_decode_rc sve_ldnf1##letters##_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,           \
-                                              aarch64_i_rsp_reg base, int imm) {                              \
-    return load_non_fault<T, U>(state, zt, pg, read_x(state, base) + scaled(imm, lane_count<U> * sizeof(T))); \
+#define ELEMENT(letters, M, T, U)                                                                   \
+  aarch64_decode_rc sve_ldnf1##letters##_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, \
+                                              aarch64_i_rsp_reg base, int imm) {                    \
+    return load_non_fault<T, U>(state, state->z[zt.num], state->p[pg.num],                          \
+                                read_x(state, base) + scaled(imm, lane_count<U> * sizeof(T)));      \
   }
 #include "sve/handlers/memory/elements.def"
 

@@ -12,6 +12,7 @@
 #include "sve/memory/current_access.h"
 #include "sve/memory/kept_destination.h"
 #include "sve/memory/memtrace.h"
+#include "sve/memory/pages.h"
 #include "sve/state/cpu_state.h"
 #include "sve/state/lanes.h"
 
@@ -31,13 +32,6 @@ inline bool all_active(const unsigned char* pg) {
   std::uint64_t common = lowest_bits;
   for (std::size_t i = 0; i != lane_count<std::uint64_t>; ++i) common &= lane<std::uint64_t>(pg, i);
   return common == lowest_bits;
-}
-
-// Bytes from `address` to the end of its page, which are accessible all or not at all, whatever the host's page size:
-// no host has smaller pages.
-inline std::size_t left_in_page(std::uint64_t address) {
-  constexpr std::uint64_t smallest_page = 4096;
-  return smallest_page - (address & (smallest_page - 1));
 }
 
 // Lane i of z and element j at `elements`.

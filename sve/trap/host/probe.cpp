@@ -30,7 +30,8 @@ namespace quern {
 
 bool can_read(std::uint64_t address, bool bus_errors_too) {
   const ucontext_t* const frame = emulated_frame();
-  const bool faults_kill = frame && (from_sigset(frame->uc_sigmask) & (set_of(SIGSEGV) | set_of(SIGBUS)));
+  const signal_set blocked = frame ? from_sigset(frame->uc_sigmask) : kernel::mask();
+  const bool faults_kill = blocked & (set_of(SIGSEGV) | set_of(SIGBUS));
   return faults_kill ? kernel::can_read(address) : quern_probe(address, bus_errors_too);
 }
 

@@ -12,7 +12,8 @@ namespace quern {
 extern "C" bool quern_probe(std::uint64_t address, bool bus_errors_too);
 
 // The same for an emulated instruction, which may run while the application has SIGSEGV or SIGBUS blocked: no fault may
-// be raised then, and the kernel is asked.
+// be raised then, and the kernel is asked. So it is in generated code, where there is no signal's frame to tell the
+// mask.
 bool can_read(std::uint64_t address, bool bus_errors_too);
 
 // If the frame of a SIGSEGV or SIGBUS is that of a probe, makes the probe answer false and says true. The instruction's

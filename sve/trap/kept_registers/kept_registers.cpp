@@ -38,6 +38,7 @@ __wrap_\function:
   registers stp
   str x18, [sp, #144]
   bl __real_\function
+  str x0, [sp, #16]
   ldr x18, [sp, #144]
   registers ldp
   ldp x29, x30, [sp]
@@ -53,6 +54,7 @@ __wrap_\function:
   keeping _ZN5quern10trace_runsERKNS_13traced_accessEm
   keeping _ZN5quern11trace_lanesERKNS_13traced_accessEPKm
   keeping _ZN5quern19switch_trace_regionEb
+  keeping _Z16addr_is_readableIcEbPVT_
   .noaltmacro
   .purgem pair
   .purgem vector_pair

@@ -35,10 +35,6 @@ void add_operand(const operand& op, std::uint32_t word, bool is_written, registe
   }
 }
 
-bool probes_memory(const decode_row& row) {
-  return row.memory.kind == memory_kind::first_fault_load || row.memory.kind == memory_kind::non_fault_load;
-}
-
 // FSQRT calls the C library's square root, which may write errno.
 aarch64_decode_rc call_keeping_errno(cpu_state* state, unsigned int word) {
   const int kept = errno;
@@ -56,7 +52,7 @@ std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array
   for (; count != most; ++count) {
     std::memcpy(&word, code + count * sizeof word, sizeof word);
     const decode_row* const row = decode_word(word).row;
-    if (!row || probes_memory(*row)) break;
+    if (!row) break;
     run[count] = {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk, all_registers};
   }
   return count;

@@ -23,9 +23,8 @@ struct run_word {
 inline constexpr std::size_t max_run = 16;
 
 // The run that begins at `code`: the emulated words from there to the first other word, to the end of the `bytes` that
-// may be read, or to the most that a run has. A load that finds out whether memory can be read is no word of a run: it
-// needs the mask of signals, which is at hand in a signal's frame alone. The thunks keep the application's errno.
-// Answers the number of words. What the thunks write is for the caller to find out: all registers, until then.
+// may be read, or to the most that a run has. The thunks keep the application's errno. Answers the number of words.
+// What the thunks write is for the caller to find out: all registers, until then.
 std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array<run_word, max_run>& run);
 
 // Sets of registers: number n is bit n. Register 31 is in no set of general registers.

@@ -71,7 +71,7 @@ class code_walk {
   const unsigned char* step(const unsigned char* place) {
     std::uint32_t word;
     std::memcpy(&word, place, sizeof word);
-    if (word == keeps_registers_word) return add({0x40030000, 0}), nullptr;
+    if (word == keeps_registers_word) return add({0x40030001, 0}), nullptr;
     const way_on way = way_on_of(word);
     if (way.is_call) add({set_of_link, 0});
     switch (way.to) {

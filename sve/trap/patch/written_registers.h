@@ -17,8 +17,8 @@ struct written_registers {
 inline constexpr std::uint32_t all_general_registers = 0x7FFFFFFF;
 inline constexpr written_registers all_registers{all_general_registers, ~std::uint32_t{0}};
 
-// The word by which a function begins that keeps all registers but X16, X17 and X30, whatever it calls: a move to the
-// zero register, which does nothing.
+// The word by which a function begins that keeps all registers but X0, X16, X17 and X30, whatever it calls: a move to
+// the zero register, which does nothing.
 inline constexpr std::uint32_t keeps_registers_word = 0xD28A2AFF;
 
 // The registers that some instruction writes on some way through the AArch64 code at `function` and all that it calls,

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "sve/memory/guest_memory.h"
+#include "sve/memory/pages.h"
 #include "sve/veclib/frame.h"
 
 namespace quern::veclib {
@@ -60,34 +61,66 @@ constexpr auto loading(Form form) {
   };
 }
 
-enum class tolerance { first_fault, non_fault };
+// An element that is known to be readable.
+template <class T, std::size_t M>
+inline T readable_element(std::uint64_t address, std::size_t i = 0) {
+  return static_cast<T>(lane<resized<T, M>>(reinterpret_cast<const unsigned char*>(address), i));
+}
 
-// The same up to the first fault, which no lane delivers, not even the first: from its lane on all lanes are 0, active
-// or not, and their elements of FFR become 0; the others of FFR stay. The reads would learn which of them is an
-// instruction's first; it makes no difference to them.
-template <tolerance Kind, std::size_t M, class Form>
+// All lanes from consecutive elements at `start`, if all are active and can be read, which the ends tell; else false.
+template <class T, std::size_t M>
+inline bool load_whole_vector(std::uint64_t start, const PredV& pg, CpuContext& ctx, VecV& result) {
+  static_assert(VL_BYTES <= smallest_page);
+  if (vector_bytes(ctx) != VL_BYTES || !all_active<T>(pg)) return false;
+  const std::uint64_t last = start + lane_count<T> * M - 1;
+  bool fault = false;
+  ReadMemLib1(start, 0, &fault, &ctx);
+  if (page_of(start) != page_of(last)) ReadMemLib1(last, 1, &fault, &ctx);
+  if (fault) return false;
+  for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(result.bytes, i, readable_element<T, M>(start, i));
+  return true;
+}
+
+// Lane after lane, up to the first fault: its number, or that of lanes when there is none. The reads would learn which
+// of them is an instruction's first; it makes no difference to them. In a page where one was good the next is not
+// guarded.
+template <class T, std::size_t M, class AddressOf>
+inline std::size_t load_to_fault(AddressOf address_of, const PredV& pg, CpuContext& ctx, VecV& result) {
+  constexpr std::uint64_t none = 1;  // no page begins there
+  std::uint64_t readable_page = none;
+  unsigned char active[lane_count<T>];
+  unpack_elements<T>(pg, active);
+  for (std::size_t i = 0; i != lanes<T>(ctx); ++i) {
+    if (active[i] == 0) continue;
+    const std::uint64_t address = address_of(i), last = address + M - 1;
+    if (page_of(address) == readable_page && page_of(last) == readable_page) {
+      set_lane<T>(result.bytes, i, readable_element<T, M>(address));
+      continue;
+    }
+    bool fault = false;
+    set_lane<T>(result.bytes, i, read_element<T, M>(address, readable_page == none ? 0 : 1, &fault, ctx));
+    if (fault) return i;
+    readable_page = page_of(last);
+  }
+  return lanes<T>(ctx);
+}
+
+// (Pg, address operands): active lanes from memory up to the first fault, which no lane delivers, not even the first:
+// from its lane on all lanes are 0, active or not, and their elements of FFR become 0; the others of FFR stay.
+template <std::size_t M, class Form>
 constexpr auto loading_to_fault(Form form) {
   return [form]<class T>(T, CpuContext& ctx, const PredV& pg, const auto& a, const auto& b) {
     const auto address_of = form.template operator()<T, M>(ctx, a, b);
-    VecV result{};
-    bool fault = false, first = Kind == tolerance::first_fault;
-    for (std::size_t i = 0; i != lanes<T>(ctx); ++i) {
-      if (is_active<T>(pg, i) && !fault) {
-        set_lane<T>(result.bytes, i, read_element<T, M>(address_of(i), first ? 0 : 1, &fault, ctx));
-        first = false;
-      }
-      if (fault) set_element<T>(ctx.ffr, i, false);
+    VecV result;
+    if constexpr (std::is_arithmetic_v<std::remove_cvref_t<decltype(a)>> &&
+                  std::is_arithmetic_v<std::remove_cvref_t<decltype(b)>>) {
+      if (load_whole_vector<T, M>(address_of(0), pg, ctx, result)) return result;
     }
+    result = {};
+    for (std::size_t i = load_to_fault<T, M>(address_of, pg, ctx, result); i < lanes<T>(ctx); ++i)
+      set_element<T>(ctx.ffr, i, false);
     return result;
   };
-}
-template <std::size_t M, class Form>
-constexpr auto loading_to_first_fault(Form form) {
-  return loading_to_fault<tolerance::first_fault, M>(form);
-}
-template <std::size_t M, class Form>
-constexpr auto loading_without_fault(Form form) {
-  return loading_to_fault<tolerance::non_fault, M>(form);
 }
 
 // (Pg, address operands, Zt): active lanes to memory.

@@ -6,8 +6,8 @@
 namespace quern::veclib {
 namespace {
 
-QUERN_STEMS_1_2_4_8(CLoadFF, LSSZ, loading_to_first_fault, elements_from_scalar)
-QUERN_STEMS_1_2_4_8(CLoadNF, SIZ, loading_without_fault, vectors_from_scalar)
+QUERN_STEMS_1_2_4_8(CLoadFF, LSSZ, loading_to_fault, elements_from_scalar)
+QUERN_STEMS_1_2_4_8(CLoadNF, SIZ, loading_to_fault, vectors_from_scalar)
 
 }  // namespace
 }  // namespace quern::veclib

@@ -50,7 +50,7 @@ constexpr auto element_offsets = []<class T, std::size_t M>(const CpuContext&, s
   QUERN_STEMS_2_4_8(kind, XSVZ, family, element_offsets<sign_extended>) \
   QUERN_STEMS_2_4_8(kind, YSVZ, family, element_offsets<zero_extended>)
 ADDRESS_FORMS(Load, loading)
-ADDRESS_FORMS(LoadFF, loading_to_first_fault)
+ADDRESS_FORMS(LoadFF, loading_to_fault)
 ADDRESS_FORMS(Store, storing)
 #undef ADDRESS_FORMS
 

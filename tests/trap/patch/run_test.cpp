@@ -80,9 +80,7 @@ const collected runs[] = {
     {"no emulated word", {nop, add}, 8, 0},
     {"to the first other word", {add, add, nop, add}, 16, 2},
     {"to the end of what may be read", {add, add, add}, 8, 2},
-    {"a first-fault load", {ldff1b}, 4, 0},
-    {"to a non-fault load", {add, ldnf1b, add}, 12, 1},
-    {"a prefetch is a word like others", {prfb, add}, 8, 2},
+    {"loads that probe and a prefetch are words like others", {ldff1b, ldnf1b, prfb, add}, 16, 4},
     {"the most", std::vector<std::uint32_t>(max_run + 3, add), 4 * (max_run + 3), max_run},
 };
 

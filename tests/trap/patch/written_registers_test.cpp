@@ -47,7 +47,7 @@ const function functions[] = {
     {"a register that is brought back", {aarch64::stp_x({19}, {20}, {31}, 0), to_x(19), ret}, {bit(19), 0}},
     {"a function that keeps registers",
      {bl(12), to_x(3), ret, keeps_registers_word, to_v(9), blr_x3, ret},
-     {bit(3) | bit(16) | bit(17) | link, 0}},
+     {bit(0) | bit(3) | bit(16) | bit(17) | link, 0}},
     {"a call by a register", {blr_x3, ret}, all_registers},
     {"a jump by a register", {to_x(3), br_x3}, all_registers},
     {"an unknown instruction", {unknown, ret}, all_registers},

@@ -1,7 +1,10 @@
 // What faults do to loads of the library.
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "sve/memory/guest_memory.h"
+#include "sve/memory/memory_host.h"
 #include "sve/veclib/memory/broadcast.h"
 #include "sve/veclib/memory/fault_tolerant.h"
 #include "sve/veclib/memory/gather_scatter.h"
@@ -13,6 +16,14 @@ namespace {
 using namespace quern::veclib;
 using quern::mapped_pages;
 using quern::page;
+
+// What has been probed, by a host where nothing from `closed_from` on can be read.
+std::vector<std::uint64_t> probed;
+std::uint64_t closed_from;
+bool noting_probe(std::uint64_t address, bool) {
+  probed.push_back(address);
+  return address < closed_from;
+}
 
 constexpr std::size_t lanes64 = VL_BYTES / 8;
 constexpr bool more_than_two_lanes = lanes64 > 2;
@@ -80,6 +91,46 @@ TEST_F(LibraryFaults, OfContiguousLoadsBeginAtTheEdgeOfThePage) {
 TEST_F(LibraryFaults, OfAnElementInTwoPagesAreSeen) {
   EXPECT_EQ(VecU64CLoadFF8LSSZ(predicate_of<std::uint64_t>({0}), edge() - 4, 0, &ctx), VecV{});
   EXPECT_EQ(ctx.ffr, PredV{});
+}
+
+TEST_F(LibraryFaults, OfAnElementInTwoPagesAreSeenBehindAGoodOneInTheFirst) {
+  VecV addresses = counting_vector<std::uint64_t>(pages.address(16), 0);
+  quern::set_lane(addresses.bytes, 1, edge() - 4);
+  const VecV result = VecU64LoadFF8VIZ(all_true<std::uint64_t>(), addresses, 0, &ctx);
+  EXPECT_EQ(lane_of<std::uint64_t>(result, 0), quern::lane<std::uint64_t>(pages.at(16), 0));
+  EXPECT_EQ(lane_of<std::uint64_t>(result, 1), 0u);
+  EXPECT_EQ(ctx.ffr, ffr_below(1));
+}
+
+class LibraryProbes : public LibraryFaults {
+ protected:
+  void SetUp() override {
+    LibraryFaults::SetUp();
+    probed.clear();
+    closed_from = edge();
+    quern::use_memory_host({.set_action = sigaction, .probe = noting_probe});
+  }
+  void TearDown() override { quern::use_memory_host({.set_action = sigaction, .probe = nullptr}); }
+};
+
+TEST_F(LibraryProbes, OfAWholeVectorAreOneForAPage) {
+  VecU16CLoadFF2LSSZ(all_true<std::uint16_t>(), pages.address(32), 0, &ctx);
+  EXPECT_EQ(probed, (std::vector{pages.address(32)}));
+}
+
+TEST_F(LibraryProbes, OfAWholeVectorThatFaultsAreFollowedByThoseLaneByLane) {
+  VecU64CLoadFF8LSSZ(all_true<std::uint64_t>(), edge() - 8, 0, &ctx);
+  EXPECT_EQ(probed, (std::vector{edge() - 8, edge() + VL_BYTES - 9, edge() - 8, edge()}));
+}
+
+TEST_F(LibraryProbes, OfGathersAreOneWhereThePageChanges) {
+  VecV addresses = counting_vector<std::uint64_t>(pages.address(0), 8);
+  VecU64LoadFF8VIZ(all_true<std::uint64_t>(), addresses, 0, &ctx);
+  EXPECT_EQ(probed, (std::vector{pages.address(0)}));
+  probed.clear();
+  quern::set_lane(addresses.bytes, 1, edge() + 8);
+  VecU64LoadFF8VIZ(all_true<std::uint64_t>(), addresses, 0, &ctx);
+  EXPECT_EQ(probed, (std::vector{pages.address(0), edge() + 8}));
 }
 
 TEST_F(LibraryFaults, DoNotComeFromInactiveElementsOfAQuadword) {
