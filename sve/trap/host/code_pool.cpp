@@ -7,6 +7,7 @@
 #include <array>
 #include <atomic>
 
+#include "sve/trap/host/breakpoint.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/signal_frame.h"
 #include "sve/trap/host/system_call.h"
@@ -91,7 +92,9 @@ bool any_code(const code_piece& piece, Visit visit) {
   return false;
 }
 
-// Gives back the pieces that no site leads to any more.
+// Gives back the pieces that no site leads to any more. No thread comes into one then; and none is still there, since a
+// run is as one instruction to the program, whose signal handlers never find it within: only a program that takes code
+// away while it executes it could be. As on a processor, that has no meaning.
 void release_dead_pieces() {
   for (code_piece& piece : pieces) {
     unsigned char* const place = piece.place.load(std::memory_order_relaxed);
@@ -152,7 +155,8 @@ const run_code* find_code(const unsigned char* pc) {
 
 bool has_site(const run_code& code) {
   if (!kernel::can_read(reinterpret_cast<std::uintptr_t>(code.site))) return false;
-  return word_at(code.site) == aarch64::b(code.at(code.entry) - code.site);
+  const std::uint32_t word = word_at(code.site);
+  return is_breakpoint(word) || word == aarch64::b(code.at(code.entry) - code.site);
 }
 
 }  // namespace quern

@@ -21,7 +21,8 @@ void take_code_room(const code_room& room, std::size_t bytes);
 // The generated code that an instruction's address lies in, or null. Safe at any time.
 const run_code* find_code(const unsigned char* pc);
 
-// Whether the code's site still branches to it: the application's code may have been unmapped or overwritten.
+// Whether the code's site still branches to it, or will again when a breakpoint is taken away: the application's code
+// may have been unmapped or overwritten.
 bool has_site(const run_code& code);
 
 }  // namespace quern

@@ -1,0 +1,132 @@
+// The memory for generated code, filled to its bound and used again where places of the application have gone.
+#include "sve/trap/host/code_pool.h"
+
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+
+#include <cstring>
+#include <iterator>
+#include <map>
+#include <vector>
+
+#include "sve/trap/patch/instructions.h"
+
+namespace quern {
+namespace {
+
+constexpr std::size_t page_bytes = 4096, piece_bytes = 65536, bound = 16 << 20;
+constexpr std::size_t sites_in_page = 32, most_sites = bound / max_run_code_bytes + 2 * sites_in_page;
+
+// Code that is none, of the most bytes, and the branch to it.
+void make_code_of(unsigned char* site, const code_room& room) {
+  run_code code{};
+  code.site = site;
+  code.words = 1;
+  code.entry = sizeof code;
+  code.end = max_run_code_bytes;
+  std::memcpy(room.writable, &code, sizeof code);
+  take_code_room(room, max_run_code_bytes);
+  const aarch64::word branch = aarch64::b(room.place + code.entry - site);
+  std::memcpy(site, &branch, sizeof branch);
+}
+
+class CodePool : public testing::Test {
+ protected:
+  using places = std::vector<unsigned char*>;
+
+  void SetUp() override {
+    void* const mapped = mmap(nullptr, most_sites / sites_in_page * page_bytes, PROT_READ | PROT_WRITE,
+                              MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(mapped, MAP_FAILED);
+    sites_ = static_cast<unsigned char*>(mapped);
+    fill();
+  }
+  void TearDown() override { munmap(sites_, most_sites / sites_in_page * page_bytes); }
+
+  // Sites for all rooms that there are: those that earlier tests have left are gone with their pages.
+  void fill() {
+    while (count_ != most_sites) {
+      unsigned char* const site = next_site();
+      const code_room room = find_code_room(site);
+      if (!room.place) return;
+      make_code_of(site, room);
+      sites_of_[piece_of(room)].push_back(site);
+      ++count_;
+    }
+  }
+  unsigned char* next_site() const {
+    return sites_ + count_ / sites_in_page * page_bytes + count_ % sites_in_page * sizeof(aarch64::word);
+  }
+  static std::uintptr_t piece_of(const code_room& room) {
+    return reinterpret_cast<std::uintptr_t>(room.place) / piece_bytes;
+  }
+  bool has_room() const { return find_code_room(next_site()).place != nullptr; }
+  // Of one in the middle, which is within reach of all sites.
+  const places& sites_of_some_piece() const { return std::next(sites_of_.begin(), std::ssize(sites_of_) / 2)->second; }
+
+  static void put(const places& sites, aarch64::word word) {
+    for (unsigned char* const site : sites) std::memcpy(site, &word, sizeof word);
+  }
+
+  std::map<std::uintptr_t, places> sites_of_;
+  std::size_t count_ = 0;
+
+ private:
+  unsigned char* sites_ = nullptr;
+};
+
+constexpr aarch64::word add = 0x04250083, breakpoint = 0xD4200000;
+
+TEST_F(CodePool, IsBoundedAndWithinReach) {
+  EXPECT_LE(count_ * max_run_code_bytes, bound);
+  EXPECT_GT(count_ * max_run_code_bytes, bound / 2) << "other mappings are in the way of some pieces";
+  for (const auto& [piece, sites] : sites_of_) {
+    for (unsigned char* const site : sites) {
+      const auto distance = static_cast<std::int64_t>(piece * piece_bytes) - reinterpret_cast<std::intptr_t>(site);
+      EXPECT_LT(std::abs(distance), aarch64::branch_reach - std::int64_t{piece_bytes});
+    }
+  }
+  EXPECT_FALSE(has_room());
+}
+
+TEST_F(CodePool, IsUsedAgainWhereAllPlacesOfAPieceHaveOtherWords) {
+  const places sites = sites_of_some_piece();
+  put({sites.begin() + 1, sites.end()}, add);
+  EXPECT_FALSE(has_room()) << "the first still has its branch";
+  put(sites, add);
+  EXPECT_TRUE(has_room());
+  const std::size_t before = count_;
+  fill();
+  EXPECT_EQ(count_ - before, sites.size());
+  EXPECT_FALSE(has_room());
+}
+
+TEST_F(CodePool, IsUsedAgainWhereAllPlacesOfAPieceAreUnmapped) {
+  const places sites = sites_of_some_piece();
+  ASSERT_EQ(sites.size(), sites_in_page) << "a page has the sites of one piece";
+  munmap(sites.front(), page_bytes);
+  const code_room room = find_code_room(next_site());
+  ASSERT_NE(room.place, nullptr);
+  const char text[] = "written elsewhere, seen in place";
+  std::memcpy(room.writable, text, sizeof text);
+  EXPECT_STREQ(reinterpret_cast<const char*>(room.place), text);
+}
+
+TEST_F(CodePool, KeepsCodeWhosePlacesAreUnderBreakpoints) {
+  put(sites_of_some_piece(), breakpoint);
+  EXPECT_FALSE(has_room()) << "a debugger will put the branches back";
+}
+
+TEST_F(CodePool, KnowsNoCodeInAPieceThatWasGivenBack) {
+  const places sites = sites_of_some_piece();
+  aarch64::word branch;
+  std::memcpy(&branch, sites.front(), sizeof branch);
+  const unsigned char* const entry = sites.front() + aarch64::b_distance(branch);
+  EXPECT_NE(find_code(entry), nullptr);
+  put(sites, add);
+  EXPECT_TRUE(has_room());
+  EXPECT_EQ(find_code(entry), nullptr);
+}
+
+}  // namespace
+}  // namespace quern
