@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "sve/handlers/lane_group.h"
+#include "sve/state/lane_group.h"
 
 namespace quern {
 

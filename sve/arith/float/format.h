@@ -23,6 +23,7 @@ struct float_format {
   static constexpr int bias = top_exponent / 2;
 
   static constexpr T sign_bit = static_cast<T>(T{1} << (width - 1));
+  static constexpr T magnitude_mask = static_cast<T>(sign_bit - 1);
   static constexpr T hidden_bit = static_cast<T>(T{1} << fraction_bits);  // a normal number's integer bit
   static constexpr T fraction_mask = static_cast<T>(hidden_bit - 1);
   static constexpr T quiet_bit = static_cast<T>(hidden_bit >> 1);

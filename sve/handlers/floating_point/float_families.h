@@ -4,7 +4,7 @@
 #pragma once
 
 #include "sve/arith/float/format.h"
-#include "sve/handlers/floating_point/host_fp.h"
+#include "sve/arith/unit/host_fp.h"
 #include "sve/handlers/register_loops.h"
 
 namespace quern {

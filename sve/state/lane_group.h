@@ -6,23 +6,35 @@
 
 namespace quern {
 
+using halves [[gnu::vector_size(16)]] = std::uint16_t;
 using singles [[gnu::vector_size(16)]] = std::uint32_t;
 using doubles [[gnu::vector_size(16)]] = std::uint64_t;
 
 template <class T>
-concept lane_group = std::is_same_v<T, singles> || std::is_same_v<T, doubles>;
+concept lane_group = std::is_same_v<T, halves> || std::is_same_v<T, singles> || std::is_same_v<T, doubles>;
 
+// The type of a group's lanes; any other type is its own.
+template <class T>
+struct lane_type {
+  using type = T;
+};
 template <lane_group T>
-using lane_of = std::conditional_t<std::is_same_v<T, singles>, std::uint32_t, std::uint64_t>;
+struct lane_type<T> {
+  using type = std::remove_cvref_t<decltype(T{}[0])>;
+};
+template <class T>
+using lane_of = typename lane_type<T>::type;
 
 template <lane_group T>
 inline constexpr int group_lanes = sizeof(T) / sizeof(lane_of<T>);
 
 // The size code is the lanes'.
-template <>
-inline constexpr std::uint32_t size_code<singles> = size_s;
-template <>
-inline constexpr std::uint32_t size_code<doubles> = size_d;
+template <lane_group T>
+inline constexpr std::uint32_t size_code<T> = size_code<lane_of<T>>;
+
+// The group of lanes of a type.
+template <class Lane>
+using group_of = std::conditional_t<sizeof(Lane) == 2, halves, std::conditional_t<sizeof(Lane) == 4, singles, doubles>>;
 
 // The same value in each lane.
 template <lane_group T>
@@ -34,7 +46,8 @@ inline T in_each_lane(lane_of<T> value) {
 // bits, or their lower half, for a number of another kind.
 template <lane_group T>
 inline T ones() {
-  return in_each_lane<T>(static_cast<lane_of<T>>(sizeof(lane_of<T>) == 4 ? 0x3F800000 : 0x3FF0000000000000));
+  constexpr std::uint64_t one = group_lanes<T> == 8 ? 0x3C00 : group_lanes<T> == 4 ? 0x3F800000 : 0x3FF0000000000000;
+  return in_each_lane<T>(static_cast<lane_of<T>>(one));
 }
 
 template <lane_group T>
@@ -49,8 +62,10 @@ inline T or_one(T active, T x) {
 }
 
 // The lanes of even (odd) number, first those of a, then those of b.
+inline halves even_lanes(halves a, halves b) { return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14); }
 inline singles even_lanes(singles a, singles b) { return __builtin_shufflevector(a, b, 0, 2, 4, 6); }
 inline doubles even_lanes(doubles a, doubles b) { return __builtin_shufflevector(a, b, 0, 2); }
+inline halves odd_lanes(halves a, halves b) { return __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15); }
 inline singles odd_lanes(singles a, singles b) { return __builtin_shufflevector(a, b, 1, 3, 5, 7); }
 inline doubles odd_lanes(doubles a, doubles b) { return __builtin_shufflevector(a, b, 1, 3); }
 
