@@ -70,10 +70,13 @@ inline singles odd_lanes(singles a, singles b) { return __builtin_shufflevector(
 inline doubles odd_lanes(doubles a, doubles b) { return __builtin_shufflevector(a, b, 1, 3); }
 
 // In each pair of lanes: the even one twice, the odd one twice, the two exchanged.
+inline halves even_twice(halves a) { return __builtin_shufflevector(a, a, 0, 0, 2, 2, 4, 4, 6, 6); }
 inline singles even_twice(singles a) { return __builtin_shufflevector(a, a, 0, 0, 2, 2); }
 inline doubles even_twice(doubles a) { return __builtin_shufflevector(a, a, 0, 0); }
+inline halves odd_twice(halves a) { return __builtin_shufflevector(a, a, 1, 1, 3, 3, 5, 5, 7, 7); }
 inline singles odd_twice(singles a) { return __builtin_shufflevector(a, a, 1, 1, 3, 3); }
 inline doubles odd_twice(doubles a) { return __builtin_shufflevector(a, a, 1, 1); }
+inline halves exchanged(halves a) { return __builtin_shufflevector(a, a, 1, 0, 3, 2, 5, 4, 7, 6); }
 inline singles exchanged(singles a) { return __builtin_shufflevector(a, a, 1, 0, 3, 2); }
 inline doubles exchanged(doubles a) { return __builtin_shufflevector(a, a, 1, 0); }
 

@@ -1,6 +1,7 @@
 // Elements of packed predicates: reading and writing one, and all of a predicate's as masks for the lanes of a vector.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -74,6 +75,21 @@ template <class T>
 inline PredV elements(PredV predicate) {
   for (std::uint64_t& word : predicate.words) word &= lowest_bits<T>;
   return predicate;
+}
+
+// The first active element, and whether there is one at all.
+template <class T>
+inline std::size_t first_element(const PredV& predicate) {
+  std::size_t w = 0;
+  const PredV active = elements<T>(predicate);
+  while (w + 1 != std::size(active.words) && active.words[w] == 0) ++w;
+  return (64 * w + static_cast<std::size_t>(std::countr_zero(active.words[w]))) / sizeof(T);
+}
+template <class T>
+inline bool any_element(const PredV& predicate) {
+  std::uint64_t any = 0;
+  for (const std::uint64_t word : elements<T>(predicate).words) any |= word;
+  return any != 0;
 }
 
 // One byte for each element of T's width: 1 where it is active, else 0.

@@ -19,6 +19,9 @@ inline constexpr std::uint32_t FPSCR_FZ = 1U << 24;   // flush subnormal singles
 inline constexpr std::uint32_t FPSCR_DN = 1U << 25;   // default NaN
 inline constexpr std::uint32_t FPSCR_AHP = 1U << 26;  // alternative half-precision
 
+// The bits of FPSR that a program can meet: the flags, QC and NZCV.
+inline constexpr std::uint32_t fpsr_mask = 0xF800009F;
+
 // What rounding is asked for. The rounders treat TIEAWAY as ZERO; rounding to an integer honours it.
 enum FPRounding : int {
   FPRounding_TIEEVEN = 0,

@@ -63,9 +63,14 @@ static_assert(are_near_taylor<std::uint16_t>() && are_near_taylor<std::uint32_t>
 }  // namespace
 
 template <float_bits T>
+T trigonometric_coefficient(std::uint64_t i, bool of_cosine) {
+  return coefficients<T>[i + (of_cosine ? cosine : 0)];
+}
+
+template <float_bits T>
 T FPTRIMADD(std::uint64_t i, T a, T b, FPSCR& fpscr) {
   const bool negative = (b & float_format<T>::sign_bit) != 0;
-  return FPMulAdd(coefficients<T>[i + (negative ? cosine : 0)], a, FPAbs(b), fpscr);
+  return FPMulAdd(trigonometric_coefficient<T>(i, negative), a, FPAbs(b), fpscr);
 }
 
 template <float_bits T>
@@ -75,6 +80,9 @@ T FPTRISMUL(T a, T b, FPSCR& fpscr) {
   return static_cast<T>(square | (b & 1 ? float_format<T>::sign_bit : 0));
 }
 
+template std::uint16_t trigonometric_coefficient(std::uint64_t, bool);
+template std::uint32_t trigonometric_coefficient(std::uint64_t, bool);
+template std::uint64_t trigonometric_coefficient(std::uint64_t, bool);
 template std::uint16_t FPTRIMADD(std::uint64_t, std::uint16_t, std::uint16_t, FPSCR&);
 template std::uint32_t FPTRIMADD(std::uint64_t, std::uint32_t, std::uint32_t, FPSCR&);
 template std::uint64_t FPTRIMADD(std::uint64_t, std::uint64_t, std::uint64_t, FPSCR&);

@@ -6,6 +6,10 @@
 #include "sve/arith/float/format.h"
 #include "sve/arith/float/fpscr.h"
 
+// Coefficient `i`, from 0 to 7, of the sine's series or the cosine's.
+template <quern::float_bits T>
+T trigonometric_coefficient(std::uint64_t i, bool of_cosine);
+
 // Coefficient `i` + a * |b| (FPTrigMAdd, FTMAD), for i from 0 to 7: a coefficient of the sine's series for a positive
 // b, of the cosine's for a negative one. All else as FPMulAdd does it, with the coefficient as its addend.
 template <quern::float_bits T>

@@ -8,6 +8,7 @@
 
 #include "sve/arith/float/format.h"
 #include "sve/arith/float/sign.h"
+#include "sve/arith/float/trigonometric.h"
 #include "sve/state/cpu_state.h"
 #include "sve/state/lane_group.h"
 
@@ -116,31 +117,38 @@ class neon_fp {
     return from_singles(low, fmul(high_singles(a), power_of_two(high_words(n))));
   }
 
-  // Conversions as the software unit has them, to or from integers of the lane's width.
+  // Conversions as the software unit has them.
   template <float_bits Result, float_bits Source, lane_group T>
   static T to_format(T a) {
     return narrowed<Result>(widened<Source>(a));
   }
   template <std::integral Result, float_bits Source, lane_group T>
   static T to_integer(T a) {
-    static_assert(sizeof(Result) == sizeof(lane_of<T>));
-    return std::is_unsigned_v<Result> ? fcvtzu(widened<Source>(a)) : fcvtzs(widened<Source>(a));
+    constexpr bool is_unsigned = std::is_unsigned_v<Result>;
+    if constexpr (sizeof(Result) < sizeof(Source)) return is_unsigned ? fcvtzu_d2s(a) : fcvtzs_d2s(a);
+    if constexpr (sizeof(Result) >= sizeof(Source)) {
+      return is_unsigned ? fcvtzu(widened<Source>(a)) : fcvtzs(widened<Source>(a));
+    }
   }
-  // An integer of more bits than the wide format has is beyond all halves, whichever way it is rounded to that.
+  // To a half by the lane's format: an integer that it has too few bits for is beyond the halves, rounded or not.
   template <float_bits Result, std::integral Source, lane_group T>
   static T from_integer(T a) {
-    static_assert(sizeof(Source) == sizeof(lane_of<T>));
-    if constexpr (std::is_unsigned_v<Source>) {
-      if constexpr (sizeof(Result) == 4 && sizeof(Source) == 8)
-        return doubles{single_of_unsigned(a[0]), single_of_unsigned(a[1])};
-      else
-        return narrowed<Result>(ucvtf(a));
-    } else {
-      if constexpr (sizeof(Result) == 4 && sizeof(Source) == 8)
-        return scvtf_d2s(a);
-      else
-        return narrowed<Result>(scvtf(a));
+    constexpr bool is_unsigned = std::is_unsigned_v<Source>;
+    if constexpr (sizeof(Source) < sizeof(Result)) return is_unsigned ? ucvtf_s2d(a) : scvtf_s2d(a);
+    if constexpr (sizeof(Source) == 8 && sizeof(Result) == 4) return is_unsigned ? ucvtf_d2s(a) : scvtf_d2s(a);
+    if constexpr (sizeof(Source) >= sizeof(Result) && !(sizeof(Source) == 8 && sizeof(Result) == 4)) {
+      return narrowed<Result>(is_unsigned ? ucvtf(a) : scvtf(a));
     }
+  }
+
+  // FTMAD: coefficient `index` + a * |b|, of the series that the sign of b chooses.
+  template <lane_group T>
+  static T ftmad(std::uint64_t index, T a, T b) {
+    using lane = lane_of<T>;
+    const T negative = T((b & float_format<lane>::sign_bit) != 0);
+    const T sine = in_each_lane<T>(trigonometric_coefficient<lane>(index, false));
+    const T cosine = in_each_lane<T>(trigonometric_coefficient<lane>(index, true));
+    return fmla(select(negative, cosine, sine), a, FPAbs(b));
   }
 
   // Between formats, in lanes of 64 bits: a single or a 32-bit integer is the low word, and as a result it clears, or
@@ -167,6 +175,7 @@ class neon_fp {
   static doubles fcvtzs_d2s(doubles a) { return doubles{to_signed_word(a[0]), to_signed_word(a[1])}; }
   static doubles fcvtzu_d2s(doubles a) { return doubles{to_unsigned_word(a[0]), to_unsigned_word(a[1])}; }
   static doubles scvtf_d2s(doubles a) { return doubles{single_of(a[0]), single_of(a[1])}; }
+  static doubles ucvtf_d2s(doubles a) { return doubles{single_of_unsigned(a[0]), single_of_unsigned(a[1])}; }
 
  private:
   static std::uint64_t to_signed_word(std::uint64_t a) {

@@ -31,6 +31,7 @@ class software_fp {
   // For a cpu_state or a CpuContext.
   template <class State>
   explicit software_fp(State& state) : fpsr_(state.fpsr), fpscr_{state.fpcr & fpcr_library_mask} {}
+  // The controls, which fpscr_ has beside the flags, are not in the mask.
   ~software_fp() { fpsr_ = (fpsr_ | fpscr_.word) & fpsr_mask; }
   software_fp(const software_fp&) = delete;
   software_fp& operator=(const software_fp&) = delete;
@@ -75,6 +76,11 @@ class software_fp {
     return each([this](auto s, auto x, auto y) { return FPMulAdd(s, FPNeg(x), y, fpscr_); }, sum, a, b);
   }
 
+  // Coefficient `index` + a * |b|.
+  template <float_operand T>
+  T ftmad(std::uint64_t index, T a, T b) {
+    return each([&](auto x, auto y) { return FPTRIMADD(index, x, y, fpscr_); }, a, b);
+  }
   // a * 2^n, for signed integers n.
   template <float_operand T>
   T fscale(T a, T n) {
@@ -160,9 +166,6 @@ class software_fp {
   doubles ucvtf_s2d(doubles a) { return from_integer<std::uint64_t, std::uint32_t>(a); }
 
  private:
-  // The bits of FPSR that a program can meet; the controls, which FPSCR has beside the flags, are not among them.
-  static constexpr std::uint32_t fpsr_mask = 0xF800009F;
-
   template <float_operand T, class Op, class... Others>
   static T each(Op op, T a, Others... others) {
     if constexpr (float_bits<T>) {

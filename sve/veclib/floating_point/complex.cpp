@@ -2,28 +2,29 @@
 // lane of a pair is active by itself. A rotation is a choice of parts and signs of the operands that are rotated.
 #include "sve/veclib/floating_point/complex.h"
 
-#include <array>
-
-#include "sve/arith/float/add.h"
-#include "sve/arith/float/multiply_add.h"
 #include "sve/veclib/floating_point/float_frame.h"
 
 namespace quern::veclib {
 namespace {
 
-// Lane i of a vector in which each lane is one part of its own pair, with or without a change of sign: for the even
-// lane and for the odd lane.
+// A vector in which each lane is one part of its own pair, with or without a change of sign: what the even lanes are
+// and what the odd lanes are.
 struct part {
   bool odd, negative;
 };
 template <class T>
 VecV parts(const VecV& vector, part even_lane, part odd_lane) {
+  using group = group_of<T>;
+  group signs{};
+  for (int i = 0; i != group_lanes<group>; ++i)
+    signs[i] = (i % 2 == 0 ? even_lane : odd_lane).negative ? float_format<T>::sign_bit : T{0};
+  const auto choose = [=](group pairs) {
+    if (even_lane.odd) return odd_lane.odd ? odd_twice(pairs) : exchanged(pairs);
+    return odd_lane.odd ? pairs : even_twice(pairs);
+  };
   VecV result;
-  for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    const part from = i % 2 == 0 ? even_lane : odd_lane;
-    const T value = lane<T>(vector.bytes, i / 2 * 2 + from.odd);
-    set_lane<T>(result.bytes, i, from.negative ? negated(value) : value);
-  }
+  for (std::size_t i = 0; i != lane_count<group>; ++i)
+    set_lane<group>(result.bytes, i, choose(lane<group>(vector.bytes, i)) ^ signs);
   return result;
 }
 
@@ -31,7 +32,7 @@ constexpr auto FCADDVVM = []<class T>(T, CpuContext& ctx, const VecV& a, const P
                                       std::uint32_t rotation) {
   const bool by_270 = rotation != 0;
   const VecV addend = parts<T>(b, {.odd = true, .negative = !by_270}, {.odd = false, .negative = by_270});
-  const auto add = [](T x, T y, FPSCR& fpscr) { return FPAdd<T>(x, y, fpscr); };
+  const auto add = [](auto& fp, auto x, auto y) { return fp.fadd(x, y); };
   return merge_float_lanes<T>(add, ctx, a, pg, a, addend);
 };
 
@@ -46,7 +47,7 @@ factors rotated_factors(const VecV& n, const VecV& m, std::uint32_t rotation) {
   return {parts<T>(n, {odd, false}, {odd, false}), parts<T>(m, {odd, real_negative}, {!odd, imaginary_negative})};
 }
 
-constexpr auto multiply_add = []<class T>(T a, T x, T y, FPSCR& fpscr) { return FPMulAdd<T>(a, x, y, fpscr); };
+constexpr auto multiply_add = [](auto& fp, auto a, auto x, auto y) { return fp.fmla(a, x, y); };
 
 constexpr auto FCMLAVVVM = []<class T>(T, CpuContext& ctx, const VecV& a, const PredV& pg, const VecV& n, const VecV& m,
                                        std::uint32_t rotation) {
@@ -54,19 +55,10 @@ constexpr auto FCMLAVVVM = []<class T>(T, CpuContext& ctx, const VecV& a, const 
   return merge_float_lanes<T>(multiply_add, ctx, a, pg, a, x, y);
 };
 
-// Every pair of the result is pair `index` of its 128-bit segment.
-template <class T>
-VecV segment_pair(const VecV& vector, std::uint32_t index) {
-  constexpr std::size_t segment = 16 / sizeof(T);
-  VecV result;
-  for (std::size_t i = 0; i != lane_count<T>; ++i)
-    set_lane<T>(result.bytes, i, lane<T>(vector.bytes, i / segment * segment + 2 * index + i % 2));
-  return result;
-}
-
 constexpr auto FCMLAVVVIX = []<class T>(T, CpuContext& ctx, const VecV& n, const VecV& m, const VecV& a,
                                         std::uint32_t rotation, std::uint32_t index) {
-  const auto [x, y] = rotated_factors<T>(n, segment_pair<T>(m, index), rotation);
+  using pair = std::conditional_t<sizeof(T) == 2, std::uint32_t, std::uint64_t>;
+  const auto [x, y] = rotated_factors<T>(n, segment_lane<pair>(m, index), rotation);
   return map_float_lanes<T>(multiply_add, ctx, a, x, y);
 };
 

@@ -1,30 +1,24 @@
 // Floating-point addition, subtraction, multiplication, division, square root, maximum and minimum.
 #include "sve/veclib/floating_point/float_arithmetic.h"
 
-#include "sve/arith/float/add.h"
-#include "sve/arith/float/divide.h"
-#include "sve/arith/float/minimum_maximum.h"
-#include "sve/arith/float/multiply.h"
-#include "sve/arith/float/scale.h"
-#include "sve/arith/float/square_root.h"
 #include "sve/veclib/floating_point/float_frame.h"
 
 namespace quern::veclib {
 namespace {
 
-constexpr auto add = []<class T>(T a, T b, FPSCR& fpscr) { return FPAdd<T>(a, b, fpscr); };
-constexpr auto sub = []<class T>(T a, T b, FPSCR& fpscr) { return FPSub<T>(a, b, fpscr); };
-constexpr auto mul = []<class T>(T a, T b, FPSCR& fpscr) { return FPMul<T>(a, b, fpscr); };
-constexpr auto mulx = []<class T>(T a, T b, FPSCR& fpscr) { return FPMulX<T>(a, b, fpscr); };
-constexpr auto div = []<class T>(T a, T b, FPSCR& fpscr) { return FPDiv<T>(a, b, fpscr); };
-constexpr auto max = []<class T>(T a, T b, FPSCR& fpscr) { return FPMax<T>(a, b, fpscr); };
-constexpr auto min = []<class T>(T a, T b, FPSCR& fpscr) { return FPMin<T>(a, b, fpscr); };
-constexpr auto maxnum = []<class T>(T a, T b, FPSCR& fpscr) { return FPMaxNum<T>(a, b, fpscr); };
-constexpr auto minnum = []<class T>(T a, T b, FPSCR& fpscr) { return FPMinNum<T>(a, b, fpscr); };
+constexpr auto add = [](auto& fp, auto a, auto b) { return fp.fadd(a, b); };
+constexpr auto sub = [](auto& fp, auto a, auto b) { return fp.fsub(a, b); };
+constexpr auto mul = [](auto& fp, auto a, auto b) { return fp.fmul(a, b); };
+constexpr auto mulx = [](auto& fp, auto a, auto b) { return fp.fmulx(a, b); };
+constexpr auto div = [](auto& fp, auto a, auto b) { return fp.fdiv(a, b); };
+constexpr auto max = [](auto& fp, auto a, auto b) { return fp.fmax(a, b); };
+constexpr auto min = [](auto& fp, auto a, auto b) { return fp.fmin(a, b); };
+constexpr auto maxnum = [](auto& fp, auto a, auto b) { return fp.fmaxnm(a, b); };
+constexpr auto minnum = [](auto& fp, auto a, auto b) { return fp.fminnm(a, b); };
 
 template <class Op>
 constexpr auto reversed(Op op) {
-  return [op](auto a, auto b, FPSCR& fpscr) { return op(b, a, fpscr); };
+  return [op](auto& fp, auto a, auto b) { return op(fp, b, a); };
 }
 
 constexpr auto AddVVM = float_merging(add);
@@ -34,17 +28,21 @@ constexpr auto MulVVM = float_merging(mul);
 constexpr auto MulXVVM = float_merging(mulx);
 constexpr auto DivVVM = float_merging(div);
 constexpr auto DivRVVM = float_merging(reversed(div));
-constexpr auto AbdVVM = float_merging([](auto a, auto b, FPSCR& fpscr) { return absolute(sub(a, b, fpscr)); });
+constexpr auto AbdVVM = float_merging([](auto& fp, auto a, auto b) { return absolute(sub(fp, a, b)); });
 constexpr auto MaxVVM = float_merging(max);
 constexpr auto MinVVM = float_merging(min);
 constexpr auto MaxNumVVM = float_merging(maxnum);
 constexpr auto MinNumVVM = float_merging(minnum);
 
-constexpr auto ScaleVVM = float_merging([]<class T>(T a, T b, FPSCR& fpscr) {
-  if constexpr (sizeof(T) == 2) return FPScale16(a, static_cast<std::int16_t>(b), fpscr);
-  if constexpr (sizeof(T) == 4) return FPScale32(a, static_cast<std::int32_t>(b), fpscr);
-  if constexpr (sizeof(T) == 8) return FPScale64(a, static_cast<std::int64_t>(b), fpscr);
-});
+// Only of halves does the host's unit know the scaling.
+constexpr auto ScaleVVM = []<class T>(T, CpuContext& ctx, const VecV& a, const PredV& pg, const VecV& b) {
+  const auto scale = [](auto& fp, auto x, auto n) { return fp.fscale(x, n); };
+  if constexpr (sizeof(T) == 2) {
+    return merge_float_lanes<T>(scale, ctx, a, pg, a, b);
+  } else {
+    return merge_in_software<T>(scale, ctx, a, pg, a, b);
+  }
+};
 
 constexpr auto AddVVX = float_unpredicated(add);
 constexpr auto SubVVX = float_unpredicated(sub);
@@ -56,7 +54,7 @@ constexpr auto MulVVIX = []<class T>(T lane, CpuContext& ctx, const VecV& a, con
 
 constexpr auto AbsVM = merging_unary(absolute);
 constexpr auto NegVM = merging_unary(negated);
-constexpr auto SqrtVM = float_merging_unary([]<class T>(T a, FPSCR& fpscr) { return FPSqrt<T>(a, fpscr); });
+constexpr auto SqrtVM = float_merging_unary([](auto& fp, auto a) { return fp.fsqrt(a); });
 
 // The constants that a selector chooses from.
 constexpr auto zero = []<class T>(T) { return T{0}; };
@@ -71,9 +69,7 @@ template <class Op, class At0, class At1>
 constexpr auto with_constant(Op op, At0 at_0, At1 at_1) {
   return [=]<class T>(T type, CpuContext& ctx, const VecV& a, const PredV& pg, std::uint32_t selector) {
     if constexpr (sizeof(T) == 2) ctx.fpsr &= fpsr_mask;
-    const T constant = selector != 0 ? at_1(type) : at_0(type);
-    const auto with_it = [=](T lane, FPSCR& fpscr) { return op(lane, constant, fpscr); };
-    return merge_float_lanes<T>(with_it, ctx, a, pg, a);
+    return merge_float_lanes<T>(op, ctx, a, pg, a, selector != 0 ? at_1(type) : at_0(type));
   };
 }
 

@@ -1,19 +1,18 @@
 // Floating-point comparisons into a predicate. They set no condition flags.
 #include "sve/veclib/floating_point/float_compare.h"
 
-#include "sve/arith/float/compare.h"
 #include "sve/veclib/floating_point/float_frame.h"
 
 namespace quern::veclib {
 namespace {
 
-constexpr auto eq = []<class T>(T a, T b, FPSCR& fpscr) { return FPCompareEQ<T>(a, b, fpscr); };
-constexpr auto ge = []<class T>(T a, T b, FPSCR& fpscr) { return FPCompareGE<T>(a, b, fpscr); };
-constexpr auto gt = []<class T>(T a, T b, FPSCR& fpscr) { return FPCompareGT<T>(a, b, fpscr); };
-constexpr auto ne = [](auto a, auto b, FPSCR& fpscr) { return !eq(a, b, fpscr); };  // true with a NaN
-constexpr auto un = []<class T>(T a, T b, FPSCR& fpscr) { return FPCompareUN<T>(a, b, fpscr); };
-constexpr auto le = [](auto a, auto b, FPSCR& fpscr) { return ge(b, a, fpscr); };
-constexpr auto lt = [](auto a, auto b, FPSCR& fpscr) { return gt(b, a, fpscr); };
+constexpr auto eq = [](auto& fp, auto a, auto b) { return fp.fcmeq(a, b); };
+constexpr auto ge = [](auto& fp, auto a, auto b) { return fp.fcmge(a, b); };
+constexpr auto gt = [](auto& fp, auto a, auto b) { return fp.fcmgt(a, b); };
+constexpr auto ne = [](auto& fp, auto a, auto b) { return ~fp.fcmeq(a, b); };  // true with a NaN
+constexpr auto un = [](auto& fp, auto a, auto b) { return fp.fcmuo(a, b); };
+constexpr auto le = [](auto& fp, auto a, auto b) { return fp.fcmge(b, a); };
+constexpr auto lt = [](auto& fp, auto a, auto b) { return fp.fcmgt(b, a); };
 
 // (Pg, a, b)
 template <class Op>
@@ -26,14 +25,13 @@ constexpr auto comparing(Op op) {
 template <class Op>
 constexpr auto comparing_with_zero(Op op) {
   return [op]<class T>(T, CpuContext& ctx, const PredV& pg, const VecV& a) {
-    const auto with_zero = [op](T lane, FPSCR& fpscr) { return op(lane, T{0}, fpscr); };
-    return compare_float_lanes<T>(with_zero, ctx, pg, a);
+    return compare_float_lanes<T>(op, ctx, pg, a, T{0});
   };
 }
 // The comparison of magnitudes.
 template <class Op>
 constexpr auto of_absolutes(Op op) {
-  return [op](auto a, auto b, FPSCR& fpscr) { return op(absolute(a), absolute(b), fpscr); };
+  return [op](auto& fp, auto a, auto b) { return op(fp, absolute(a), absolute(b)); };
 }
 
 constexpr auto CmpEQVVZ = comparing(eq);

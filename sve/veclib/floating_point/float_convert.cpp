@@ -3,48 +3,30 @@
 
 #include <type_traits>
 
-#include "sve/arith/float/convert.h"
-#include "sve/arith/float/from_fixed.h"
-#include "sve/arith/float/to_fixed.h"
 #include "sve/veclib/floating_point/float_frame.h"
 
 namespace quern::veclib {
 namespace {
 
-// The lanes of a conversion are as wide as the wider of its sides. The other side is the low part of the lane: as a
-// source the rest is not looked at, as a result it is extended into the rest by its sign.
-template <class Source, class Result>
-using lane_of = std::make_unsigned_t<std::conditional_t<(sizeof(Source) > sizeof(Result)), Source, Result>>;
-
-// (old, Pg, a), where the tag's type is the result's: convert(result type, source, fpscr), and old where inactive.
+// (old, Pg, a), where the tag's type is the result's and the lanes are as wide as the wider side: convert(fp, lanes,
+// result type, source type), and old where inactive.
 template <class Source, class Convert>
 constexpr auto converting(Convert convert) {
-  return [convert]<class Result>(Result type, CpuContext& ctx, const VecV& old, const PredV& pg, const VecV& a) {
-    using T = lane_of<Source, Result>;
-    const auto of_lane = [=](T lane, FPSCR& fpscr) {
-      return static_cast<T>(convert(type, static_cast<Source>(lane), fpscr));
-    };
-    return merge_float_lanes<T>(of_lane, ctx, old, pg, a);
+  return [convert]<class Result>(Result, CpuContext& ctx, const VecV& old, const PredV& pg, const VecV& a) {
+    using T = std::make_unsigned_t<std::conditional_t<(sizeof(Source) > sizeof(Result)), Source, Result>>;
+    const auto of_lanes = [convert](auto& fp, auto x) { return convert(fp, x, Result{}, Source{}); };
+    return merge_float_lanes<T>(of_lanes, ctx, old, pg, a);
   };
 }
 
-// Neither the alternative half format nor the flushing of halves has a part in SVE's conversions.
-constexpr auto to_format = []<class Result, class Source>(Result, Source a, FPSCR& fpscr) {
-  FPSCR plain{fpscr.word & ~(FPSCR_AHP | FPSCR_FZ16)};
-  const Result result = FPConvert<Source, Result>(a, rounding_of(plain), plain);
-  fpscr.word |= plain.word;
-  return result;
+constexpr auto to_format = []<class Result, class Source>(auto& fp, auto x, Result, Source) {
+  return fp.template to_format<Result, Source>(x);
 };
-
-constexpr auto to_integer = []<class Result, class Source>(Result, Source a, FPSCR& fpscr) {
-  constexpr bool is_unsigned = std::is_unsigned_v<Result>;
-  return static_cast<Result>(
-      fplibFPToFixed<Source, std::make_unsigned_t<Result>>(a, 0, is_unsigned, FPRounding_ZERO, fpscr));
+constexpr auto to_integer = []<class Result, class Source>(auto& fp, auto x, Result, Source) {
+  return fp.template to_integer<Result, Source>(x);
 };
-
-constexpr auto from_integer = []<class Result, class Source>(Result, Source a, FPSCR& fpscr) {
-  constexpr bool is_unsigned = std::is_unsigned_v<Source>;
-  return fplibFixedToFP<Result>(static_cast<std::uint64_t>(a), 0, is_unsigned, rounding_of(fpscr), fpscr);
+constexpr auto from_integer = []<class Result, class Source>(auto& fp, auto x, Result, Source) {
+  return fp.template from_integer<Result, Source>(x);
 };
 
 constexpr auto ExtndHVM = converting<std::uint16_t>(to_format);

@@ -1,56 +1,88 @@
 // The frame of floating-point families: the control word of a call's arithmetic is the context's, and what its lanes
 // raise is added to the context's status. No lane sees another lane's flags, since an operation only adds to them, and
 // a lane that is not active raises none.
+//
+// An operation on lanes is op(fp, lanes...): fp is a floating-point unit (sve/arith/unit), and op is called with groups
+// of lanes on the host's or with single lanes on the software's.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
 #include "sve/arith/float/fpscr.h"
 #include "sve/arith/float/sign.h"
+#include "sve/arith/unit/on_host_unit.h"
+#include "sve/arith/unit/software_fp.h"
 #include "sve/veclib/frame.h"
 
 namespace quern::veclib {
 
-// What FPSR keeps of a lane's status word: the flags, QC and NZCV.
-inline constexpr std::uint32_t fpsr_mask = 0xF800009F;
-
-// What loop(f) returns, where f(lanes...) is op(lanes..., fpscr). The lanes share a status word, which goes to the
-// context when the loop has ended; if op never ran, the context's status stays as it is.
-template <class Op, class Loop>
-inline auto lane_arithmetic(Op op, CpuContext& ctx, Loop loop) {
-  FPSCR fpscr{ctx.fpcr};
-  bool ran = false;
-  const auto result = loop([&](auto... lanes) {
-    ran = true;
-    return op(lanes..., fpscr);
-  });
-  if (ran) ctx.fpsr = (ctx.fpsr | fpscr.word) & fpsr_mask;
-  return result;
+// What an operation sees of an operand in group i: that group of a vector, and a scalar in each lane.
+template <lane_group G>
+inline G group_at(const VecV& vector, std::size_t i) {
+  return lane<G>(vector.bytes, i);
+}
+template <lane_group G>
+inline G group_at(lane_of<G> scalar, std::size_t) {
+  return in_each_lane<G>(scalar);
 }
 
-// Lane i is op(operands' lane i..., fpscr), for all lanes.
+// Lane i is op(fp, operands' lane i...), for all lanes.
 template <class T, class Op, class... Operands>
 inline VecV map_float_lanes(Op op, CpuContext& ctx, const Operands&... operands) {
-  return lane_arithmetic(op, ctx, [&](auto on_lanes) { return map_lanes<T>(on_lanes, ctx, operands...); });
+  using group = group_of<T>;
+  VecV result;
+  const auto by_groups = [&](auto& fp) {
+    for (std::size_t i = 0; i != lane_count<group>; ++i)
+      set_lane<group>(result.bytes, i, op(fp, group_at<group>(operands, i)...));
+  };
+  if (vector_bytes(ctx) == VL_BYTES && on_host_unit<T>(ctx, by_groups)) return result;
+  software_fp fp(ctx);
+  return map_lanes<T>([&](auto... lanes) { return op(fp, lanes...); }, ctx, operands...);
 }
 
-// Lane i is op(operands' lane i..., fpscr) where pg has it active, else that of `inactive`. op runs for active lanes
-// alone.
+// Lane i is op(fp, operands' lane i...) where `active` is set, else that of `inactive`, by the software's unit. op runs
+// for active lanes alone.
+template <class T, class Op, class... Operands>
+inline VecV merge_in_software(Op op, CpuContext& ctx, const VecV& inactive, const PredV& pg,
+                              const Operands&... operands) {
+  if (!any_element<T>(within(pg, ctx))) return inactive;
+  software_fp fp(ctx);
+  return merge_active_lanes<T>([&](auto... lanes) { return op(fp, lanes...); }, ctx, inactive, pg, operands...);
+}
+
+// The same on the host's unit if it can. There a lane that is not active computes what the first active one does, and
+// so raises nothing of its own.
 template <class T, class Op, class... Operands>
 inline VecV merge_float_lanes(Op op, CpuContext& ctx, const VecV& inactive, const PredV& pg,
                               const Operands&... operands) {
-  return lane_arithmetic(
-      op, ctx, [&](auto on_lanes) { return merge_active_lanes<T>(on_lanes, ctx, inactive, pg, operands...); });
+  using group = group_of<T>;
+  VecV result;
+  const auto by_groups = [&](auto& fp) {
+    const VecV masks = lane_masks<T>(pg);
+    const std::size_t first = first_element<T>(pg);
+    for (std::size_t i = 0; i != lane_count<group>; ++i) {
+      const group active = lane<group>(masks.bytes, i);
+      const group value =
+          op(fp, select(active, group_at<group>(operands, i), group_at<group>(operand_at<T>(operands, first), i))...);
+      set_lane<group>(result.bytes, i, select(active, value, lane<group>(inactive.bytes, i)));
+    }
+  };
+  if (vector_bytes(ctx) == VL_BYTES && any_element<T>(within(pg, ctx)) && on_host_unit<T>(ctx, by_groups))
+    return result;
+  return merge_in_software<T>(op, ctx, inactive, pg, operands...);
 }
 
-// Element i is op(operands' lane i..., fpscr) where pg has it active, and false elsewhere, where op does not run.
+// Element i is op(fp, operands' lane i...), all ones or zeros, where pg has it active, and false elsewhere, where op
+// does not run.
 template <class T, class Op, class... Operands>
 inline PredV compare_float_lanes(Op op, CpuContext& ctx, const PredV& pg, const Operands&... operands) {
-  return to_predicate<T>(merge_float_lanes<T>(op, ctx, VecV{}, pg, operands...));
+  const auto truth = [op]<class... Lane>(auto& fp, Lane... lanes) { return op(fp, lanes...) & 1; };
+  return to_predicate<T>(merge_float_lanes<T>(truth, ctx, VecV{}, pg, operands...));
 }
 
-// Families, made of an operation on lanes and the status word. (operands...): all lanes.
+// Families, made of an operation on lanes. (operands...): all lanes.
 template <class Op>
 constexpr auto float_unpredicated(Op op) {
   return
@@ -73,17 +105,17 @@ constexpr auto float_merging_unary(Op op) {
   };
 }
 
-// The sign cleared or flipped, of a NaN too; no flag is raised.
+// The sign cleared or flipped, of a NaN too; no flag is raised. Of a lane or a group.
 inline constexpr auto absolute = [](auto a) { return FPAbs(a); };
 inline constexpr auto negated = [](auto a) { return FPNeg(a); };
 
 // The vector whose every lane is lane `index` of its own 128-bit segment of `vector`.
 template <class T>
 inline VecV segment_lane(const VecV& vector, std::uint32_t index) {
-  constexpr std::size_t segment = 16 / sizeof(T);
+  using segment = group_of<T>;
   VecV result;
-  for (std::size_t i = 0; i != lane_count<T>; ++i)
-    set_lane<T>(result.bytes, i, lane<T>(vector.bytes, i / segment * segment + index));
+  for (std::size_t i = 0; i != lane_count<segment>; ++i)
+    set_lane<segment>(result.bytes, i, in_each_lane<segment>(lane<T>(vector.bytes, i * group_lanes<segment> + index)));
   return result;
 }
 

@@ -1,7 +1,6 @@
 // Floating-point fused multiply-add: one rounding for product and sum. Signs are changed beforehand, of a NaN too.
 #include "sve/veclib/floating_point/float_multiply_add.h"
 
-#include "sve/arith/float/multiply_add.h"
 #include "sve/veclib/floating_point/float_frame.h"
 
 namespace quern::veclib {
@@ -12,7 +11,7 @@ constexpr auto same = [](auto a) { return a; };
 // Sign(addend) + Factor(x) * y.
 template <class Sign, class Factor>
 constexpr auto multiply_add(Sign sign, Factor factor) {
-  return [=]<class T>(T addend, T x, T y, FPSCR& fpscr) { return FPMulAdd<T>(sign(addend), factor(x), y, fpscr); };
+  return [=](auto& fp, auto addend, auto x, auto y) { return fp.fmla(sign(addend), factor(x), y); };
 }
 constexpr auto fma = multiply_add(same, same);
 constexpr auto fms = multiply_add(same, negated);
@@ -22,7 +21,7 @@ constexpr auto fnms = multiply_add(negated, same);
 // The operation with its first operand, the multiplicand, last in the sum: (a, b, c) is c + a * b.
 template <class Op>
 constexpr auto to_last(Op op) {
-  return [op](auto a, auto b, auto c, FPSCR& fpscr) { return op(c, a, b, fpscr); };
+  return [op](auto& fp, auto a, auto b, auto c) { return op(fp, c, a, b); };
 }
 
 constexpr auto FMAVVVM = float_merging(fma);

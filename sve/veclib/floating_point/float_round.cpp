@@ -1,28 +1,18 @@
 // Rounding to an integral floating-point number.
 #include "sve/veclib/floating_point/float_round.h"
 
-#include "sve/arith/float/round_to_integral.h"
 #include "sve/veclib/floating_point/float_frame.h"
 
 namespace quern::veclib {
 namespace {
 
-constexpr auto rounding = [](FPRounding request) {
-  return float_merging_unary([request]<class T>(T a, FPSCR& fpscr) { return FPRoundInt<T>(a, request, false, fpscr); });
-};
-// By the context's own mode; an inexact result is reported, or not.
-constexpr auto rounding_by_mode = [](bool exact) {
-  return float_merging_unary(
-      [exact]<class T>(T a, FPSCR& fpscr) { return FPRoundInt<T>(a, rounding_of(fpscr), exact, fpscr); });
-};
-
-constexpr auto FRIntNVM = rounding(FPRounding_TIEEVEN);
-constexpr auto FRIntPVM = rounding(FPRounding_POSINF);
-constexpr auto FRIntMVM = rounding(FPRounding_NEGINF);
-constexpr auto FRIntZVM = rounding(FPRounding_ZERO);
-constexpr auto FRIntAVM = rounding(FPRounding_TIEAWAY);
-constexpr auto FRIntIVM = rounding_by_mode(false);
-constexpr auto FRIntXVM = rounding_by_mode(true);
+constexpr auto FRIntNVM = float_merging_unary([](auto& fp, auto a) { return fp.frintn(a); });
+constexpr auto FRIntPVM = float_merging_unary([](auto& fp, auto a) { return fp.frintp(a); });
+constexpr auto FRIntMVM = float_merging_unary([](auto& fp, auto a) { return fp.frintm(a); });
+constexpr auto FRIntZVM = float_merging_unary([](auto& fp, auto a) { return fp.frintz(a); });
+constexpr auto FRIntAVM = float_merging_unary([](auto& fp, auto a) { return fp.frinta(a); });
+constexpr auto FRIntIVM = float_merging_unary([](auto& fp, auto a) { return fp.frinti(a); });
+constexpr auto FRIntXVM = float_merging_unary([](auto& fp, auto a) { return fp.frintx(a); });
 
 }  // namespace
 }  // namespace quern::veclib

@@ -2,7 +2,6 @@
 #include "sve/veclib/floating_point/trigonometric.h"
 
 #include "sve/arith/float/exponential.h"
-#include "sve/arith/float/trigonometric.h"
 #include "sve/veclib/floating_point/float_frame.h"
 
 namespace quern::veclib {
@@ -10,8 +9,7 @@ namespace {
 
 constexpr auto EXPAV = unpredicated([]<class T>(T a) { return FPEXPA<T>(a); });
 
-constexpr auto TRISMULVV =
-    float_unpredicated([]<class T>(T a, T b, FPSCR& fpscr) { return FPTRISMUL<T>(a, b, fpscr); });
+constexpr auto TRISMULVV = float_unpredicated([](auto& fp, auto a, auto b) { return fp.ftsmul(a, b); });
 
 // One or a by bit 0 of b, its sign flipped by bit 1. NaNs are passed on as they are.
 constexpr auto TRISSELVV = unpredicated([]<class T>(T a, T b) {
@@ -19,9 +17,8 @@ constexpr auto TRISSELVV = unpredicated([]<class T>(T a, T b) {
   return (b & 2) != 0 ? negated(value) : value;
 });
 
-constexpr auto TRIMADDVVI = []<class T>(T, CpuContext& ctx, const VecV& a, const VecV& b, std::uint32_t coefficient) {
-  const int index = static_cast<int>(coefficient);
-  const auto multiply_add = [=](T x, T y, FPSCR& fpscr) { return FPTRIMADD<T>(index, x, y, fpscr); };
+constexpr auto TRIMADDVVI = []<class T>(T, CpuContext& ctx, const VecV& a, const VecV& b, std::uint32_t index) {
+  const auto multiply_add = [=](auto& fp, auto x, auto y) { return fp.ftmad(index, x, y); };
   return map_float_lanes<T>(multiply_add, ctx, a, b);
 };
 

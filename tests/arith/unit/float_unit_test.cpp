@@ -83,6 +83,7 @@ TEST(FloatUnits, AgreeInArithmetic) {
   expect_same_at_both_sizes("frecps", OP(frecps(a, b)));
   expect_same_at_both_sizes("frsqrts", OP(frsqrts(a, b)));
   expect_same_at_both_sizes("ftsmul", OP(ftsmul(a, b)));
+  expect_same_at_both_sizes("ftmad", OP(ftmad(4, a, b)));
   expect_same_at_both_sizes("fmla", OP(fmla(a, b, c)));
   expect_same_at_both_sizes("fmls", OP(fmls(a, b, c)));
   expect_same_at_both_sizes("fsqrt", OP(fsqrt(a)));
@@ -195,6 +196,7 @@ TEST(FloatUnits, AgreeOnTwoHalves) {
   expect_same_for_halves("frecps", OP(frecps(a, b)));
   expect_same_for_halves("frsqrts", OP(frsqrts(a, b)));
   expect_same_for_halves("fscale", OP(fscale(a, b)));
+  expect_same_for_halves("ftmad", OP(ftmad(2, a, b)));
   expect_same_for_halves("fcmeq", OP(fcmeq(a, b)));
   expect_same_for_halves("fcmge", OP(fcmge(a, b)));
   expect_same_for_halves("fcmgt", OP(fcmgt(a, b)));
@@ -225,6 +227,11 @@ TEST(FloatUnits, AgreeInConversionOfHalves) {
   CONVERSION(doubles, from_integer, uint16_t, int64_t);
   CONVERSION(doubles, from_integer, uint16_t, uint64_t);
   CONVERSION(doubles, from_integer, uint32_t, uint64_t);
+  CONVERSION(doubles, from_integer, uint32_t, int64_t);
+  CONVERSION(doubles, from_integer, uint64_t, uint32_t);
+  CONVERSION(doubles, from_integer, uint64_t, int32_t);
+  CONVERSION(doubles, to_integer, uint32_t, uint64_t);
+  CONVERSION(doubles, to_integer, int32_t, uint64_t);
 }
 #undef CONVERSION
 
