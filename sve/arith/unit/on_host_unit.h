@@ -16,7 +16,7 @@ namespace quern {
 template <class T, class Work>
 inline bool on_host_unit([[maybe_unused]] CpuContext& ctx, [[maybe_unused]] Work work) {
 #ifdef __aarch64__
-  constexpr std::uint32_t QC = 1U << 27, undecided = sizeof(T) == 2 ? IOC | QC : 0;
+  constexpr std::uint32_t QC = 1U << 27, undecided = sizeof(T) == 2 ? IOC : 0;
   if (ctx.fpcr & FPSCR_FZ16) return false;
   const std::uint64_t controls = ctx.fpcr & (FPSCR_RMode | FPSCR_FZ | FPSCR_DN), no_flags = 0;
   std::uint64_t former, flags;
@@ -28,6 +28,7 @@ inline bool on_host_unit([[maybe_unused]] CpuContext& ctx, [[maybe_unused]] Work
   asm volatile("mrs %0, fpsr" : "=r"(flags) : : "memory");
   if (controls != former) asm volatile("msr fpcr, %0" : : "r"(former) : "memory");
   if (flags & undecided) return false;
+  if (flags & QC) flags ^= QC | IOC;  // of a half that is too large an integer, and so lost nothing else
   ctx.fpsr = (ctx.fpsr | static_cast<std::uint32_t>(flags)) & fpsr_mask;
   return true;
 #else
