@@ -22,8 +22,8 @@
 #include "sve/arith/float/step.h"
 #include "sve/arith/float/to_fixed.h"
 #include "sve/handlers/floating_point/host_float.h"
-#include "tests/support/float_values.h"
 #include "tests/harness/agreement.h"
+#include "tests/support/float_values.h"
 #include "tests/support/host_controls.h"
 
 namespace quern {
