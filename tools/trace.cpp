@@ -19,6 +19,7 @@ struct trace_options {
   stats_options stats;
   export_format exported = export_format::din;
   cache_options cache;
+  std::string plot_folder;
 };
 
 // Adds a command that reads a file; a reader's complaint becomes the program's.
@@ -105,6 +106,17 @@ void add_trace_command(CLI::App& app, int& status) {
   cache->add_option("--top", options->cache.top, "So many places, those with most misses (20)")->type_name("NUMBER");
   add_filter_options(*cache, options->filter);
   cache->footer("All threads share the caches. They throw out the least recently used line; a store fetches its line.");
+
+  CLI::App* const plot = add_reading_command(
+      trace, "plot", "Draw the accesses of a trace: a page to look into, and pictures", options,
+      [](trace_reader& reader, const trace_options& given) {
+        plot_trace(reader, given.filter, given.plot_folder.empty() ? given.path + ".plots" : given.plot_folder);
+      });
+  plot->add_option("-o,--output", options->plot_folder, "Where the files go (FILE.plots)")->type_name("FOLDER");
+  add_filter_options(*plot, options->filter);
+  plot->footer(
+      "index.html needs nothing beside it: zoom, move and point in it. The pictures are addresses.svg,\n"
+      "footprint.svg, strides.svg and places.svg. Files of the same names are overwritten.");
 
   CLI::App* const check = add_reading_command(trace, "check", "Check that a trace is whole and in order", options,
                                               [&status](trace_reader& reader, const trace_options&) {

@@ -38,6 +38,10 @@ struct cache_options {
 };
 void print_trace_cache(trace_reader& reader, const trace_filter& filter, const cache_options& options);
 
+// Writes a page of plots, index.html, and the plots as SVG files into a folder, which is made if need be; prints where
+// the page is.
+void plot_trace(trace_reader& reader, const trace_filter& filter, const std::string& folder);
+
 // Whether the trace is whole and its records are as the emulator writes them; a line for each thing that is not so.
 bool check_trace(trace_reader& reader);
 

@@ -278,4 +278,9 @@ std::optional<trace_record> trace_reader::next() {
   return record;
 }
 
+void trace_reader::rewind() {
+  next_place_ = 0;
+  merging_.clear();
+}
+
 }  // namespace quern

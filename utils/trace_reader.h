@@ -59,6 +59,9 @@ class trace_reader {
   // be read any more.
   std::optional<trace_record> next();
 
+  // Begins anew with the first record.
+  void rewind();
+
  private:
   struct open_file {
     explicit open_file(const std::string& path);

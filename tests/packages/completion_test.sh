@@ -43,6 +43,7 @@ offers 'files' quern run -- ''
 offers 'files' quern trace dump my
 offers '--format' quern trace dump my.trace --f
 offers 'place' quern trace stats my.trace --by p
+offers 'files' quern trace plot my.trace --output ''
 
 # zsh_offers WANTED LINE: the same, of a zsh at a terminal, with the functions that come with it.
 zsh_offers() {
@@ -53,7 +54,7 @@ zsh_offers() {
 if command -v zsh >/dev/null; then
   zsh_offers 'run' 'quern ru'
   zsh_offers 'check decode list run trace' 'quern '
-  zsh_offers 'cache check dump export info stats' 'quern trace '
+  zsh_offers 'cache check dump export info plot stats' 'quern trace '
   zsh_offers 'csv jsonl text' 'quern trace dump --format '
   zsh_offers '--lib-dir' 'quern run --trace my.trace --l'
 else

@@ -214,7 +214,7 @@ for format in text csv jsonl; do
   [ $status = 0 ] && [ ! -s errors ] || fail "dump | head: status $status, $(cat errors)"
   [ "$("${quern[@]}" trace dump --format $format large | tail -1 | grep -c 20006)" = 1 ] || fail "dump: the last record"
 done
-for command in info dump stats export cache check; do
+for command in info dump stats export cache plot check; do
   status=0
   "${quern[@]}" trace $command large >/dev/full 2>errors || status=$?
   [ $status = 1 ] && [ "$(cat errors)" = "quern: can't write the output: No space left on device" ] ||
@@ -241,7 +241,7 @@ grep -qx '(1 more: see --top)' <("${quern[@]}" trace stats --top 3 large) || fai
 
 touch empty
 echo 'some text that is no trace' >text
-for command in info dump stats export cache check; do
+for command in info dump stats export cache plot check; do
   expect 1 "quern: can't open absent: No such file or directory" trace $command absent
   expect 1 "quern: . is a folder, not a trace file" trace $command .
   expect 1 "quern: empty is empty, no trace file" trace $command empty

@@ -1,0 +1,133 @@
+// Strides, and places by their accesses.
+#include <fmt/core.h>
+
+#include <cmath>
+
+#include "tools/plot/axis.h"
+#include "tools/plot/plot_titles.h"
+#include "tools/plot/svg_plots.h"
+
+namespace quern {
+namespace {
+
+struct histogram_bar {
+  std::string tick, tip;  // the tick may be empty
+  load_store_count count;
+};
+
+struct histogram {
+  plot_title title;
+  std::string axis;
+  std::vector<histogram_bar> bars;
+  std::uint64_t all = 0;  // what 100 % are
+};
+
+constexpr double width = 480, height = 300, left = 56, right = width - 16, top = 66, bottom = height - 48;
+
+void draw_bar(svg_chart& chart, const histogram_bar& bar, double x, double bar_width, double height_of_one) {
+  const std::string tip = fmt::format("{}: {} loads, {} stores", bar.tip, bar.count.loads, bar.count.stores);
+  const double loads = height_of_one * static_cast<double>(bar.count.loads);
+  const double stores = height_of_one * static_cast<double>(bar.count.stores);
+  if (loads != 0) chart.rectangle("load", x, bottom - std::max(loads, 1.0), bar_width, std::max(loads, 1.0), tip);
+  if (stores != 0)
+    chart.rectangle("store", x, bottom - loads - std::max(stores, 1.0), bar_width, std::max(stores, 1.0), tip);
+}
+
+svg_chart draw_histogram(const histogram& shown) {
+  svg_chart chart(width, height, shown.title.title, shown.title.subtitle);
+  std::uint64_t most = 1;
+  for (const histogram_bar& bar : shown.bars) most = std::max(most, bar.count.sum());
+  const double all = static_cast<double>(std::max<std::uint64_t>(shown.all, 1));
+  const double end = 105 * static_cast<double>(most) / all;  // percent
+  const auto y = [&](double percent) { return bottom - (bottom - top) * percent / end; };
+  for (const double tick : decimal_ticks(0, end, 5)) {
+    chart.line("grid", left, y(tick), right, y(tick));
+    chart.text("", left - 6, y(tick) + 4, "end", fmt::format("{:.0f} %", tick));
+  }
+  const double slot = (right - left) / static_cast<double>(shown.bars.size());
+  for (std::size_t i = 0; i != shown.bars.size(); ++i) {
+    const double x = left + slot * static_cast<double>(i);
+    draw_bar(chart, shown.bars[i], x + slot * 0.1, slot * 0.8, (bottom - top) / end * 100 / all);
+    if (!shown.bars[i].tick.empty()) chart.text("", x + slot / 2, bottom + 16, "middle", shown.bars[i].tick);
+  }
+  chart.text("", (left + right) / 2, bottom + 36, "middle", shown.axis);
+  chart.key("store", chart.key("load", right - 120, 26, "loads"), 26, "stores");
+  return chart;
+}
+
+std::string signed_bytes(int sign, double bytes) { return (sign < 0 ? "−" : "+") + short_bytes(bytes); }
+
+// The name of a bin of strides, and which they are.
+histogram_bar stride_bar(const stride_counts& strides, int bin, bool has_tick) {
+  histogram_bar bar{.tick = {}, .tip = "the same address", .count = strides.bin(bin)};
+  if (bin != 0) {
+    const double least = std::exp2(std::abs(bin) - 1);
+    const bool is_open = std::abs(bin) == stride_counts::outermost;
+    bar.tip = is_open || least == 1 ? signed_bytes(bin, least) + (is_open ? " and more" : "")
+                                    : signed_bytes(bin, least) + fmt::format(" to {:.0f} B", 2 * least - 1);
+    if (has_tick) bar.tick = signed_bytes(bin, least);
+  } else {
+    bar.tick = "0";
+  }
+  return bar;
+}
+
+}  // namespace
+
+svg_chart draw_strides(const plot_data& data) {
+  int lowest = -4, highest = 4;
+  histogram shown{strides_title(data), "bytes from an instruction's last access to its next, by powers of two", {}, 0};
+  for (int bin = -stride_counts::outermost; bin <= stride_counts::outermost; ++bin) {
+    const std::uint64_t accesses = data.strides.bin(bin).sum();
+    shown.all += accesses;
+    if (accesses == 0) continue;
+    lowest = std::min(lowest, bin);
+    highest = std::max(highest, bin);
+  }
+  const int step = (highest - lowest) / 8 + 1;  // from one tick to the next
+  for (int bin = lowest; bin <= highest; ++bin) shown.bars.push_back(stride_bar(data.strides, bin, bin % step == 0));
+  return draw_histogram(shown);
+}
+
+namespace {
+
+// The end of a place's name and source line, if they are too long: it tells most.
+std::string label_of(const plot_place& place) {
+  const std::string text = place.source.empty() ? place.name : place.name + "  " + place.source;
+  constexpr std::size_t most_bytes = 42;
+  if (text.size() <= most_bytes) return text;
+  std::size_t from = text.size() - most_bytes + 1;
+  while (from != text.size() && (text[from] & 0xC0) == 0x80) ++from;  // within a character
+  return "…" + text.substr(from);
+}
+
+void draw_place(svg_chart& chart, const plot_place& place, double x, double y, double width_of_one, double all) {
+  chart.text("code", x - 10, y + 4, "end", label_of(place));
+  const double loads = width_of_one * static_cast<double>(place.stats.loads);
+  const double stores = width_of_one * static_cast<double>(place.stats.stores);
+  if (loads != 0) chart.rectangle("load", x, y - 7, std::max(loads, 1.0), 14);
+  if (stores != 0) chart.rectangle("store", x + loads, y - 7, std::max(stores, 1.0), 14);
+  const auto accesses = static_cast<double>(place.stats.records);
+  chart.text("", x + loads + stores + 8, y + 4, "start",
+             fmt::format("{} ({})", short_number(accesses), percent_text(accesses, all)));
+}
+
+}  // namespace
+
+svg_chart draw_places(const plot_data& data) {
+  constexpr double row = 24, first = 74, sign_width = 6.8, bar_right = 660;
+  const std::size_t rows = std::min<std::size_t>(data.places.size(), 12);
+  const auto [title, subtitle] = places_title(data);
+  svg_chart chart(800, first + row * static_cast<double>(rows), title, subtitle);
+  std::size_t longest = 0;
+  for (std::size_t i = 0; i != rows; ++i) longest = std::max(longest, label_of(data.places[i]).size());
+  const double left_end = 26 + sign_width * static_cast<double>(longest);
+  const double width_of_one = (bar_right - left_end) / static_cast<double>(data.places.front().stats.records);
+  for (std::size_t i = 0; i != rows; ++i)
+    draw_place(chart, data.places[i], left_end, first + row * static_cast<double>(i), width_of_one,
+               static_cast<double>(data.total.records));
+  chart.key("store", chart.key("load", 664, 26, "loads"), 26, "stores");
+  return chart;
+}
+
+}  // namespace quern
