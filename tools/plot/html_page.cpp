@@ -6,7 +6,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "plot_page.h"
+#include <plot_page.h>
 #include "tools/plot/axis.h"
 #include "tools/plot/plot_titles.h"
 #include "tools/plot/svg_plots.h"

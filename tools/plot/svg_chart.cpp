@@ -3,7 +3,7 @@
 
 #include <fmt/core.h>
 
-#include "plot_page.h"
+#include <plot_page.h>
 
 namespace quern {
 
