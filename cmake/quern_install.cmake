@@ -3,7 +3,8 @@
 #   lib/quern/                       the hosts and libquern_utils.so, for AArch64 whatever this machine is
 #   include/quern/                   roi.h for the programs to trace
 #   include/quern/sve/, lib/, lib/cmake/quern/, lib/pkgconfig/
-#                                    sve_core and libquern_utils.a, for programs that embed the emulator
+#                                    sve_core and libquern_utils.a, for programs that embed the emulator; sve_core_512
+#                                    is that of another vector length
 #   share/quern/python/              reads traces in Python
 #   share/                           manual pages, completion, documents, examples
 include(CMakePackageConfigHelpers)
@@ -11,21 +12,26 @@ set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)  # what is installed suffices; the tes
 
 set(private_libraries lib/quern)
 if(TARGET quern_trap)
-  install(TARGETS quern_trap quern_utils LIBRARY DESTINATION ${private_libraries})
-  if(TARGET quern_client)
-    install(TARGETS quern_client LIBRARY DESTINATION ${private_libraries})
-  endif()
+  set(hosts quern_utils)
+  foreach(length IN LISTS quern_vector_lengths)
+    quern_length_suffix(suffix ${length})
+    list(APPEND hosts quern_trap${suffix})
+    if(TARGET quern_client${suffix})
+      list(APPEND hosts quern_client${suffix})
+    endif()
+  endforeach()
+  install(TARGETS ${hosts} LIBRARY DESTINATION ${private_libraries})
 else()
   set(QUERN_AARCH64_BUILD ${PROJECT_SOURCE_DIR}/build/aarch64 CACHE PATH
-      "Build folder for AArch64 whose hosts are installed with this command")
+      "Build folder for AArch64 whose hosts, of all vector lengths, are installed with this command")
   foreach(library libquern_trap_${VL_BITS}.so libquern_utils.so)
     install(CODE "if(NOT EXISTS \"${QUERN_AARCH64_BUILD}/lib/${library}\")
       message(WARNING \"${library} for AArch64 is left out, so that quern run can't work: build the preset aarch64, or \"
                       \"give -DQUERN_AARCH64_BUILD=FOLDER\")
     endif()")
-    install(FILES ${QUERN_AARCH64_BUILD}/lib/${library} DESTINATION ${private_libraries} OPTIONAL)
   endforeach()
-  install(FILES ${QUERN_AARCH64_BUILD}/lib/libquern_${VL_BITS}.so DESTINATION ${private_libraries} OPTIONAL)
+  install(DIRECTORY ${QUERN_AARCH64_BUILD}/lib/ DESTINATION ${private_libraries} OPTIONAL
+          FILES_MATCHING PATTERN libquern_*.so)
 endif()
 
 install(TARGETS quern RUNTIME DESTINATION bin)
@@ -47,17 +53,22 @@ install(DIRECTORY include/quern DESTINATION include)
 install(DIRECTORY sve DESTINATION include/quern FILES_MATCHING PATTERN *.h PATTERN *.def
         PATTERN client EXCLUDE PATTERN trap EXCLUDE)
 set_target_properties(quern_utils_static PROPERTIES EXPORT_NAME quern_utils)
-foreach(target sve_core quern_utils_static)
+foreach(VL_BITS IN LISTS quern_vector_lengths)
+  quern_length_suffix(suffix ${VL_BITS})
+  target_compile_definitions(sve_core${suffix} INTERFACE $<INSTALL_INTERFACE:QUERN_VL_BITS=${VL_BITS}>)
+  list(APPEND archives sve_core${suffix})
+  configure_file(cmake/quern.pc.in ${PROJECT_BINARY_DIR}/quern${suffix}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/quern${suffix}.pc DESTINATION lib/pkgconfig)
+endforeach()
+list(APPEND archives quern_utils_static)
+foreach(target IN LISTS archives)
   target_include_directories(${target} INTERFACE $<INSTALL_INTERFACE:include/quern>)
-  target_compile_definitions(${target} INTERFACE $<INSTALL_INTERFACE:QUERN_VL_BITS=${VL_BITS}>)
   target_compile_features(${target} INTERFACE cxx_std_20)
 endforeach()
-install(TARGETS sve_core quern_utils_static EXPORT quern ARCHIVE DESTINATION lib)
+install(TARGETS ${archives} EXPORT quern ARCHIVE DESTINATION lib)
 install(EXPORT quern NAMESPACE quern:: FILE quernConfig.cmake DESTINATION lib/cmake/quern)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/quernConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/quernConfigVersion.cmake DESTINATION lib/cmake/quern)
-configure_file(cmake/quern.pc.in ${PROJECT_BINARY_DIR}/quern.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/quern.pc DESTINATION lib/pkgconfig)
 
 # Packages.
 set(CPACK_GENERATOR DEB TGZ)

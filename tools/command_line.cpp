@@ -1,17 +1,28 @@
 // The whole command line of quern: what its main program parses, and its manual tells.
-#include <fmt/core.h>
+#include <fmt/ranges.h>
 
 #include <quern_revision.h>
 #include "sve/state/vector_length.h"
 #include "tools/commands.h"
+#include "tools/host_libraries.h"
 
 namespace quern {
+namespace {
+
+std::string version() {
+  const std::vector<int> lengths = emulated_lengths();
+  return fmt::format(
+      "quern {} ({}-bit vectors)\nbuild     {}\nrevision  {}\nlengths   {}", QUERN_VERSION, VL_BITS, QUERN_BUILD,
+      QUERN_REVISION,
+      lengths.empty() ? "none: the emulator's libraries are not there" : fmt::format("{}", fmt::join(lengths, ", ")));
+}
+
+}  // namespace
 
 void add_commands(CLI::App& app, int& status) {
   app.name("quern");
   app.description("Runs AArch64 programs that use SVE on processors without it, and traces their memory.");
-  app.set_version_flag("--version", fmt::format("quern {} ({}-bit vectors)\nbuild     {}\nrevision  {}", QUERN_VERSION,
-                                                VL_BITS, QUERN_BUILD, QUERN_REVISION));
+  app.set_version_flag("--version", version);
   app.require_subcommand(0, 1);  // a program that `run` is given may bear the name of another command
   add_run_command(app, status);
   add_check_command(app, status);

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "sve/state/vector_length.h"
+#include "tools/host_libraries.h"
 #include "tools/host_setup.h"
 #include "tools/hosts.h"
 #include "tools/program_file.h"
@@ -46,13 +46,14 @@ users_libraries find_users_libraries() {
 }
 
 // The libraries that are preloaded into the program: quern's, then the user's.
-std::string preload_list(const fs::path& folder, const std::string& host_library, const std::string& users) {
+std::string preload_list(const host_libraries& libraries, const std::string& users) {
+  const fs::path folder = libraries.host.parent_path();
   if (folder.string().find_first_of(std::string(list_separators) + ",") != std::string::npos)  // a comma: qemu's -E
     throw user_error{fmt::format("the libraries can't be preloaded from '{}': its path has a space, colon or comma in "
                                  "it; move them",
                                  folder.string()),
                      status_cannot_run};
-  const std::string own = (folder / host_library).string() + ":" + (folder / "libquern_utils.so").string();
+  const std::string own = libraries.host.string() + ":" + libraries.utils.string();
   return users.empty() ? own : own + ":" + users;
 }
 
@@ -61,10 +62,8 @@ std::string preload_list(const fs::path& folder, const std::string& host_library
 int run_embedded(const run_options& options, const program_call& program) {
   // Each instruction is counted where it traps, and so is to trap each time.
   if (!options.stats.empty()) setenv("QUERN_PATCH", "off", 1);
-  const std::string host_library = fmt::format("libquern_trap_{}.so", VL_BITS);
   const users_libraries users = find_users_libraries();
-  const std::string preload =
-      preload_list(library_folder(options.lib_dir, host_library, "build them"), host_library, users.programs);
+  const std::string preload = preload_list(find_host(options, embedded_host_stem, "build them"), users.programs);
   const std::string& name = program.arguments.front();
   if (!needs_emulator) {
     setenv("LD_PRELOAD", preload.c_str(), 1);

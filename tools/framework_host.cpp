@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "sve/state/vector_length.h"
 #include "tools/framework_package.h"
+#include "tools/host_libraries.h"
 #include "tools/host_setup.h"
 #include "tools/hosts.h"
 #include "tools/run_report.h"
@@ -20,10 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path find_client(const run_options& options, const framework_package& package) {
-  const std::string library = fmt::format("libquern_{}.so", VL_BITS);
   const std::string remedy =
       fmt::format("build quern_client and quern_utils with -DDynamoRIO_DIR={}/cmake", package.folder().string());
-  fs::path client = library_folder(options.lib_dir, library, remedy) / library;
+  fs::path client = find_host(options, framework_host_stem, remedy).host;
   package.check_client(client);
   if (client.string().find_first_of("'\"`;") != std::string::npos)  // which part the framework's options
     throw user_error{fmt::format("the client can't be loaded from {}: its path has a quote or semicolon in it; move it",

@@ -1,4 +1,4 @@
-// What the hosts of `quern run` need alike before a program starts: the libraries, and a processor emulator on another
+// What the hosts of `quern run` need alike before a program starts: paths, and a processor emulator on another
 // processor than AArch64. What is missing is thrown as user_error.
 #pragma once
 
@@ -15,11 +15,6 @@ inline constexpr bool needs_emulator = true;
 
 // The path from the root on, without dots in it.
 std::filesystem::path absolute_path(const std::filesystem::path& path);
-
-// The folder that holds a host's library for AArch64 and libquern_utils.so: the chosen one, else QUERN_LIB_DIR, else
-// the first of those where an installation and a build tree have them. `remedy` says how to get the two libraries.
-std::filesystem::path library_folder(const std::string& chosen, const std::string& host_library,
-                                     const std::string& remedy);
 
 // The emulator of AArch64 in PATH.
 std::filesystem::path find_emulator();

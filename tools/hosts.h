@@ -11,6 +11,7 @@ namespace quern {
 // Options of the command line; the texts are empty where they were not given.
 struct run_options {
   std::optional<std::string> trace;
+  std::string vector_length;  // in bits
   std::string lib_dir;
   std::string framework;  // the folder of DynamoRIO's package
   std::string stats;      // where to; "true", as the parser has it, for standard error

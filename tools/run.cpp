@@ -46,6 +46,10 @@ void add_run_command(CLI::App& app, int& status) {
                   "linked programs too; 'auto', the latter where DynamoRIO's folder is given")
       ->check(CLI::IsMember({"auto", "dynamorio", "embedded"}))
       ->type_name("HOST");
+  run->add_option("--vl", options->vector_length,
+                  "The vector length in bits, of those that quern --version lists (else QUERN_VL tells it, else it is "
+                  "what that tells in brackets)")
+      ->type_name("BITS:{128,256,512,1024,2048}");
   run->add_option("--dynamorio", options->framework,
                   "The folder of DynamoRIO's AArch64 package (else QUERN_DYNAMORIO names it)")
       ->type_name("DIR");

@@ -7,6 +7,7 @@
 #include <atomic>
 
 #include "sve/memory/trace.h"
+#include "sve/memory/trace_vector_length.h"
 #include "utils/chunk_packer.h"
 #include "utils/module_log.h"
 #include "utils/trace_file.h"
@@ -133,6 +134,8 @@ bool sve_init(std::uint64_t, const char* application) {
   }
   return set_up_trace(application);
 }
+
+void quern_trace_vector_bytes(std::uint32_t bytes) { set_vector_bytes(bytes); }
 
 void sve_exit() {
   const undisturbed guard;

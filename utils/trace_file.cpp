@@ -33,6 +33,7 @@ struct process_trace {
   dev_t device = 0;
   ino_t inode = 0;
   pid_t owner = 0;
+  std::uint32_t vector_bytes = VL_BYTES;
   bool forked = false;
 };
 constinit process_trace trace;
@@ -99,7 +100,7 @@ void fill_header(trace_file_header& header) {
   header.chunk_size = trace_chunk_size;
   header.chunk_header_size = sizeof(trace_chunk_header);
   header.record_size = sizeof(stored_record);
-  header.vector_bytes = VL_BYTES;
+  header.vector_bytes = trace.vector_bytes;
   header.page_size = header_size();
   header.start_time = nanoseconds_now();
   header.process = static_cast<std::uint64_t>(getpid());
@@ -254,6 +255,8 @@ std::uint64_t nanoseconds_now() {
   clock_gettime(CLOCK_REALTIME, &now);
   return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000 + static_cast<std::uint64_t>(now.tv_nsec);
 }
+
+void set_vector_bytes(std::uint32_t bytes) { trace.vector_bytes = bytes; }
 
 bool set_up_trace(const char* application) {
   const undisturbed guard;

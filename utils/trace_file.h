@@ -10,6 +10,9 @@ namespace quern {
 // written; no file is left behind.
 bool set_up_trace(const char* application);
 
+// Notes the vector length of the process, which is the build's own unless told.
+void set_vector_bytes(std::uint32_t bytes);
+
 // Whether there is a file to write to, which the first to ask makes. To be called undisturbed, as the two below.
 bool open_trace();
 

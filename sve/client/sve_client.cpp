@@ -12,6 +12,8 @@
 #include "sve/client/signal_vectors.h"
 #include "sve/client/thread_state.h"
 #include "sve/memory/trace.h"
+#include "sve/memory/trace_vector_length.h"
+#include "sve/state/vector_length.h"
 
 namespace quern {
 namespace {
@@ -61,6 +63,7 @@ DR_EXPORT void dr_client_main(client_id_t, int argc, const char* argv[]) {
   client_assert(drmgr_register_signal_event(event_signal), "false");
   tls_idx = drmgr_register_tls_field();
   client_assert(tls_idx != -1, "false");
+  if (quern_trace_vector_bytes) quern_trace_vector_bytes(VL_BYTES);
   client_assert(sve_init(0, dr_get_application_name()), "false");
   dr_log(nullptr, DR_LOG_ALL, log_level, "SVE client initializing\n");
 }

@@ -5,6 +5,7 @@
 
 #include "client_test.h"
 #include "sve/memory/guest_memory.h"
+#include "sve/state/vector_length.h"
 #include "tests/support/caught_fault.h"
 #include "tests/support/mapped_pages.h"
 
@@ -26,6 +27,11 @@ TEST_F(Lifecycle, StartsInOrder) {
                           "drmgr_register_kernel_xfer_event", "drmgr_register_signal_event", "drmgr_register_tls_field",
                           "sve_init(0, an_application)", "dr_log(null, 0xFFFFFF, 1, SVE client initializing\n)"));
   EXPECT_EQ(framework.error_stream, "");
+}
+
+TEST_F(Lifecycle, TellsTheTraceTheVectorLength) {
+  start();
+  EXPECT_EQ(framework.told_vector_bytes, std::uint32_t{VL_BYTES});
 }
 
 TEST_F(Lifecycle, EndsInOrder) {

@@ -8,6 +8,7 @@
 # build/kernel/. From the environment:
 #   QUERN_ARGUMENT  an argument for the programs
 #   QUERN_LIMIT     the seconds that each may take; 120 unless told
+#   QUERN_VL        the vector length in bits; the build's own unless told
 #   QUERN_PATCH     off: under the embedded host each instruction traps
 . "$(dirname "$0")/../../scripts/common.sh"
 
@@ -19,8 +20,8 @@ if [ -z "$system" ] || ! command -v qemu-system-aarch64 >/dev/null || ! command 
   echo "LEFT OUT: there is no kernel, or no machine emulator to run it; scripts/setup brings them."
   exit 77
 fi
-host=$(find "$build/lib" -name 'libquern_trap_*.so')
-vector_bits=${host##*_} vector_bits=${vector_bits%.so}
+vector_bits=${QUERN_VL:-$(sed -n 's/^VL_BITS:.*=//p' "$build/CMakeCache.txt")}
+host=$build/lib/libquern_trap_$vector_bits.so
 limit=${QUERN_LIMIT:-120}
 libraries=/usr/aarch64-linux-gnu/lib
 [ "$cross" = yes ] || libraries=/lib/aarch64-linux-gnu

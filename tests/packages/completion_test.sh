@@ -30,6 +30,7 @@ offers '--version' quern --v
 offers '--help --host --hide-sve' quern run --h
 offers 'embedded' quern run --host e
 offers 'dynamorio' quern run --host d
+offers '128 256 512 1024 2048' quern run --vl ''
 offers 'dynamorio' quern run --host = d
 offers 'text csv jsonl' quern trace dump --format ''
 offers 'text csv jsonl' quern trace dump --format =

@@ -10,7 +10,7 @@ read -ra emulator <<<"$QUERN_EMULATOR"
 folder=$(realpath "$(mktemp -d)")
 trap 'rm -rf "$folder"' EXIT
 cd "$folder"
-unset QUERN_TRACE QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
+unset QUERN_TRACE QUERN_VL QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
 target=aarch64-linux-gnu-gcc
 [ "$(uname -m)" != aarch64 ] || target=gcc
 
@@ -44,9 +44,11 @@ tar -xzf "$tar" -C unpacked --strip-components=1
 # runs PREFIX: the command knows itself, and runs and traces a program that was compiled with the installed header. A
 # quern for another processor can't start programs here: the installed host is preloaded by hand for it.
 runs() {
-  local quern=("${emulator[@]}" "$1/bin/quern") output
+  local quern=("${emulator[@]}" "$1/bin/quern") output bits
+  bits=$("${quern[@]}" --version | sed -n 's/^quern.*(\([0-9]*\)-bit vectors)$/\1/p')
   has "$("${quern[@]}" --version)" '^quern [0-9.]* ([0-9]*-bit vectors)$'
   has "$("${quern[@]}" --version)" '^revision  .'
+  has "$("${quern[@]}" --version)" "^lengths   \(.*, \)\?$bits\(,.*\)\?$"
   has "$("${quern[@]}" decode 04220020)" 'sve_add_zzz'
   $target -O3 -march=armv8-a+sve -I"$1/include" "$1/share/doc/quern/examples/vector_sum.c" -o sum
   rm -f my.trace
@@ -54,7 +56,7 @@ runs() {
     output=$("${quern[@]}" run --trace my.trace -- ./sum)
   else
     output=$(QUERN_TRACE=my.trace "${emulator[@]}" \
-      -E "LD_PRELOAD=$(echo "$1"/lib/quern/libquern_trap_*.so):$1/lib/quern/libquern_utils.so" ./sum)
+      -E "LD_PRELOAD=$1/lib/quern/libquern_trap_$bits.so:$1/lib/quern/libquern_utils.so" ./sum)
   fi
   has "$output" '^all sums are right$'
   has "$("${quern[@]}" trace info my.trace)" '^  markers      5 start, 5 stop$'

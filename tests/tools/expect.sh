@@ -14,7 +14,7 @@ enter_folder() {
 # For tests that start programs: none of the caller's settings, the compiler of AArch64 programs, and the vector length
 # that the libraries' names have.
 prepare_programs() {
-  unset QUERN_TRACE QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
+  unset QUERN_TRACE QUERN_VL QUERN_LIB_DIR QUERN_DYNAMORIO LD_PRELOAD
   if [ "$(uname -m)" = aarch64 ]; then compiler=gcc; else compiler=aarch64-linux-gnu-gcc; fi
   bits=$("${quern[@]}" --version | sed -n 's/.*(\([0-9]*\)-bit.*/\1/p')
 }

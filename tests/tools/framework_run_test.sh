@@ -72,6 +72,14 @@ starts() {
     fail "$(printf 'quern %s\n-- status %s; started:\n%s\n-- wanted:\n%s' "$*" "$status" "$output" "$wanted")"
 }
 
+other=$([ "$bits" = 512 ] && echo 1024 || echo 512)
+cp "lib/$client" "lib/libquern_$other.so"
+wanted=$(client=libquern_$other.so framework new ./program ./program)
+starts "$wanted" run --dynamorio new --vl "$other" ./program
+QUERN_VL=$other starts "$wanted" run --dynamorio new ./program
+starts "$(framework new ./program ./program)" run --dynamorio new --vl "$bits" ./program
+rm "lib/libquern_$other.so"
+
 for name in new old; do
   wanted=$(framework $name ./program ./program)
   starts "$wanted" run --host dynamorio --dynamorio $name -- ./program

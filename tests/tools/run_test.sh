@@ -70,6 +70,36 @@ expect 0 "$loaded"$'\n<./program> no trace' run --lib-dir lib ./program
 expect 0 "$loaded"$'\n<./program> hidden' run --hide-sve -- ./program
 expect 0 "$loaded"$'\n<./program> off' run --traps -- ./program
 
+# The vector length: --vl, else QUERN_VL, else that of the build. Those that there are hosts for are told.
+other=$([ "$bits" = 512 ] && echo 1024 || echo 512)
+mkdir two && cp lib/* two
+$compiler -shared -fPIC '-DTEXT="host of the other length"' library.c -o "two/libquern_trap_$other.so"
+export QUERN_LIB_DIR=$folder/two
+both=$(printf '%s\n' "$bits" "$other" | sort -n)
+lengths=${both/$'\n'/, }
+loaded_other=$'utils\nhost of the other length'
+expect 0 "$loaded_other"$'\n<./program> no trace' run --vl "$other" -- ./program
+expect 0 "$loaded_other"$'\n<./program> no trace' run "--vl=$other" ./program
+expect 0 "$loaded"$'\n<./program> no trace' run --vl "$bits" -- ./program
+QUERN_VL=$other expect 0 "$loaded_other"$'\n<./program> no trace' run -- ./program
+QUERN_VL=$other expect 0 "$loaded"$'\n<./program> no trace' run --vl "$bits" -- ./program
+QUERN_VL='' expect 0 "$loaded"$'\n<./program> no trace' run -- ./program
+command=$("${quern[@]}" run --dry-run --vl "$other" -- ./program)
+[ "$(eval "$command" 2>&1)" = "$loaded_other"$'\n<./program> no trace' ] || fail "--dry-run --vl $other: $command"
+expect 125 "quern: there is no libquern_trap_128.so for AArch64 in $folder/two, but there are those of $lengths bits: give \
+one of these by --vl or QUERN_VL, or build that one too (cmake -DQUERN_VECTOR_LENGTHS=\"128;${both/$'\n'/;}\")" \
+  run --vl 128 -- ./program
+for wrong in 384 4096 16 512b -512 /; do
+  expect 2 "quern: --vl is '$wrong', which is no vector length: give one of $lengths" run "--vl=$wrong" -- ./program
+done
+QUERN_VL=all expect 2 "quern: QUERN_VL is 'all', which is no vector length: give one of $lengths" run -- ./program
+expect 2 "quern: --vl is '0', which is no vector length: give one of 128, 256, 512, 1024, 2048" \
+  run --lib-dir bin --vl 0 -- ./program
+[ "$("${quern[@]}" --version | sed -n 's/^lengths   //p')" = "$lengths" ] || fail "--version: $("${quern[@]}" --version)"
+[ "$(QUERN_LIB_DIR=bin "${quern[@]}" --version | tail -1)" = "lengths   none: the emulator's libraries are not there" ] ||
+  fail "--version without libraries: $(QUERN_LIB_DIR=bin "${quern[@]}" --version)"
+export QUERN_LIB_DIR=$folder/lib
+
 # --dry-run prints the command by which the same would come about, and touches nothing.
 printf 'QUERNTRC' >earlier
 command=$("${quern[@]}" run --dry-run --trace earlier -- ./program 'a b' "it's" '' --trace)

@@ -7,6 +7,7 @@
 #include <map>
 #include <thread>
 
+#include "sve/memory/trace_vector_length.h"
 #include "tests/utils/traced_process.h"
 
 namespace quern::test {
@@ -185,6 +186,17 @@ TEST_F(Recording, TheHeaderTellsWhoseTraceItIs) {
   EXPECT_EQ(reader.header().vector_bytes, QUERN_VL_BITS / 8u);
   EXPECT_EQ(reader.header().page_size, static_cast<std::uint32_t>(sysconf(_SC_PAGESIZE)));
   EXPECT_EQ(reader.header().finished, 1u);
+}
+
+TEST_F(Recording, TheHeaderTellsTheVectorLengthThatTheHostTold) {
+  const child_end end = run([] {
+    quern_trace_vector_bytes(48);
+    if (!sve_init(0, "")) return 1;
+    store_records(1);
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well());
+  EXPECT_EQ(trace_reader(only_file()).header().vector_bytes, 48u);
 }
 
 void pass_marker(std::uint32_t tid) {

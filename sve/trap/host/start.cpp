@@ -10,6 +10,8 @@
 #include "sve/memory/guest_memory.h"
 #include "sve/memory/memory_host.h"
 #include "sve/memory/trace.h"
+#include "sve/memory/trace_vector_length.h"
+#include "sve/state/vector_length.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/own_actions.h"
@@ -49,6 +51,7 @@ __attribute__((constructor(101))) void start(int argument_count, char** argument
   pthread_atfork(nullptr, nullptr, forget_waiting);
   pthread_atfork(nullptr, nullptr, forget_patching);
   read_patch_choice();
+  if (quern_trace_vector_bytes) quern_trace_vector_bytes(VL_BYTES);
   // It has said on standard error why not.
   if (!sve_init(0, argument_count > 0 ? last_part(arguments[0]) : "")) kernel::leave_by_own_failure();
 }

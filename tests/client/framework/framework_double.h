@@ -86,6 +86,7 @@ class framework_double {
   // To be looked at: calls in their order, as text, and what was written to our_stderr.
   std::vector<std::string> calls;
   std::string error_stream;
+  std::uint32_t told_vector_bytes = 0;
   void (*thread_init)(void*) = nullptr;
   void (*thread_exit)(void*) = nullptr;
   void (*process_exit)() = nullptr;
