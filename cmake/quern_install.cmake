@@ -42,7 +42,7 @@ install(FILES ${manual}/quern DESTINATION share/bash-completion/completions)
 install(FILES ${manual}/_quern DESTINATION share/zsh/vendor-completions)
 install(FILES README.md CHANGELOG.md DESTINATION share/doc/quern)
 install(FILES LICENSE DESTINATION share/doc/quern RENAME copyright)
-install(DIRECTORY docs/ DESTINATION share/doc/quern/docs FILES_MATCHING PATTERN *.md PATTERN manual EXCLUDE)
+install(DIRECTORY docs/ DESTINATION share/doc/quern/docs FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN manual EXCLUDE)
 install(DIRECTORY examples DESTINATION share/doc/quern)
 
 install(FILES tools/python/quern_trace.py tools/python/example_plots.py DESTINATION share/quern/python)
