@@ -50,7 +50,7 @@ wanted() {
 title: &lt;b&gt;program &amp; co: memory accesses
 marks: 300
 areas: 0x100000 to 0x1018ff, 6.25 KiB; 0x7f0000000000 to 0x7f00000018ff, 6.25 KiB
-ticks: 50 100 150 200 250 300
+ticks: 20 40 60 80 100 120 140 160 180 200 220 240 260 280 300
 regions: 2
 rows: 3
 width: fits

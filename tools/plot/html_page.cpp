@@ -2,11 +2,11 @@
 #include "tools/plot/html_page.h"
 
 #include <fmt/core.h>
+#include <plot_page.h>
 
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include <plot_page.h>
 #include "tools/plot/axis.h"
 #include "tools/plot/plot_titles.h"
 #include "tools/plot/svg_plots.h"

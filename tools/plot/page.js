@@ -81,7 +81,7 @@ const label = (svg, kind, x, y, anchor, text) => addTo(svg, "text", {class: kind
 
 // Answers the lines of its grid.
 function drawTimeAxis(svg, at, height) {
-  const bottom = height - margin.bottom, found = decimalTicks(view.x0, view.x1, Math.max(2, at.inner.width / 90));
+  const bottom = height - margin.bottom, found = decimalTicks(view.x0, view.x1, Math.max(2, at.inner.width / 60));
   for (const tick of found) {
     label(svg, "tick-x", at.x(tick), bottom + 17, "middle", tickText(tick, found[1] - found[0]));
   }

@@ -2,7 +2,6 @@
 #include "tools/plot/svg_chart.h"
 
 #include <fmt/core.h>
-
 #include <plot_page.h>
 
 namespace quern {
