@@ -98,9 +98,16 @@ constexpr word blr(reg n) { return 0xD63F0000 | n.number << 5; }
 constexpr word mrs(reg t, system_register r) { return 0xD5200000 | static_cast<word>(r) | t.number; }
 constexpr word msr(system_register r, reg t) { return 0xD5000000 | static_cast<word>(r) | t.number; }
 constexpr word mov_x(reg d, reg m) { return 0xAA0003E0 | m.number << 16 | d.number; }
-// n + value, and n + value * 4096; value is 0 to 4095. The stack pointer is allowed in both places.
+// n + value, n + value * 4096, and the same with minus; value is 0 to 4095. The stack pointer is allowed in both
+// places.
 constexpr word add_x(reg d, reg n, word value) { return 0x91000000 | value << 10 | place(d, n); }
 constexpr word add_x_4096(reg d, reg n, word value) { return 0x91400000 | value << 10 | place(d, n); }
+constexpr word sub_x(reg d, reg n, word value) { return 0xD1000000 | value << 10 | place(d, n); }
+constexpr word sub_x_4096(reg d, reg n, word value) { return 0xD1400000 | value << 10 | place(d, n); }
+constexpr bool is_add_or_sub_x(word w) { return (w & 0xBF800000) == 0x91000000; }
+// A value of 16 bits, and all bits but its.
+constexpr word movz_x(reg d, word value) { return 0xD2800000 | value << 5 | d.number; }
+constexpr word movn_x(reg d, word value) { return 0x92800000 | value << 5 | d.number; }
 // An instruction that is none, for good.
 constexpr word udf() { return 0; }
 

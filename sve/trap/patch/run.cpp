@@ -8,6 +8,7 @@
 
 #include "sve/decoder/decode_map.h"
 #include "sve/decoder/sve_utils.h"
+#include "sve/trap/patch/ordinary_instruction.h"
 
 namespace quern {
 namespace {
@@ -53,7 +54,8 @@ std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array
     std::memcpy(&word, code + count * sizeof word, sizeof word);
     const decode_row* const row = decode_word(word).row;
     if (!row) break;
-    run[count] = {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk, all_registers};
+    run[count] = {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk, all_registers,
+                  ordinary_instruction(word, *row)};
   }
   return count;
 }
@@ -65,6 +67,7 @@ register_use use_of(const run_word& word) {
     const bool is_first = &op == row.operands.data() && row.memory.kind != memory_kind::store;
     add_operand(op, word.word, is_first || op.traits().both, use);
   }
+  if (word.ordinary) return use;
   use.floating_point = row.way == route::direct_fp || row.way == route::library;
   return use;
 }

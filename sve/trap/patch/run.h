@@ -15,8 +15,9 @@ struct decode_row;
 struct run_word {
   std::uint32_t word;
   const decode_row* row;
-  sve_handler thunk;          // what generated code is to call
-  written_registers written;  // by the thunk
+  sve_handler thunk;           // what generated code is to call
+  written_registers written;   // by the thunk
+  std::uint32_t ordinary = 0;  // the instruction that is carried out in the thunk's place, if there is one
 };
 
 // The words of one run at most.

@@ -35,6 +35,7 @@ constexpr std::uint32_t set_of(reg r) { return std::uint32_t{1} << r.number; }
 written_registers written_by(std::span<const run_word> run) {
   written_registers all;
   for (const run_word& w : run) {
+    if (w.ordinary) continue;
     all.x |= w.written.x;
     all.v |= w.written.v;
   }
@@ -58,10 +59,15 @@ class generator {
     size_ = offsetof(run_code, literals) + run_.size() * sizeof(run_literal);
     put(udf());
     header_.entry = here();
-    bring_in(registers_offset);
-    for (std::size_t i = 0; i != run_.size(); ++i) call(i);
-    header_.way_out = here();
-    bring_out();
+    if (run_.size() == 1 && run_[0].ordinary) {
+      put(run_[0].ordinary);
+      header_.way_out = header_.pop = here();
+    } else {
+      bring_in(registers_offset);
+      for (std::size_t i = 0; i != run_.size(); ++i) carry_out(i);
+      header_.way_out = here();
+      bring_out();
+    }
     header_.last = here();
     put(b(header_.behind_site() - (place_ + size_)));
     header_.end = here();
@@ -124,22 +130,42 @@ class generator {
     }
   }
 
-  // One thunk. A later one must find the stack pointer where the word has put it: what is above is the application's.
-  void call(std::size_t i) {
+  // One word. A later thunk must find the stack pointer where the word has put it: what is above is the application's.
+  void carry_out(std::size_t i) {
     header_.literals[i] = {run_[i].thunk, header_.site + i * 4, run_[i].word};
     const std::size_t literal = offsetof(run_code, literals) + i * sizeof(run_literal);
     put(ldr_x_literal(x2, distance_to(literal + offsetof(run_literal, pc))));
     put(str_x(x2, base, offsetof(cpu_state, pc)));
-    put(mov_x(x0, base));
-    put(ldr_w_literal(x1, distance_to(literal + offsetof(run_literal, word))));
-    put(ldr_x_literal(x2, distance_to(literal + offsetof(run_literal, thunk))));
-    put(blr(x2));
+    if (run_[i].ordinary) {
+      compute(run_[i].ordinary);
+    } else {
+      call(literal);
+    }
     if (use_of(run_[i]).sp_written) {
       put(ldr_x(x0, base, offsetof(cpu_state, sp)));
       put(add_x(sp, x0, 0));
     }
     put(ldur_x(x0, base, ends_distance));
     put(cbnz_x(x0, distance_to(header_.entry - sizeof(word))));
+  }
+
+  void call(std::size_t literal) {
+    put(mov_x(x0, base));
+    put(ldr_w_literal(x1, distance_to(literal + offsetof(run_literal, word))));
+    put(ldr_x_literal(x2, distance_to(literal + offsetof(run_literal, thunk))));
+    put(blr(x2));
+  }
+
+  // An ordinary instruction, in X0: its registers are in cpu_state, where the stack pointer comes after X30.
+  void compute(word instruction) {
+    const word d = instruction & 31, n = instruction >> 5 & 31;
+    if (is_add_or_sub_x(instruction)) {
+      put(ldr_x(x0, base, x_distance(n)));
+      put(instruction & ~place({31}, {31}));
+    } else {
+      put(instruction & ~word{31});
+    }
+    put(str_x(x0, base, x_distance(d)));
   }
 
   // The base's own value waits on the stack: when others may use the registers

@@ -48,6 +48,10 @@ constexpr assembled instructions[] = {
     {"mov sp, x0", add_x(sp, x0, 0), 0x9100001F},
     {"add x19, x19, #4095", add_x(x19, x19, 4095), 0x913FFE73},
     {"add x19, x19, #9, lsl #12", add_x_4096(x19, x19, 9), 0x91402673},
+    {"sub x3, x4, #4095", sub_x({3}, {4}, 4095), 0xD13FFC83},
+    {"sub sp, sp, #2, lsl #12", sub_x_4096(sp, sp, 2), 0xD1400BFF},
+    {"mov x3, #65535", movz_x({3}, 65535), 0xD29FFFE3},
+    {"mov x3, #-65536", movn_x({3}, 65535), 0x929FFFE3},
     {"udf #0", udf(), 0x00000000},
 };
 

@@ -44,7 +44,7 @@ TEST(RegisterUse, FollowsFromTheOperands) {
   for (const usage& u : words) {
     const decode_row* const row = decode_word(u.word).row;
     ASSERT_NE(row, nullptr) << u.text;
-    const register_use use = use_of(run_word{u.word, row, row->thunk, {}});
+    const register_use use = use_of(run_word{u.word, row, row->thunk, {}, 0});
     EXPECT_EQ(use.z, u.wanted.z) << u.text;
     EXPECT_EQ(use.z_written, u.wanted.z_written) << u.text;
     EXPECT_EQ(use.x, u.wanted.x) << u.text;
@@ -58,7 +58,7 @@ TEST(RegisterUse, OfARunIsThatOfAllItsWords) {
   std::array<run_word, 3> run;
   std::size_t count = 0;
   for (const std::uint32_t word : {0x04250083u, 0x65830041u, 0x0430E3E5u})
-    run[count++] = {word, decode_word(word).row, nullptr, {}};
+    run[count++] = {word, decode_word(word).row, nullptr, {}, 0};
   const register_use use = use_of(run);
   EXPECT_EQ(use.z, 0x3Eu);
   EXPECT_EQ(use.z_written, bit(3) | bit(1));
