@@ -16,6 +16,7 @@ namespace quern {
 
 class neon_fp {
   using words [[gnu::vector_size(16)]] = std::int32_t;
+  using doublewords [[gnu::vector_size(16)]] = std::int64_t;
 
  public:
   neon_fp() = default;
@@ -111,10 +112,15 @@ class neon_fp {
     return square | (number & (b << (format::width - 1)));
   }
 
-  // FSCALE: a * 2^n. Scaled by 60, halves are singles still, and all beyond the halves either way.
+  // FSCALE: a * 2^n, of halves by singles and of singles by doubles. Scaled by as much as 60 or 300 they are exact
+  // there, and more than that takes each number beyond its format's range.
   static halves fscale(halves a, halves n) {
     const singles low = fmul(low_singles(a), power_of_two(low_words(n)));
     return from_singles(low, fmul(high_singles(a), power_of_two(high_words(n))));
+  }
+  static singles fscale(singles a, singles n) {
+    const doubles low = fmul(low_doubles(a), power_of_two(low_doublewords(n)));
+    return from_doubles(low, fmul(high_doubles(a), power_of_two(high_doublewords(n))));
   }
 
   // Conversions as the software unit has them.
@@ -247,9 +253,12 @@ class neon_fp {
   HALF_OF_GROUP(high_doubles, doubles, singles, "fcvtl2 %0.2d, %1.4s")
   HALF_OF_GROUP(low_words, words, halves, "sxtl %0.4s, %1.4h")
   HALF_OF_GROUP(high_words, words, halves, "sxtl2 %0.4s, %1.8h")
+  HALF_OF_GROUP(low_doublewords, doublewords, singles, "sxtl %0.2d, %1.2s")
+  HALF_OF_GROUP(high_doublewords, doublewords, singles, "sxtl2 %0.2d, %1.4s")
   HALF_OF_GROUP(low_unsigned, singles, halves, "uxtl %0.4s, %1.4h")
   HALF_OF_GROUP(high_unsigned, singles, halves, "uxtl2 %0.4s, %1.8h")
   GROUP_OF_TWO(from_singles, halves, singles, "fcvtn %0.4h, %1.4s", "fcvtn2 %0.8h, %2.4s")
+  GROUP_OF_TWO(from_doubles, singles, doubles, "fcvtn %0.2s, %1.2d", "fcvtn2 %0.4s, %2.2d")
   GROUP_OF_TWO(odd_from_doubles, singles, doubles, "fcvtxn %0.2s, %1.2d", "fcvtxn2 %0.4s, %2.2d")
   GROUP_OF_TWO(saturated, halves, singles, "sqxtn %0.4h, %1.4s", "sqxtn2 %0.8h, %2.4s")
   GROUP_OF_TWO(unsigned_saturated, halves, singles, "uqxtn %0.4h, %1.4s", "uqxtn2 %0.8h, %2.4s")
@@ -294,10 +303,12 @@ class neon_fp {
     return from_singles(op(low_unsigned(a)), op(high_unsigned(a)));
   }
 
-  static singles power_of_two(words n) {
-    n = n > 60 ? words{} + 60 : n;
-    n = n < -60 ? words{} - 60 : n;
-    return singles(n + 127) << 23;
+  static singles power_of_two(words n) { return singles(clamped(n, 60) + 127) << 23; }
+  static doubles power_of_two(doublewords n) { return doubles(clamped(n, 300) + 1023) << 52; }
+  template <class Integers>
+  static Integers clamped(Integers n, int most) {
+    n = n > most ? Integers{} + most : n;
+    return n < -most ? Integers{} - most : n;
   }
 };
 

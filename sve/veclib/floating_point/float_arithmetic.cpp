@@ -34,10 +34,10 @@ constexpr auto MinVVM = float_merging(min);
 constexpr auto MaxNumVVM = float_merging(maxnum);
 constexpr auto MinNumVVM = float_merging(minnum);
 
-// Only of halves does the host's unit know the scaling.
+// The host's unit has no format to scale doubles by.
 constexpr auto ScaleVVM = []<class T>(T, CpuContext& ctx, const VecV& a, const PredV& pg, const VecV& b) {
   const auto scale = [](auto& fp, auto x, auto n) { return fp.fscale(x, n); };
-  if constexpr (sizeof(T) == 2) {
+  if constexpr (sizeof(T) != 8) {
     return merge_float_lanes<T>(scale, ctx, a, pg, a, b);
   } else {
     return merge_in_software<T>(scale, ctx, a, pg, a, b);

@@ -82,6 +82,8 @@ TEST(FloatUnits, AgreeInArithmetic) {
   expect_same_at_both_sizes("fminnm", OP(fminnm(a, b)));
   expect_same_at_both_sizes("frecps", OP(frecps(a, b)));
   expect_same_at_both_sizes("frsqrts", OP(frsqrts(a, b)));
+  expect_same_at_random<singles>("fscale", OP(fscale(a, b)));
+  expect_same_at_random<singles>("fscale", OP(fscale(a, (b >> 23) - 256)));
   expect_same_at_both_sizes("ftsmul", OP(ftsmul(a, b)));
   expect_same_at_both_sizes("ftmad", OP(ftmad(4, a, b)));
   expect_same_at_both_sizes("fmla", OP(fmla(a, b, c)));
@@ -197,6 +199,7 @@ TEST(FloatUnits, AgreeOnTwoHalves) {
   expect_same_for_halves("frecps", OP(frecps(a, b)));
   expect_same_for_halves("frsqrts", OP(frsqrts(a, b)));
   expect_same_for_halves("fscale", OP(fscale(a, b)));
+  expect_same_at_random<halves>("fscale", OP(fscale(a, (b >> 10) - 32)));
   expect_same_for_halves("ftmad", OP(ftmad(2, a, b)));
   expect_same_for_halves("fcmeq", OP(fcmeq(a, b)));
   expect_same_for_halves("fcmge", OP(fcmge(a, b)));
