@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "sve/client/application_context.h"
 #include "sve/client/reported_places.h"
 #include "sve/client/thread_state.h"
 #include "sve/decoder/memory_effect.h"
@@ -53,35 +54,10 @@ namespace {
 
 constinit thread_local std::array<std::uint64_t, max_suspects> suspects{};
 
-// The host's own always is the application's; cpu_state has it only after the application has written it.
-std::uint32_t control_of_floating_point([[maybe_unused]] const cpu_state& state) {
-#ifdef __aarch64__
-  return static_cast<std::uint32_t>(__builtin_aarch64_get_fpcr());
-#else
-  return state.fpcr;
-#endif
-}
-
-// All of the application's registers, as they were before the instruction.
-void fill(dr_mcontext_t& context, const cpu_state& state) {
-  static_assert(offsetof(dr_mcontext_t, xsp) - offsetof(dr_mcontext_t, r0) == sizeof state.x);
-  std::memcpy(reinterpret_cast<unsigned char*>(&context) + offsetof(dr_mcontext_t, r0), state.x, sizeof state.x);
-  context.xsp = state.sp;
-  context.pc = state.pc;
-  context.nzcv = static_cast<uint>(state.nzcv);
-  context.fpcr = control_of_floating_point(state);
-  context.fpsr = state.fpsr;
-  for (std::size_t n = 0; n != 32; ++n) std::memcpy(&context.simd[n], state.z[n], 16);
-}
-
-// Goes on in the application, with an access to the bytes that can have faulted. The context is built whole: the
-// framework's own answer has some registers of the client's code, and others in the wrong places.
+// Goes on in the application, with an access to the bytes that can have faulted.
 [[noreturn]] void repeat_access(const cpu_state& state) {
   put_destination_back();
-  dr_mcontext_t context{};
-  context.size = sizeof context;
-  context.flags = DR_MC_ALL;
-  fill(context, state);
+  dr_mcontext_t context = context_of(state);
   context.r0 = reinterpret_cast<reg_t>(suspects.data());
   context.r1 = list_suspects(current_access, suspects);
   context.pc = current_access.kind == MEM_STORE ? quern_touch_stored : quern_touch_loaded;
@@ -102,7 +78,7 @@ aarch64_decode_rc run_handler(void* drcontext, sve_handler handler, cpu_state* s
 
 dr_signal_action_t event_signal(void* drcontext, dr_siginfo_t* info) {
   const unsigned char* const pc = info->mcontext->pc;
-  if (pc >= quern_touch_loaded && pc <= quern_touch_done) fill(*info->mcontext, *thread_state(drcontext));
+  if (pc >= quern_touch_loaded && pc <= quern_touch_done) fill_context(*info->mcontext, *thread_state(drcontext));
   // No signal for the application when nothing has faulted: the instruction is due again.
   if (info->sig == SIGILL && pc == quern_touch_done) return DR_SIGNAL_REDIRECT;
   report_signal(*info);

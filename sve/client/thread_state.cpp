@@ -31,6 +31,7 @@ void quern::event_thread_init(void* drcontext) {
   std::align(cache_line, sizeof(thread_block), aligned, room);
   auto* const block = static_cast<thread_block*>(aligned);
   block->allocation = allocation;
+  block->call_outs = 0;
   client_assert(drmgr_set_tls_field(drcontext, tls_idx, &block->state), "false");
   if (shared_code == nullptr) make_shared_code(drcontext);  // in the first thread: the field must be there
 }

@@ -16,6 +16,7 @@ struct thread_block {
   cpu_state state;
   const emulated_place* place;
   app_pc return_address;
+  unsigned int call_outs;  // since the thread has last left the linked blocks
   void* allocation;
 };
 
@@ -23,6 +24,10 @@ struct thread_block {
 // frees it.
 void event_thread_init(void* drcontext);
 void event_thread_exit(void* drcontext);
+
+// A thread leaves the blocks that the framework has linked to each other after so many call-outs: a signal that came
+// during one is handed on then, and not before.
+inline constexpr unsigned int most_call_outs = 1024;
 
 // The register file of the thread; null only before its init event.
 inline cpu_state* thread_state(void* drcontext) {

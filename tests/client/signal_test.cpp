@@ -1,9 +1,13 @@
 // What a signal finds and leaves: the application's registers in rewritten code, and the scalable registers across
 // handlers.
 #include <algorithm>
+#include <optional>
 
 #include "client_test.h"
+#include "sve/client/emulate_instruction.h"
 #include "sve/client/signal_vectors.h"
+#include "sve/client/thread_state.h"
+#include "sve/decoder/sve_utils.h"
 #include "sve/state/saved_vectors.h"
 
 namespace quern {
@@ -57,6 +61,34 @@ TEST_F(Signals, AHandlerLeavesTheScalableRegistersAsTheyWere) {
   end(0x8000);
   EXPECT_TRUE(is_filled(1));
   EXPECT_EQ(in_use(), 0u);
+}
+
+// A signal that came during a call-out waits for that.
+TEST_F(Signals, AThreadLeavesTheLinkedBlocksNowAndThen) {
+  unsigned char* const pc = application_word(word_rdvl_x26);
+  const auto leaves = [&]() -> std::optional<dr_mcontext_t> {
+    try {
+      emulate_instruction(word_rdvl_x26, pc, get_sve_handler(word_rdvl_x26));
+    } catch (const redirected& to) {
+      return to.context;
+    }
+    return std::nullopt;
+  };
+  for (int round = 0; round != 2; ++round) {
+    for (unsigned int i = 1; i != most_call_outs; ++i) ASSERT_FALSE(leaves()) << i;
+    state.x[3] = 33;
+    state.sp = 0x5000;
+    framework.slots[1] = 127;
+    framework.slots[2] = 128;
+    const auto to = leaves();
+    ASSERT_TRUE(to);
+    EXPECT_EQ(to->pc, pc + 4);
+    EXPECT_EQ((&to->r0)[26], VL_BYTES);
+    EXPECT_EQ((&to->r0)[27], 127u);
+    EXPECT_EQ((&to->r0)[28], 128u);
+    EXPECT_EQ(to->r3, 33u);
+    EXPECT_EQ(to->xsp, 0x5000u);
+  }
 }
 
 TEST_F(Signals, AllElseIsNotTouched) {
