@@ -9,7 +9,8 @@ Both are run, a document's from first to last in one shell, unless a comment rig
 A line `...` of the output stands for any number of lines. Addresses, process numbers, times, and the widths of gaps may
 differ. With --update the output is written into the document anew, but for blocks with such a line.
 
-Links to files have to lead to some. Ends with status 77 where the build is not complete. Commands may end in a backslash, and go on in the next line.
+Commands may end in a backslash, and go on in the next line. Links to files have to lead to some. Ends with status 77
+where the build is not complete.
 """
 
 import os
@@ -52,7 +53,7 @@ class Block:
             elif self.kind == "console" and self.commands:
                 self.commands[-1].output.append(line)
             elif line.strip() and line[0] != "#":
-                raise SystemExit(f"line {number + 1}: a block of console begins with a command, as in `$ quern --version`")
+                raise SystemExit(f"line {number + 1}: a block of console begins with a command, as in `$ true`")
             continued = (continued or is_command) and line.endswith("\\")
 
 
@@ -97,8 +98,8 @@ def is_as_shown(printed, shown):
 
 
 def prepare(build, folder):
-    """Copies the sources as git has them, and puts what is built where the documents say that it is. Answers the shell's
-    environment."""
+    """Copies the sources as git has them, and puts what is built where the documents say that it is. Answers the
+    shell's environment."""
     names = subprocess.run(["git", "-C", SOURCE, "ls-files", "-co", "--exclude-standard", "-z"], check=True,
                            stdout=subprocess.PIPE).stdout.decode().split("\0")
     for name in filter(None, names):

@@ -20,9 +20,12 @@ class Documents(unittest.TestCase):
         for text in ("", "no commands", "```sh\ntrue\n# a comment\n```", "```console\n$ echo a\na\n```",
                      "```console\n$ echo a\na\n$ false\n[status 1]\n```",
                      "```sh\nexport A=b\n```\n```console\n$ echo $A\nb\n```", "```console\n$ echo a \\\n  b\na b\n```",
-                     "```console\n$ seq 9\n1\n...\n9\n```", "```console\n$ echo 'process  7 (parent 6)'\nprocess  12 (parent 9)\n```",
+                     "```console\n$ seq 9\n1\n...\n9\n```",
+                     "```console\n$ echo 'process  7 (parent 6)'\nprocess  12 (parent 9)\n```",
                      "```console\n$ echo at 0x10\nat 0x2f\n```", "<!-- not run: a reason -->\n```sh\nfalse\n```",
-                     "```sh\nf() {\n  echo $1\n}\n```\n```console\n$ f 5\n5\n```", "```text\n$ false\n```", "    indented text", "[a](README.md#here) [b](https://example.com/none)"):
+                     "```sh\nf() {\n  echo $1\n}\n```\n```console\n$ f 5\n5\n```",
+                     "```text\n$ false\n```", "    indented text",
+                     "[a](README.md#here) [b](https://example.com/none)"):
             with self.subTest(text=text):
                 self.assertEqual(outcome(text)[0], [])
 
@@ -30,7 +33,8 @@ class Documents(unittest.TestCase):
         for text in ("```sh\nfalse\n```", "```sh\ntrue\nfalse\ntrue\n```", "```console\n$ echo a\nb\n```",
                      "```console\n$ echo a\n```", "```console\n$ true\na\n```", "```console\n$ false\n```",
                      "```console\n$ echo 1\n2\n```", "```console\n$ seq 9\n1\n...\n8\n```",
-                     "<!-- not run: -->\n```sh\nfalse\n```", "    $ quern --version", "see [a](absent.md)", "    quern trace info my.trace"):
+                     "<!-- not run: -->\n```sh\nfalse\n```", "    $ quern --version", "see [a](absent.md)",
+                     "    quern trace info my.trace"):
             with self.subTest(text=text):
                 self.assertEqual(len(outcome(text)[0]), 1)
 

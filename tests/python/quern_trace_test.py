@@ -159,7 +159,8 @@ class Reading(unittest.TestCase):
         whole = content(path)
         starts = self.chunk_starts(whole, b"QERNCHNK") + self.chunk_starts(whole, b"QERNPACK")
         lengths = [100, 4096, size - 1]
-        lengths += [start + length for start in (starts[0], starts[-1]) for length in (8, 63, 64, 64 + 47, 64 + 48 * 5, 3000, 40000)]
+        within_chunk = (8, 63, 64, 64 + 47, 64 + 48 * 5, 3000, 40000)
+        lengths += [start + length for start in (starts[0], starts[-1]) for length in within_chunk]
         for length in lengths:
             with self.subTest(length=length):
                 cut = self.path("cut")
@@ -189,8 +190,8 @@ class Reading(unittest.TestCase):
                 self.assertEqual(record_rows(trace.records(region=1)), dump(path, "--region", "1"))
 
     def with_modules(self, *entries):
-        """A trace whose list of modules is that: of each its number, the record at which it was found, begin, end, build
-        ID and path; an end of 0 where it is gone."""
+        """A trace whose list of modules is that: of each its number, the record at which it was found, begin, end,
+        build ID and path; an end of 0 where it is gone."""
         data = bytearray(content(self.random(records=100)))
         start = self.chunk_starts(data, b"QERNMODS")[0]
         listed = b""
@@ -206,8 +207,9 @@ class Reading(unittest.TestCase):
         return quern_trace.Trace(path)
 
     def test_modules_are_found_by_address_and_record(self):
-        trace = self.with_modules((0, 0, 0x1000, 0x2000, b"\xAB\xCD", b"/a/program"), (1, 5, 0x3000, 0x5000, b"", b"/a/lib1"),
-                                  (1, 10, 0, 0, b"", b""), (2, 20, 0x4000, 0x6000, b"", b"/a/lib2"))
+        trace = self.with_modules((0, 0, 0x1000, 0x2000, b"\xAB\xCD", b"/a/program"),
+                                  (1, 5, 0x3000, 0x5000, b"", b"/a/lib1"), (1, 10, 0, 0, b"", b""),
+                                  (2, 20, 0x4000, 0x6000, b"", b"/a/lib2"))
         self.assertEqual([module.path for module in trace.modules], ["/a/program", "/a/lib1", "/a/lib2"])
         self.assertEqual([module.build_id for module in trace.modules], ["abcd", "", ""])
         self.assertEqual([module.last for module in trace.modules], [2**64 - 1, 10, 2**64 - 1])
@@ -241,7 +243,8 @@ class Reading(unittest.TestCase):
         random = np.random.default_rng(1)
         for _ in range(10):
             damaged = bytearray(data)
-            damaged[first_block + quern_trace.BLOCK.itemsize + random.integers(block["packed_bytes"])] = random.integers(256)
+            at = first_block + quern_trace.BLOCK.itemsize + random.integers(block["packed_bytes"])
+            damaged[at] = random.integers(256)
             name = self.path("damaged")
             with open(name, "wb") as file:
                 file.write(damaged)
@@ -251,7 +254,8 @@ class Reading(unittest.TestCase):
 
     def test_what_is_no_trace_is_refused(self):
         good = content(self.random(records=100))
-        for name, bad, message in (("empty", b"", "is empty, no trace file"), ("text", b"some text", "not a trace file"),
+        for name, bad, message in (("empty", b"", "is empty, no trace file"),
+                                   ("text", b"some text", "not a trace file"),
                                        ("new", good[:8] + b"\x63" + good[9:], "has format version 99"),
                                        ("other", good[:12] + b"\1\2\3\4" + good[16:], "the other byte order"),
                                        ("sizes", good[:28] + b"\0" + good[29:], "sizes that can't be")):
@@ -333,7 +337,8 @@ class Programs(unittest.TestCase):
                 accesses = trace.records(kind="load")
                 self.assertEqual(trace.module_of(accesses["pc"][0]).path, own)
                 for pc in np.unique(accesses["pc"]):
-                    self.assertRegex(trace.name_of(pc, accesses["count"][-1]), rf"^{functions[name]}[.a-z0-9]*\+0x[0-9a-f]+$")
+                    self.assertRegex(trace.name_of(pc, accesses["count"][-1]),
+                                     rf"^{functions[name]}[.a-z0-9]*\+0x[0-9a-f]+$")
                 # The program was built anew since.
                 image = content(own)
                 note = image.index(b"\3\0\0\0GNU\0") + 8

@@ -142,7 +142,8 @@ class Trace:
         end = at + min(int(chunk["count"]), size - CHUNK.itemsize)
         while at < end and at + BLOCK.itemsize <= len(self._bytes):
             block = self._bytes[at:at + BLOCK.itemsize].view(BLOCK)[0]
-            if not BLOCK.itemsize <= block["size"] <= end - at or block["packed_bytes"] > block["size"] - BLOCK.itemsize:
+            if (not BLOCK.itemsize <= block["size"] <= end - at
+                    or block["packed_bytes"] > block["size"] - BLOCK.itemsize):
                 self.damaged += 1
                 return
             if at + int(block["size"]) > len(self._bytes):
@@ -206,7 +207,8 @@ class Trace:
 
     def threads(self):
         """The kernel's numbers of the threads that have records, sorted."""
-        return np.unique(np.concatenate([np.empty(0, np.uint32)] + [np.unique(part["thread"]) for part in self.chunks()]))
+        found = [np.unique(part["thread"]) for part in self.chunks()]
+        return np.unique(np.concatenate(found + [np.empty(0, np.uint32)]))
 
     def regions(self):
         """The regions of interest, an array of REGION. They are numbered from 1 on, in the order in which they began;
@@ -230,8 +232,8 @@ class Trace:
         return numbers
 
     def module_of(self, pc, count=0):
-        """The Module that the address was in at the record of that count, or None. A library may be found a little later
-        than its first record."""
+        """The Module that the address was in at the record of that count, or None. A library may be found a little
+        later than its first record."""
         found = None
         for module in self.modules:
             if not module.begin <= pc < module.end:
@@ -342,8 +344,8 @@ def _regions_between(markers):
 ELF_HEADER = np.dtype([("ident", "S16"), ("type", "u2"), ("machine", "u2"), ("version", "u4"), ("entry", "u8"),
                        ("phoff", "u8"), ("shoff", "u8"), ("flags", "u4"), ("ehsize", "u2"), ("phentsize", "u2"),
                        ("phnum", "u2"), ("shentsize", "u2"), ("shnum", "u2"), ("shstrndx", "u2")])
-SEGMENT = np.dtype([("type", "u4"), ("flags", "u4"), ("offset", "u8"), ("vaddr", "u8"), ("paddr", "u8"), ("filesz", "u8"),
-                    ("memsz", "u8"), ("align", "u8")])
+SEGMENT = np.dtype([("type", "u4"), ("flags", "u4"), ("offset", "u8"), ("vaddr", "u8"), ("paddr", "u8"),
+                    ("filesz", "u8"), ("memsz", "u8"), ("align", "u8")])
 SECTION = np.dtype([("name", "u4"), ("type", "u4"), ("flags", "u8"), ("addr", "u8"), ("offset", "u8"), ("size", "u8"),
                     ("link", "u4"), ("info", "u4"), ("addralign", "u8"), ("entsize", "u8")])
 SYMBOL = np.dtype([("name", "u4"), ("info", "u1"), ("other", "u1"), ("shndx", "u2"), ("value", "u8"), ("size", "u8")])
@@ -442,10 +444,11 @@ def unpack_blocks(blocks, counts):
 
 
 def _unpack_side_by_side(numbers, at, limits, counts):
-    """Unpacks from numbers[at[i]:limits[i]] counts[i] records for each i; the counts fall. Answers arrays of all blocks'
-    first, second, ... records by field, and the number of records that were whole."""
+    """Unpacks from numbers[at[i]:limits[i]] counts[i] records for each i; the counts fall. Answers arrays of all
+    blocks' first, second, ... records by field, and the number of records that were whole."""
     steps, width = int(counts.max(initial=0)), len(counts)
-    found = {name: np.zeros((steps, width), SLOT[name]) for name in ("count", "tid", "group", "kind", "size", "addr", "pc")}
+    fields = ("count", "tid", "group", "kind", "size", "addr", "pc")
+    found = {name: np.zeros((steps, width), SLOT[name]) for name in fields}
     lengths = counts.copy()
     numbers = np.append(numbers, np.zeros(1, np.uint64))
     model = _Model(width)
@@ -463,7 +466,7 @@ def _unpack_side_by_side(numbers, at, limits, counts):
 
 
 class _Model:
-    """What comes next in each block, as far as its records so far tell: 128 places, by their instructions' addresses."""
+    """What comes next in each block, as far as its records so far tell: 128 places, by the instructions' addresses."""
 
     FIELDS = ("pc", "addr", "stride", "size", "next_pc", "tid", "group", "kind")
 
