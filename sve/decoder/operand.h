@@ -3,6 +3,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <string>
 
@@ -67,6 +69,14 @@ constexpr std::int32_t signed_field(std::uint32_t word) {
   return sign_extend(field<Op>(word), std::popcount(Op.mask));
 }
 
+// A register record. By doublewords, as calls pass it: field by field compilers take twice the instructions.
+template <class Record>
+constexpr Record register_record(std::uint32_t num, std::uint32_t size, std::uint32_t dsize, std::uint32_t ssize) {
+  const auto doubleword = [](std::uint32_t low, std::uint32_t high) { return low | std::uint64_t{high} << 32; };
+  static_assert(std::endian::native == std::endian::little);
+  return std::bit_cast<Record>(std::array{doubleword(num, size), doubleword(dsize, ssize)});
+}
+
 // A register operand's value as a direct handler takes it. Scalars in vectors are bare register numbers.
 template <operand Op, std::uint32_t RowSize>
 constexpr auto bind_register(std::uint32_t word) {
@@ -75,12 +85,15 @@ constexpr auto bind_register(std::uint32_t word) {
   constexpr std::uint32_t code = traits.code == operand_traits::sized_by_row ? size : traits.code;
   const std::uint32_t num = field<Op>(word);
   if constexpr (traits.file == register_file::vector) {
-    return traits.both ? aarch64_z_reg{num, z_none, code, code} : aarch64_z_reg{num, code, z_none, z_none};
+    return traits.both ? register_record<aarch64_z_reg>(num, z_none, code, code)
+                       : register_record<aarch64_z_reg>(num, code, z_none, z_none);
   } else if constexpr (traits.file == register_file::predicate) {
-    return traits.both ? aarch64_p_reg{num, p_none, code, code} : aarch64_p_reg{num, code, p_none, p_none};
+    return traits.both ? register_record<aarch64_p_reg>(num, p_none, code, code)
+                       : register_record<aarch64_p_reg>(num, code, p_none, p_none);
   } else if constexpr (traits.file == register_file::general) {
     constexpr std::uint32_t whole = std::max(code, size_w);
-    return traits.both ? aarch64_i_reg{num, i_none, whole, whole} : aarch64_i_reg{num, code, i_none, i_none};
+    return traits.both ? register_record<aarch64_i_reg>(num, i_none, whole, whole)
+                       : register_record<aarch64_i_reg>(num, code, i_none, i_none);
   } else if constexpr (traits.file == register_file::general_sp) {
     return aarch64_i_rsp_reg{num, code};
   } else {

@@ -4,29 +4,44 @@
 
 #include <cstddef>
 
-#include "sve/state/lane_group.h"
+#include "sve/handlers/lane_block.h"
+#include "sve/handlers/register_bytes.h"
 
 namespace quern {
 
-// The loops below run in place and are told that their lanes do not depend on each other (ivdep): lane i of the result
-// comes from lane i of each source alone, and two registers are either the same or apart. So the destination may be any
-// source, and no whole result need be built first.
+// The loops below run in place: lane i of the result comes from lane i of each source alone, and two registers are
+// either the same or apart. So the destination may be any source, and no whole result need be built first.
 
 // d[i] = op(source[i]...), every lane.
 template <class T, class Op, class... Source>
 inline void each_lane(Op op, unsigned char* d, const Source*... source) {
-#pragma GCC ivdep
-  for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(d, i, static_cast<T>(op(lane<T>(source, i)...)));
+  each_block([=](const auto&... block) { return map_block<T>(op, block...); }, d, source...);
+}
+
+// All groups of d are one, and all its lanes one number.
+template <lane_group T>
+inline void fill_groups(unsigned char* d, T group) {
+  each_lane<T>([=] { return group; }, d);
+}
+template <class T>
+inline void fill_lanes(unsigned char* d, T value) {
+  fill_groups(d, in_each_lane<group_of<T>>(value));
+}
+
+// d[i] = op(all ones or all zeros, source[i]...), every lane: ones where it is active.
+template <class T, class Op, class... Source>
+inline void each_masked_lane(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
+  each_block([=](const lane_block& predicate,
+                 const auto&... block) { return map_block<T>(op, active_masks<T>(predicate), block...); },
+             d, pg, source...);
 }
 
 // d[i] = op(source[i]...) where the lane is active, else the old d[i]. op runs for inactive lanes too, so that the loop
 // has no branch: it must be harmless there.
 template <class T, class Op, class... Source>
 inline void merge_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
-#pragma GCC ivdep
-  for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    set_lane<T>(d, i, select(active_mask<T>(pg, i), static_cast<T>(op(lane<T>(source, i)...)), lane<T>(d, i)));
-  }
+  each_masked_lane<T>([=](T active, T old, auto... x) { return select(active, static_cast<T>(op(x...)), old); }, d, pg,
+                      d, source...);
 }
 
 // The same, but op runs for active lanes alone: for an operation that costs far more than a branch, or must not run.
@@ -37,39 +52,33 @@ inline void pass_over_lanes(Op op, unsigned char* d, const unsigned char* pg, co
 }
 
 // The same on groups of floating-point lanes: in an inactive lane op sees 1.0 in place of its sources, and so raises no
-// flag. Unrolled whole, which the compiler does by itself for short bodies alone: each access then has its address in
-// one register and a constant.
+// flag. The addresses are formed anew, so that nothing is loaded before it is known whether all lanes are active: that
+// would keep it in many registers, and a host may have to save those that are written.
 template <lane_group T, class Op, class... Source>
 inline void merge_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
-#pragma GCC unroll 16
-  for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    const T active = active_mask<T>(lane<T>(pg, i));
-    set_lane<T>(d, i, select(active, op(or_one(active, lane<T>(source, i))...), lane<T>(d, i)));
-  }
+  if (all_active<lane_of<T>>(pg)) return each_lane<T>(op, d, source...);
+  each_masked_lane<T>([=](T active, T old, auto... x) { return select(active, op(or_one(active, x)...), old); },
+                      formed(d), formed(pg), formed(d), formed(source)...);
 }
 
 // d[i] = op(source[i]...) where the lane is active, else 0. op runs for inactive lanes too.
 template <class T, class Op, class... Source>
 inline void zero_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
-#pragma GCC ivdep
-  for (std::size_t i = 0; i != lane_count<T>; ++i)
-    set_lane<T>(d, i, static_cast<T>(static_cast<T>(op(lane<T>(source, i)...)) & active_mask<T>(pg, i)));
+  each_masked_lane<T>([=](T active, auto... x) { return static_cast<T>(op(x...)) & active; }, d, pg, source...);
 }
 
 // The same on groups of floating-point lanes, of which op sees 1.0 where they are inactive.
 template <lane_group T, class Op, class... Source>
 inline void zero_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
-#pragma GCC unroll 16
-  for (std::size_t i = 0; i != lane_count<T>; ++i) {
-    const T active = active_mask<T>(lane<T>(pg, i));
-    set_lane<T>(d, i, op(or_one(active, lane<T>(source, i))...) & active);
-  }
+  if (all_active<lane_of<T>>(pg)) return each_lane<T>(op, d, source...);
+  each_masked_lane<T>([=](T active, auto... x) { return op(or_one(active, x)...) & active; }, formed(d), formed(pg),
+                      formed(source)...);
 }
 
 // d[i] = yes[i] where the lane is active, else no[i].
 template <class T>
 inline void select_lanes(unsigned char* d, const unsigned char* pg, const unsigned char* yes, const unsigned char* no) {
-  each_lane<T>([](T predicate, T y, T n) { return select(active_mask(predicate), y, n); }, d, pg, yes, no);
+  each_masked_lane<group_of<T>>([](auto active, auto y, auto n) { return select(active, y, n); }, d, pg, yes, no);
 }
 
 // op over all active lanes of `source`, from `neutral` on: op(x, neutral) is x. The accumulator may be wider than the

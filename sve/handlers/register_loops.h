@@ -28,14 +28,15 @@ inline void predicated_lanes(Op op, unsigned char* d, const unsigned char* pg, c
 // Zd = op(Zn, Zm), every lane.
 template <class Types = all_element_types, class Op>
 inline aarch64_decode_rc each_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm, Op op) {
-  Types::by_size(zd.size, [&]<class T>(T) { each_lane<T>(op, state->z[zd.num], state->z[zn.num], state->z[zm.num]); });
+  Types::by_size(zd.size,
+                 [&]<class T>(T) { each_lane<T>(op, bytes_of(state, zd), bytes_of(state, zn), bytes_of(state, zm)); });
   return DECODE_OK;
 }
 
 // Zdn = op(Zdn, constant), every lane: the constant is extended, or cut, to the element.
 template <class Types = all_element_types, class Op>
 inline aarch64_decode_rc each_zi(cpu_state* state, aarch64_z_reg zdn, std::uint64_t constant, Op op) {
-  unsigned char* const d = state->z[zdn.num];
+  unsigned char* const d = bytes_of(state, zdn);
   Types::by_size(zdn.dsize, [&]<class T>(T) {
     each_lane<T>([op, second = static_cast<T>(constant)](T first) { return op(first, second); }, d, d);
   });
@@ -46,7 +47,7 @@ inline aarch64_decode_rc each_zi(cpu_state* state, aarch64_z_reg zdn, std::uint6
 template <class Types = all_element_types, inactive_lane Inactive = inactive_lane::computed, class Op>
 inline aarch64_decode_rc merge_unary(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn, Op op) {
   Types::by_size(zd.size, [&]<class T>(T) {
-    predicated_lanes<Inactive, T>(op, state->z[zd.num], state->p[pg.num], state->z[zn.num]);
+    predicated_lanes<Inactive, T>(op, bytes_of(state, zd), bytes_of(state, pg), bytes_of(state, zn));
   });
   return DECODE_OK;
 }
@@ -54,9 +55,10 @@ inline aarch64_decode_rc merge_unary(cpu_state* state, aarch64_z_reg zd, aarch64
 // Zdn = op(Zdn, Zm), active lanes.
 template <class Types = all_element_types, inactive_lane Inactive = inactive_lane::computed, class Op>
 inline aarch64_decode_rc merge_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm, Op op) {
-  unsigned char* const d = state->z[zdn.num];
-  Types::by_size(zdn.dsize,
-                 [&]<class T>(T) { predicated_lanes<Inactive, T>(op, d, state->p[pg.num], d, state->z[zm.num]); });
+  unsigned char* const d = bytes_of(state, zdn);
+  Types::by_size(zdn.dsize, [&]<class T>(T) {
+    predicated_lanes<Inactive, T>(op, d, bytes_of(state, pg), d, bytes_of(state, zm));
+  });
   return DECODE_OK;
 }
 
@@ -64,9 +66,9 @@ inline aarch64_decode_rc merge_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_
 template <class Types = all_element_types, inactive_lane Inactive = inactive_lane::computed, class Op>
 inline aarch64_decode_rc merge_zpzz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg second,
                                     aarch64_z_reg third, Op op) {
-  unsigned char* const d = state->z[zdn.num];
+  unsigned char* const d = bytes_of(state, zdn);
   Types::by_size(zdn.dsize, [&]<class T>(T) {
-    predicated_lanes<Inactive, T>(op, d, state->p[pg.num], d, state->z[second.num], state->z[third.num]);
+    predicated_lanes<Inactive, T>(op, d, bytes_of(state, pg), d, bytes_of(state, second), bytes_of(state, third));
   });
   return DECODE_OK;
 }

@@ -16,4 +16,9 @@ inline constexpr std::size_t left_in_page(std::uint64_t address) {
   return smallest_page - (address - page_of(address));
 }
 
+// Whether so many bytes from `address` on lie in one page.
+inline constexpr bool is_in_page(std::uint64_t address, std::size_t bytes) {
+  return address - page_of(address) <= smallest_page - bytes;
+}
+
 }  // namespace quern

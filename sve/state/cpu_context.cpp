@@ -3,6 +3,7 @@
 
 #include <bit>
 #include <cstring>
+#include <iterator>
 
 #include "sve/state/predicate_bits.h"
 
@@ -23,6 +24,13 @@ void from_pred(const PredV& value, unsigned char* bytes) {
   unpack_predicate(image, bytes);
 }
 
+// All are read before any is written: so vectors are moved by pairs.
 void clean_pred(unsigned char* bytes) {
-  for (int i = 0; i != VL_BYTES; ++i) bytes[i] &= 1;
+  using vector [[gnu::vector_size(16), gnu::may_alias, gnu::aligned(1)]] = unsigned char;
+  auto* const vectors = reinterpret_cast<vector*>(bytes);
+  vector clean[VL_BYTES / sizeof(vector)];
+#pragma GCC unroll 16
+  for (unsigned i = 0; i != std::size(clean); ++i) clean[i] = vectors[i] & 1;
+#pragma GCC unroll 16
+  for (unsigned i = 0; i != std::size(clean); ++i) vectors[i] = clean[i];
 }

@@ -2,16 +2,31 @@
 // type, and arithmetic on it is that of its lanes.
 #pragma once
 
+#include <type_traits>
+#include <utility>
+
 #include "sve/state/lanes.h"
+
+#ifdef __aarch64__
+#include <arm_neon.h>
+#endif
 
 namespace quern {
 
-using halves [[gnu::vector_size(16)]] = std::uint16_t;
-using singles [[gnu::vector_size(16)]] = std::uint32_t;
-using doubles [[gnu::vector_size(16)]] = std::uint64_t;
+// The group of lanes of a type.
+template <class Lane>
+struct group_type {
+  using type [[gnu::vector_size(16)]] = Lane;
+};
+template <class Lane>
+using group_of = typename group_type<Lane>::type;
+using halves = group_of<std::uint16_t>;
+using singles = group_of<std::uint32_t>;
+using doubles = group_of<std::uint64_t>;
 
 template <class T>
-concept lane_group = std::is_same_v<T, halves> || std::is_same_v<T, singles> || std::is_same_v<T, doubles>;
+concept lane_group = std::is_same_v<T, group_of<std::uint8_t>> || std::is_same_v<T, halves> ||
+    std::is_same_v<T, singles> || std::is_same_v<T, doubles>;
 
 // The type of a group's lanes; any other type is its own.
 template <class T>
@@ -25,16 +40,25 @@ struct lane_type<T> {
 template <class T>
 using lane_of = typename lane_type<T>::type;
 
+// Group i of the VL_BYTES bytes at `bytes`. Not by a copy, as other lanes: the compiler makes of those of 16 bytes an
+// integer's, which it moves singly, or through general registers.
+template <lane_group T>
+using group_in_bytes [[gnu::may_alias, gnu::aligned(1)]] = T;
+template <lane_group T>
+inline T lane(const unsigned char* bytes, std::size_t i) {
+  return reinterpret_cast<const group_in_bytes<T>*>(bytes)[i];
+}
+template <lane_group T>
+inline void set_lane(unsigned char* bytes, std::size_t i, T value) {
+  reinterpret_cast<group_in_bytes<T>*>(bytes)[i] = value;
+}
+
 template <lane_group T>
 inline constexpr int group_lanes = sizeof(T) / sizeof(lane_of<T>);
 
 // The size code is the lanes'.
 template <lane_group T>
 inline constexpr std::uint32_t size_code<T> = size_code<lane_of<T>>;
-
-// The group of lanes of a type.
-template <class Lane>
-using group_of = std::conditional_t<sizeof(Lane) == 2, halves, std::conditional_t<sizeof(Lane) == 4, singles, doubles>>;
 
 // The same value in each lane.
 template <lane_group T>
@@ -50,15 +74,37 @@ inline T ones() {
   return in_each_lane<T>(static_cast<lane_of<T>>(one));
 }
 
+// For each lane of T in 16 bytes of a predicate, all ones if it is active, else all zeros. On AArch64 by the
+// instruction that the compiler makes two of.
+template <class T>
+inline doubles active_lanes(doubles predicate) {
+#ifdef __aarch64__
+  if constexpr (sizeof(T) == 1) return doubles(vtstq_u8(uint8x16_t(predicate), vdupq_n_u8(1)));
+  if constexpr (sizeof(T) == 2) return doubles(vtstq_u16(uint16x8_t(predicate), vdupq_n_u16(1)));
+  if constexpr (sizeof(T) == 4) return doubles(vtstq_u32(uint32x4_t(predicate), vdupq_n_u32(1)));
+  return doubles(vtstq_u64(uint64x2_t(predicate), vdupq_n_u64(1)));
+#else
+  return doubles(-(group_of<std::make_unsigned_t<T>>(predicate) & 1));
+#endif
+}
+
 template <lane_group T>
 inline T active_mask(T predicate_elements) {
-  return T((predicate_elements & 1) != 0);
+  return T(active_lanes<lane_of<T>>(doubles(predicate_elements)));
 }
 
 // x in the lanes where the mask is all ones, 1.0 where it is all zeros.
 template <lane_group T>
 inline T or_one(T active, T x) {
   return select(active, x, ones<T>());
+}
+
+// The group whose lane i is lane Index(i, lanes of a group) of a and b as one row.
+template <auto Index, lane_group T>
+inline T shuffle(T a, T b) {
+  constexpr int n = group_lanes<T>;
+  return [=]<int... I>(std::integer_sequence<int, I...>) { return __builtin_shufflevector(a, b, Index(I, n)...); }
+  (std::make_integer_sequence<int, n>{});
 }
 
 // The lanes of even (odd) number, first those of a, then those of b.

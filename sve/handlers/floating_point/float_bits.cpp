@@ -22,7 +22,7 @@ aarch64_decode_rc sve_fneg_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg
 }
 
 aarch64_decode_rc sve_fdup_zi(cpu_state* state, aarch64_z_reg zd, aarch64_sve_fp_dup_imm imm) {
-  const auto dup = [&]<class T>(T pattern) { each_lane<T>([=] { return pattern; }, state->z[zd.num]); };
+  const auto dup = [&]<class T>(T pattern) { fill_lanes(bytes_of(state, zd), pattern); };
   if (zd.size == size_s) {
     dup(imm.single);
   } else if (zd.size == size_d) {

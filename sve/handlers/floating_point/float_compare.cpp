@@ -13,7 +13,8 @@ aarch64_decode_rc compare(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, 
                           const Source*... source) {
   host_fp fp(*state);
   float_types::by_size(size, [&]<class T>(T) {
-    zero_lanes_or_ones<T>([&](auto... x) { return op(fp, x...) & 1; }, state->p[pd.num], state->p[pg.num], source...);
+    zero_lanes_or_ones<T>([&](auto... x) { return op(fp, x...) & 1; }, bytes_of(state, pd), bytes_of(state, pg),
+                          source...);
   });
   return DECODE_OK;
 }
@@ -24,7 +25,7 @@ aarch64_decode_rc compare(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, 
   aarch64_decode_rc sve_fcm##cc##_ppzz(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_z_reg zn, \
                                        aarch64_z_reg zm) {                                                     \
     const auto op = [](host_fp& fp, auto n, auto m) { return holds; };                                         \
-    return compare(state, pd, pg, zn.size, op, state->z[zn.num], state->z[zm.num]);                            \
+    return compare(state, pd, pg, zn.size, op, bytes_of(state, zn), bytes_of(state, zm));                      \
   }
 COMPARE(eq, fp.fcmeq(n, m))
 COMPARE(ne, ~fp.fcmeq(n, m))
@@ -36,7 +37,7 @@ COMPARE(uo, fp.fcmuo(n, m))
 #define COMPARE_WITH_ZERO(cc, holds)                                                                            \
   aarch64_decode_rc sve_fcm##cc##_ppz(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_z_reg zn) { \
     const auto op = []<class T>(host_fp& fp, T n) { return holds; };                                            \
-    return compare(state, pd, pg, zn.size, op, state->z[zn.num]);                                               \
+    return compare(state, pd, pg, zn.size, op, bytes_of(state, zn));                                            \
   }
 COMPARE_WITH_ZERO(eq, fp.fcmeq(n, T{}))
 COMPARE_WITH_ZERO(ge, fp.fcmge(n, T{}))

@@ -24,8 +24,9 @@ inline T negated(T x) {
 template <class Op>
 inline aarch64_decode_rc float_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, Op op) {
   host_fp fp(*state);
-  float_types::by_size(
-      zd.size, [&]<class T>(T) { each_lane<T>([&](T n) { return op(fp, n); }, state->z[zd.num], state->z[zn.num]); });
+  float_types::by_size(zd.size, [&]<class T>(T) {
+    each_lane<T>([&](T n) { return op(fp, n); }, bytes_of(state, zd), bytes_of(state, zn));
+  });
   return DECODE_OK;
 }
 

@@ -63,7 +63,7 @@ aarch64_decode_rc sve_fcmla_zpzzr(cpu_state* state, aarch64_z_reg zda, aarch64_p
   host_fp fp(*state);
   float_types::by_size(zda.dsize, [&]<class T>(T) {
     const auto multiply_add = rotation % 2 != 0 ? multiply_add_complex<true, T> : multiply_add_complex<false, T>;
-    multiply_add(fp, rotation, state->z[zda.num], state->p[pg.num], state->z[zn.num], state->z[zm.num]);
+    multiply_add(fp, rotation, bytes_of(state, zda), bytes_of(state, pg), bytes_of(state, zn), bytes_of(state, zm));
   });
   return DECODE_OK;
 }

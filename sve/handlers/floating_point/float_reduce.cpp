@@ -32,7 +32,7 @@ aarch64_decode_rc reduce_vpz(cpu_state* state, unsigned int vd, aarch64_p_reg pg
   host_fp fp(*state);
   float_types::by_size(zn.size, [&]<class T>(T) {
     const auto with_unit = [&](T a, T b) { return op(fp, a, b); };
-    set_scalar(state->z[vd], reduce<T>(with_unit, state->p[pg.num], state->z[zn.num]));
+    set_scalar(state->z[vd], reduce<T>(with_unit, bytes_of(state, pg), bytes_of(state, zn)));
   });
   return DECODE_OK;
 }

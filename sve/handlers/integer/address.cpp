@@ -32,8 +32,8 @@ aarch64_decode_rc sve_adr_scaled_zzz(cpu_state* state, aarch64_z_reg zd, aarch64
   const auto shift = static_cast<int>(state->instr_word >> 10 & 3);
   const bool doublewords = (state->instr_word >> 22 & 1) != 0;
   by_size(doublewords ? size_d : size_s, [&]<class T>(T) {
-    each_lane<T>([=](T n, T m) { return static_cast<T>(n + static_cast<T>(m << shift)); }, state->z[zd.num],
-                 state->z[zn.num], state->z[zm.num]);
+    each_lane<T>([=](T n, T m) { return static_cast<T>(n + static_cast<T>(m << shift)); }, bytes_of(state, zd),
+                 bytes_of(state, zn), bytes_of(state, zm));
   });
   return DECODE_OK;
 }

@@ -1,20 +1,32 @@
 // INDEX.
 #include "sve/handlers/integer/index.h"
 
+#include <utility>
+
 #include "sve/handlers/general_register.h"
-#include "sve/state/lanes.h"
+#include "sve/handlers/register_bytes.h"
+#include "sve/state/lane_group.h"
 
 using namespace quern;
 
 namespace {
 
+// 0, 1, 2 and so on.
+template <lane_group T>
+constexpr T first_numbers() {
+  return []<std::size_t... I>(std::index_sequence<I...>) { return T{static_cast<lane_of<T>>(I)...}; }
+  (std::make_index_sequence<group_lanes<T>>{});
+}
+
 // Operands of 64 bits, an immediate sign-extended, since every element is a narrowing of the 64-bit one.
 aarch64_decode_rc write_index(cpu_state* state, aarch64_z_reg zd, std::uint64_t start, std::uint64_t step) {
-  unsigned char* const d = state->z[zd.num];
+  unsigned char* const d = bytes_of(state, zd);
   by_size(zd.size, [&]<class T>(T) {
-    T element = static_cast<T>(start);
-    for (std::size_t i = 0; i != lane_count<T>; ++i, element = static_cast<T>(element + static_cast<T>(step)))
-      set_lane<T>(d, i, element);
+    using group = group_of<T>;
+    group elements = first_numbers<group>() * static_cast<T>(step) + static_cast<T>(start);
+    const group next = in_each_lane<group>(static_cast<T>(step * group_lanes<group>));
+#pragma GCC unroll 16
+    for (std::size_t i = 0; i != lane_count<group>; ++i, elements += next) set_lane(d, i, elements);
   });
   return DECODE_OK;
 }

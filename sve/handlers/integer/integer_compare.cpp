@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "sve/handlers/lane_loops.h"
-#include "sve/handlers/predicate/predicate_flags.h"
+#include "sve/handlers/predicate/predicate_result.h"
 
 using namespace quern;
 
@@ -19,14 +19,13 @@ struct as_signed_elements {
   using type = std::make_signed_t<T>;
 };
 
-// Pd = whether `holds` for the lanes of the sources, under Pg; flags before Pd, which may be Pg.
+// Pd = whether `holds` for the lanes of the sources, under Pg; and the flags. Pd may be Pg.
 template <class T, class Holds, class... Source>
 void compare_lanes(Holds holds, cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, const Source*... source) {
-  const unsigned char* const governing = state->p[pg.num];
-  vector_result r;
-  zero_lanes<T>(holds, r.bytes, governing, source...);
-  test_flags<T>(state, governing, r.bytes);
-  r.copy_to(state->p[pd.num]);
+  unsigned char *const d = bytes_of(state, pd), *const governing = bytes_of(state, pg);
+  const active_ends ends = ends_of<T>(governing);
+  zero_lanes<T>(holds, d, governing, source...);
+  set_flags<T>(state, ends, d);
 }
 
 template <class Elements, class Holds>
@@ -34,7 +33,7 @@ aarch64_decode_rc compare(Holds holds, cpu_state* state, aarch64_p_reg pd, aarch
                           aarch64_z_reg zm) {
   by_size(zn.size, [&]<class U>(U) {
     using T = typename Elements::template type<U>;
-    compare_lanes<T>(holds, state, pd, pg, state->z[zn.num], state->z[zm.num]);
+    compare_lanes<T>(holds, state, pd, pg, bytes_of(state, zn), bytes_of(state, zm));
   });
   return DECODE_OK;
 }
@@ -45,7 +44,7 @@ aarch64_decode_rc compare_immediate(Holds holds, cpu_state* state, aarch64_p_reg
   by_size(zn.size, [&]<class U>(U) {
     using T = typename Elements::template type<U>;
     const T narrowed = static_cast<T>(imm);
-    compare_lanes<T>([=](T n) { return holds(n, narrowed); }, state, pd, pg, state->z[zn.num]);
+    compare_lanes<T>([=](T n) { return holds(n, narrowed); }, state, pd, pg, bytes_of(state, zn));
   });
   return DECODE_OK;
 }

@@ -21,7 +21,7 @@ aarch64_decode_rc reduce(cpu_state* state, unsigned int vd, aarch64_p_reg pg, aa
                          std::uint64_t neutral) {
   by_size(zn.size, [&]<class T>(T) {
     const T start = static_cast<T>(neutral >> (64 - element_bits<T>));
-    set_scalar<T>(state->z[vd], fold_active_lanes<T>(op, start, state->p[pg.num], state->z[zn.num]));
+    set_scalar<T>(state->z[vd], fold_active_lanes<T>(op, start, bytes_of(state, pg), bytes_of(state, zn)));
   });
   return DECODE_OK;
 }
@@ -49,7 +49,7 @@ aarch64_decode_rc sve_eorv_vpz(cpu_state* state, unsigned int vd, aarch64_p_reg 
 }
 
 aarch64_decode_rc sve_uaddv_vpz(cpu_state* state, unsigned int vd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  const unsigned char *const predicate = state->p[pg.num], *const n = state->z[zn.num];
+  const unsigned char *const predicate = bytes_of(state, pg), *const n = bytes_of(state, zn);
   unsigned char* const d = state->z[vd];
   if (zn.size == size_s) {
     set_scalar(d, sum<std::uint32_t, std::uint64_t>(predicate, n));

@@ -1,106 +1,135 @@
 // Shifts by a vector and by an immediate.
 #include "sve/handlers/integer/shift.h"
 
-#include <bit>
-#include <functional>
-#include <utility>
+#include <type_traits>
 
 #include "sve/handlers/register_loops.h"
 #include "sve/state/integer_operations.h"
-#include "sve/state/packed_shift.h"
 
 using namespace quern;
 
 namespace {
 
-// A shift: what a count below the element's bits gives, and what any other does.
+template <lane_group T>
+using signed_group = group_of<std::make_signed_t<lane_of<T>>>;
+template <lane_group T>
+inline constexpr unsigned int bits_of = element_bits<lane_of<T>>;
+
+// The kinds of shifts of a group: by a count below the element's bits, one for all lanes or one for each, and by any
+// other.
 struct shift_left {
-  static constexpr auto below(auto x, auto count) { return x << count; }
   template <class T>
-  static constexpr T beyond(T) {
-    return 0;
+  static T below(T x, auto count) {
+    return x << count;
+  }
+  template <class T>
+  static T beyond(T) {
+    return T{};
   }
 };
 
 struct shift_right {
-  static constexpr auto below(auto x, auto count) { return x >> count; }
   template <class T>
-  static constexpr T beyond(T) {
-    return 0;
+  static T below(T x, auto count) {
+    return x >> count;
+  }
+  template <class T>
+  static T beyond(T) {
+    return T{};
   }
 };
 
 struct shift_right_signed {
-  static constexpr auto below(auto x, auto count) { return as_signed(x) >> count; }
   template <class T>
-  static constexpr T beyond(T x) {
-    return static_cast<T>(as_signed(x) >> (element_bits<T> - 1));
+  static T below(T x, auto count) {
+    return T(signed_group<T>(x) >> count);
+  }
+  template <class T>
+  static T beyond(T x) {
+    return below(x, static_cast<lane_of<T>>(bits_of<T> - 1));
   }
 };
 
-// The bits of a count that tell below the element's bits. A compiler that sees no others in a shift keeps it as narrow
-// as the element.
-template <class T, class Count>
-constexpr Count low_bits(Count count) {
-  return static_cast<Count>(count & (element_bits<T> - 1));
+#ifdef __aarch64__
+
+// Vectors of AArch64 shift each lane by a signed count, to the left or the right; they look at its lowest byte alone,
+// and all bits may go out.
+uint8x16_t by_signed(uint8x16_t x, uint8x16_t n) { return vshlq_u8(x, int8x16_t(n)); }
+uint16x8_t by_signed(uint16x8_t x, uint16x8_t n) { return vshlq_u16(x, int16x8_t(n)); }
+uint32x4_t by_signed(uint32x4_t x, uint32x4_t n) { return vshlq_u32(x, int32x4_t(n)); }
+uint64x2_t by_signed(uint64x2_t x, uint64x2_t n) { return vshlq_u64(x, int64x2_t(n)); }
+int8x16_t by_signed(int8x16_t x, uint8x16_t n) { return vshlq_s8(x, int8x16_t(n)); }
+int16x8_t by_signed(int16x8_t x, uint16x8_t n) { return vshlq_s16(x, int16x8_t(n)); }
+int32x4_t by_signed(int32x4_t x, uint32x4_t n) { return vshlq_s32(x, int32x4_t(n)); }
+int64x2_t by_signed(int64x2_t x, uint64x2_t n) { return vshlq_s64(x, int64x2_t(n)); }
+
+template <lane_group T>
+T at_most_all_bits(T count) {
+  const T bits = in_each_lane<T>(bits_of<T>);
+  return T(count < bits ? count : bits);
 }
 
-// Vectors of AArch64 shift each lane by its own count; those of baseline x86-64 shift all lanes by one.
-#ifdef __aarch64__
-constexpr bool vectors_shift_by_lane = true;
-#else
-constexpr bool vectors_shift_by_lane = false;
-#endif
+template <lane_group T>
+T shift_each(shift_left, T x, T count) {
+  return by_signed(x, at_most_all_bits(count));
+}
+template <lane_group T>
+T shift_each(shift_right, T x, T count) {
+  return by_signed(x, -at_most_all_bits(count));
+}
+template <lane_group T>
+T shift_each(shift_right_signed, T x, T count) {
+  return T(by_signed(signed_group<T>(x), -at_most_all_bits(count)));
+}
 
-// x shifted by the low bits of a lane's count. Where vectors cannot, by one constant step for each bit of the count;
-// not so doublewords, as a vector has too few of them to gain by it.
-template <class Shift, class T>
-constexpr T shift_below(T x, T count) {
-  if constexpr (vectors_shift_by_lane || sizeof(T) == 8) {
-    return static_cast<T>(Shift::below(x, low_bits<T>(count)));
+#else
+
+// By one constant step for each bit of the count, as vectors of baseline x86-64 shift all lanes by one count; not so
+// doublewords, as a vector has too few of them to gain by it.
+template <class Shift, lane_group T>
+T shift_below(T x, T count) {
+  if constexpr (bits_of<T> == 64) {
+    return Shift::below(x, T(count & 63));
   } else {
-    const auto step = [&](unsigned int bit) {
-      const T bit_on_top = static_cast<T>(count << (element_bits<T> - 1 - bit));
-      const T wanted = static_cast<T>(as_signed(bit_on_top) >> (element_bits<T> - 1));
-      x = select(wanted, static_cast<T>(Shift::below(x, 1u << bit)), x);
-    };
-    [&]<unsigned int... Bit>(std::integer_sequence<unsigned int, Bit...>) { (step(Bit), ...); }
-    (std::make_integer_sequence<unsigned int, std::bit_width(element_bits<T>) - 1>{});
+    using lane = lane_of<T>;
+    for (unsigned int bit = 0; 1u << bit != bits_of<T>; ++bit) {
+      const T bit_on_top = count << static_cast<lane>(bits_of<T> - 1 - bit);
+      const T wanted = shift_right_signed::below(bit_on_top, static_cast<lane>(bits_of<T> - 1));
+      x = select(wanted, Shift::below(x, static_cast<lane>(1u << bit)), x);
+    }
     return x;
   }
+}
+
+template <class Shift, lane_group T>
+T shift_each(Shift, T x, T count) {
+  return select(T(count < in_each_lane<T>(bits_of<T>)), shift_below<Shift>(x, count), Shift::beyond(x));
+}
+
+#endif
+
+template <class Shift, lane_group T>
+T shift_all(Shift, T x, unsigned int count) {
+  return count < bits_of<T> ? Shift::below(x, static_cast<lane_of<T>>(count)) : Shift::beyond(x);
 }
 
 // Zdn = Zdn shifted by Zm, active lanes.
 template <class Shift>
 aarch64_decode_rc shift_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm) {
-  return merge_zpz(state, zdn, pg, zm, []<class T>(T x, T count) {
-    const T shifted = shift_below<Shift>(x, count);
-    return count < element_bits<T> ? shifted : Shift::beyond(x);
+  unsigned char* const d = bytes_of(state, zdn);
+  by_size(zdn.dsize, [&]<class T>(T) {
+    const auto op = [](group_of<T> x, group_of<T> count) { return shift_each(Shift{}, x, count); };
+    merge_lanes<group_of<T>>(op, d, bytes_of(state, pg), d, bytes_of(state, zm));
   });
-}
-
-// Shifts of a whole vector by one count, d = shift(a).
-template <class T>
-void shift_all(shift_left, unsigned char* d, const unsigned char* a, unsigned int count) {
-  each_lane<std::uint64_t>([=](std::uint64_t x) { return packed_left<T>(x, count); }, d, a);
-}
-template <class T>
-void shift_all(shift_right, unsigned char* d, const unsigned char* a, unsigned int count) {
-  each_lane<std::uint64_t>([=](std::uint64_t x) { return packed_right<T>(x, count); }, d, a);
-}
-template <class T>
-void shift_all(shift_right_signed, unsigned char* d, const unsigned char* a, unsigned int count) {
-  each_lane<std::uint64_t>([=](std::uint64_t x) { return packed_right<std::make_signed_t<T>>(x, count); }, d, a);
+  return DECODE_OK;
 }
 
 // Zdn = Zdn shifted by the immediate, active lanes.
 template <class Shift>
 aarch64_decode_rc shift_zpi(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, unsigned int count) {
-  unsigned char* const d = state->z[zdn.num];
+  unsigned char* const d = bytes_of(state, zdn);
   by_size(zdn.dsize, [&]<class T>(T) {
-    vector_result shifted;
-    shift_all<T>(Shift{}, shifted.bytes, d, count);
-    merge_lanes<T>(std::identity{}, d, state->p[pg.num], shifted.bytes);
+    merge_lanes<group_of<T>>([=](group_of<T> x) { return shift_all(Shift{}, x, count); }, d, bytes_of(state, pg), d);
   });
   return DECODE_OK;
 }
@@ -108,7 +137,10 @@ aarch64_decode_rc shift_zpi(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg p
 // Zd = Zn shifted by the immediate, every lane.
 template <class Shift>
 aarch64_decode_rc shift_zzi(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, unsigned int count) {
-  by_size(zd.size, [&]<class T>(T) { shift_all<T>(Shift{}, state->z[zd.num], state->z[zn.num], count); });
+  by_size(zd.size, [&]<class T>(T) {
+    each_lane<group_of<T>>([=](group_of<T> x) { return shift_all(Shift{}, x, count); }, bytes_of(state, zd),
+                           bytes_of(state, zn));
+  });
   return DECODE_OK;
 }
 

@@ -8,12 +8,12 @@ using namespace quern;
 #define CONTIGUOUS(kind, name, T, U)                                                                                \
   aarch64_decode_rc sve_##name##_zpri(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_i_rsp_reg base, \
                                       int imm) {                                                                    \
-    return move_contiguous<kind, T, U>(state, state->z[zt.num], state->p[pg.num],                                   \
+    return move_contiguous<kind, T, U>(state, bytes_of(state, zt), bytes_of(state, pg),                             \
                                        read_x(state, base) + scaled(imm, lane_count<U> * sizeof(T)));               \
   }                                                                                                                 \
   aarch64_decode_rc sve_##name##_scaled_zprr(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,                  \
                                              aarch64_i_rsp_reg base, aarch64_i_reg index) {                         \
-    return move_contiguous<kind, T, U>(state, state->z[zt.num], state->p[pg.num],                                   \
+    return move_contiguous<kind, T, U>(state, bytes_of(state, zt), bytes_of(state, pg),                             \
                                        read_x(state, base) + read_x(state, index) * sizeof(T));                     \
   }
 

@@ -13,25 +13,43 @@ std::uint64_t extended(auto lane_value) {
   return static_cast<std::uint64_t>(static_cast<X>(lane_value));
 }
 
-// One element for each active lane of Zt, in order, at address_of(the lane of `vector`). A load's Zt may be that
-// vector: each lane's address is formed before the lane is written.
+// The active lanes, with their addresses written down for who wants to know them.
 template <memaccess_type_t kind, class T, class U>
-aarch64_decode_rc move_scattered(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg vector,
-                                 auto address_of) {
-  unsigned char* const z = state->z[zt.num];
-  const unsigned char* const p = state->p[pg.num];
+void move_noted(cpu_state* state, unsigned char* z, const unsigned char* p, const unsigned char* vector,
+                auto address_of) {
   std::uint64_t* const addresses = lane_addresses;  // of the active lanes
   note_addresses(sizeof(T), kind, p, sizeof(U));
   const destination_kept<kind, 1> kept({z});
   for (std::size_t i = 0; i != lane_count<U>; ++i) {
     if (is_active<U>(p, i)) {
-      addresses[i] = address_of(lane<U>(state->z[vector.num], i));
+      addresses[i] = address_of(lane<U>(vector, i));
       move_lane<kind, T, U>(z, i, addresses[i]);
     } else {
       skip_lane<kind, U>(z, i);
     }
   }
   memtrace_each<T, U>(state, addresses, p, kind);
+}
+
+// All lanes.
+template <memaccess_type_t kind, class T, class U>
+void move_all(unsigned char* z, const unsigned char* vector, auto address_of) {
+  const destination_kept<kind, 1> kept({z});
+#pragma GCC unroll 8
+  for (std::size_t i = 0; i != lane_count<U>; ++i) move_lane<kind, T, U>(z, i, address_of(lane<U>(vector, i)));
+}
+
+// One element for each active lane of Zt, in order, at address_of(the lane of `vector`). A load's Zt may be that
+// vector: each lane's address is formed before the lane is written.
+template <memaccess_type_t kind, class T, class U>
+aarch64_decode_rc move_scattered(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, aarch64_z_reg vector,
+                                 auto address_of) {
+  unsigned char *const z = bytes_of(state, zt), *const p = bytes_of(state, pg), *const n = bytes_of(state, vector);
+  if (!accesses_are_noted && !enable_trace && all_active<U>(p)) {
+    move_all<kind, T, U>(z, n, address_of);
+  } else {
+    move_noted<kind, T, U>(state, z, p, n, address_of);
+  }
   return DECODE_OK;
 }
 

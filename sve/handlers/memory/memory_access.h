@@ -6,9 +6,13 @@
 #include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <type_traits>
 
 #include "sve/handlers/general_register.h"
+#include "sve/handlers/lane_loops.h"
+#include "sve/handlers/predicate/predicate_scan.h"
+#include "sve/handlers/register_bytes.h"
 #include "sve/memory/current_access.h"
 #include "sve/memory/kept_destination.h"
 #include "sve/memory/memtrace.h"
@@ -24,15 +28,6 @@ inline std::uint64_t scaled(std::int64_t imm, std::size_t bytes) { return static
 // Any access of application memory may fault, and what has been done until then must be in place for a signal handler
 // to see: no access may move, or merge with another, across this point.
 inline void settle() { std::atomic_signal_fence(std::memory_order_seq_cst); }
-
-// Whether every lane of U is active.
-template <class U>
-inline bool all_active(const unsigned char* pg) {
-  constexpr std::uint64_t lowest_bits = ~std::uint64_t{0} / std::make_unsigned_t<U>(~U{0});  // bit 0 of each lane
-  std::uint64_t common = lowest_bits;
-  for (std::size_t i = 0; i != lane_count<std::uint64_t>; ++i) common &= lane<std::uint64_t>(pg, i);
-  return common == lowest_bits;
-}
 
 // Lane i of z and element j at `elements`.
 template <memaccess_type_t kind, class T, class U>
@@ -103,12 +98,96 @@ inline void move_two_blocks(unsigned char* z, const unsigned char* pg, std::uint
   move_block<kind, T, U>(z + whole * sizeof(U), address + whole * sizeof(T), lane_count<U> - whole);
 }
 
+// Accesses whose elements all lie in one page, active or not: none but the first one can fault.
+
+// With all lanes active, which have been noted. What goes first is in one access, so that a fault is the first one's.
+template <memaccess_type_t kind, class T, class U>
+inline void move_all_in_page(unsigned char* z, std::uint64_t address) {
+  if constexpr (sizeof(T) == sizeof(U)) {
+    auto* const elements = reinterpret_cast<unsigned char*>(address);
+    unsigned char* const to = kind == MEM_LOAD ? z : elements;
+    const unsigned char* const from = kind == MEM_LOAD ? elements : z;
+    lane_block(from).copy_to(to);
+    settle();
+    std::memcpy(to + block_bytes, from + block_bytes, VL_BYTES - block_bytes);
+    settle();
+  } else {
+    move_block<kind, T, U>(z, address, lane_count<U>);
+  }
+}
+
+// Reading an inactive element's bytes is harmless there, but a sanitizer would take offence.
+#ifdef __SANITIZE_ADDRESS__
+inline constexpr bool loads_inactive_elements = false;
+#else
+inline constexpr bool loads_inactive_elements = true;
+#endif
+
+// Reads the first active element, lane `first`, whose fault it is. Lanes before it are 0 by then.
+template <class T, class U>
+inline U read_first(unsigned char* z, std::size_t first, const unsigned char* element) {
+  settle();
+  if (first == 0) return static_cast<U>(lane<T>(element, 0));
+  const destination_kept<MEM_LOAD, 1> kept({z});
+  std::memset(z, 0, first * sizeof(U));
+  settle();
+  return static_cast<U>(lane<T>(element, 0));
+}
+
+template <class T, class U>
+inline void load_in_page(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  const auto* const elements = reinterpret_cast<const unsigned char*>(address);
+  const std::size_t first = first_element<U>(set_in{pg});
+  if (first == no_element) {
+    std::memset(z, 0, VL_BYTES);
+    return;
+  }
+  asm volatile("" : : "r"(read_first<T, U>(z, first, elements + first * sizeof(T))));
+  settle();
+  if constexpr (sizeof(T) == sizeof(U)) {
+    zero_lanes<U>(std::identity{}, z, pg, elements);
+  } else {
+#pragma GCC ivdep  // no application's memory is the register file
+    for (std::size_t i = 0; i != lane_count<U>; ++i)
+      set_lane<U>(z, i, static_cast<U>(lane<T>(elements, i)) & active_mask<U>(pg, i));
+  }
+}
+
+template <class T, class U>
+inline void store_in_page(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  auto* const elements = reinterpret_cast<unsigned char*>(address);
+  constexpr std::size_t lanes_in_word = 8 / sizeof(U);
+  for (std::size_t i = 0; i != lane_count<U>; i += lanes_in_word) {
+    const std::uint64_t word = lane<std::uint64_t>(pg, i / lanes_in_word) & ones_apiece<U>;
+    if (word == 0) continue;
+#pragma GCC unroll 8
+    for (std::size_t k = 0; k != lanes_in_word; ++k)
+      if ((word >> (8 * sizeof(U) * k) & 1) != 0) move_element<MEM_STORE, T, U>(z, i + k, elements, i + k);
+  }
+}
+
+// The active lanes.
+template <memaccess_type_t kind, class T, class U>
+inline void move_in_page(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  note_lanes(address, sizeof(T), kind, pg, sizeof(U), lane_count<U>);
+  if constexpr (kind == MEM_LOAD) {
+    load_in_page<T, U>(z, pg, address);
+  } else {
+    store_in_page<T, U>(z, pg, address);
+  }
+  settle();
+}
+
 // What most contiguous accesses don't need, in functions of their own, so that the others save no registers.
 
 template <memaccess_type_t kind, class T, class U>
 [[gnu::noinline]] aarch64_decode_rc move_some(cpu_state* state, unsigned char* z, unsigned char* pg,
                                               std::uint64_t address) {
-  move_lanes<kind, T, U>(z, pg, address, lane_count<U>);
+  if (is_in_page(address, lane_count<U> * sizeof(T)) && (kind == MEM_STORE || loads_inactive_elements)) {
+    move_in_page<kind, T, U>(z, pg, address);
+  } else {
+    move_lanes<kind, T, U>(z, pg, address, lane_count<U>);
+  }
   trace_contiguous<kind, T, U>(state, pg, address);
   return DECODE_OK;
 }
@@ -127,10 +206,10 @@ template <memaccess_type_t kind, class T, class U>
 inline aarch64_decode_rc move_contiguous(cpu_state* state, unsigned char* z, unsigned char* pg, std::uint64_t address) {
   if (!all_active<U>(pg)) [[unlikely]]
     return move_some<kind, T, U>(state, z, pg, address);
-  if (left_in_page(address) < lane_count<U> * sizeof(T)) [[unlikely]]
+  if (!is_in_page(address, lane_count<U> * sizeof(T))) [[unlikely]]
     return move_in_two_pages<kind, T, U>(state, z, pg, address);
   note_access(address, sizeof(T), kind);
-  move_block<kind, T, U>(z, address, lane_count<U>);
+  move_all_in_page<kind, T, U>(z, address);
   trace_contiguous<kind, T, U>(state, pg, address);
   return DECODE_OK;
 }

@@ -20,7 +20,7 @@ struct members {
 // Whether all structures are to be accessed, and lie in one page.
 template <class T, int N>
 bool are_block(const unsigned char* p, std::uint64_t address) {
-  return N * VL_BYTES <= left_in_page(address) && all_active<T>(p);
+  return is_in_page(address, N * VL_BYTES) && all_active<T>(p);
 }
 
 // All of them at once: the first element goes alone, so that a fault is its own.
@@ -76,7 +76,7 @@ template <memaccess_type_t kind, class T, class U, int N>
 template <memaccess_type_t kind, class T, class U, int N>
 [[gnu::always_inline]] inline aarch64_decode_rc move_structures(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg,
                                                                 aarch64_i_rsp_reg base, long offset) {
-  const unsigned char* const p = state->p[pg.num];
+  const unsigned char* const p = bytes_of(state, pg);
   const std::uint64_t address = read_x(state, base) + scaled(offset, sizeof(T));
   if (!are_block<T, N>(p, address)) [[unlikely]]
     return move_some<kind, T, U, N>(state, zt.num, p, address);

@@ -26,9 +26,9 @@ void* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t
 }  // namespace
 
 aarch64_decode_rc sve_ldr_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
-  unsigned char* const z = state->z[zt.num];
+  unsigned char* const z = bytes_of(state, zt);
   const void* const from = place(state, base, imm, VL_BYTES, MEM_LOAD);
-  if (left_in_page(reinterpret_cast<std::uint64_t>(from)) < VL_BYTES) [[unlikely]] {
+  if (!is_in_page(reinterpret_cast<std::uint64_t>(from), VL_BYTES)) [[unlikely]] {
     load_from_two_pages(z, from);
   } else {
     std::memcpy(z, from, VL_BYTES);
@@ -37,20 +37,20 @@ aarch64_decode_rc sve_ldr_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_
 }
 
 aarch64_decode_rc sve_str_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
-  std::memcpy(place(state, base, imm, VL_BYTES, MEM_STORE), state->z[zt.num], VL_BYTES);
+  std::memcpy(place(state, base, imm, VL_BYTES, MEM_STORE), bytes_of(state, zt), VL_BYTES);
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_ldr_pri(cpu_state* state, aarch64_p_reg pt, aarch64_i_rsp_reg base, int imm) {
   unsigned char image[predicate_image_bytes];
   std::memcpy(image, place(state, base, imm, sizeof image, MEM_LOAD), sizeof image);
-  unpack_predicate(image, state->p[pt.num]);
+  unpack_predicate(image, bytes_of(state, pt));
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_str_pri(cpu_state* state, aarch64_p_reg pt, aarch64_i_rsp_reg base, int imm) {
   unsigned char image[predicate_image_bytes];
-  pack_predicate(state->p[pt.num], image);
+  pack_predicate(bytes_of(state, pt), image);
   std::memcpy(place(state, base, imm, sizeof image, MEM_STORE), image, sizeof image);
   return DECODE_OK;
 }

@@ -8,40 +8,37 @@ using namespace quern;
 
 namespace {
 
-struct quadword {
-  std::uint64_t low, high;
-};
-
 // Zd = value, cut to the element, in every lane.
 aarch64_decode_rc fill(cpu_state* state, aarch64_z_reg zd, std::uint64_t value) {
-  by_size(zd.size, [&]<class T>(T) { each_lane<T>([=] { return value; }, state->z[zd.num]); });
+  by_size(zd.size, [&]<class T>(T) { fill_lanes(bytes_of(state, zd), static_cast<T>(value)); });
   return DECODE_OK;
 }
 
 // Zd = value, cut to the element, in the active lanes.
 aarch64_decode_rc fill_active(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, std::uint64_t value) {
-  by_size(zd.size, [&]<class T>(T) { merge_lanes<T>([=] { return value; }, state->z[zd.num], state->p[pg.num]); });
+  by_size(zd.size,
+          [&]<class T>(T) { merge_lanes<T>([=] { return value; }, bytes_of(state, zd), bytes_of(state, pg)); });
   return DECODE_OK;
 }
 
 template <class T>
-void fill_with_lane(unsigned char* d, const unsigned char* n, std::size_t index) {
-  const T value = index < lane_count<T> ? lane<T>(n, index) : T{};
-  each_lane<T>([=] { return value; }, d);
+T lane_or_zero(const unsigned char* n, std::size_t index) {
+  return index < lane_count<T> ? lane<T>(n, index) : T{};
 }
 
 }  // namespace
 
 aarch64_decode_rc sve_sel_zpzz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn,
                                aarch64_z_reg zm) {
-  by_size(zd.size,
-          [&]<class T>(T) { select_lanes<T>(state->z[zd.num], state->p[pg.num], state->z[zn.num], state->z[zm.num]); });
+  by_size(zd.size, [&]<class T>(T) {
+    select_lanes<T>(bytes_of(state, zd), bytes_of(state, pg), bytes_of(state, zn), bytes_of(state, zm));
+  });
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_cpy_zpi(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, int imm) {
   if (pg.size != p_zeroing) return fill_active(state, zd, pg, as_register(imm));
-  by_size(zd.size, [&]<class T>(T) { zero_lanes<T>([=] { return imm; }, state->z[zd.num], state->p[pg.num]); });
+  by_size(zd.size, [&]<class T>(T) { zero_lanes<T>([=] { return imm; }, bytes_of(state, zd), bytes_of(state, pg)); });
   return DECODE_OK;
 }
 
@@ -60,15 +57,15 @@ aarch64_decode_rc sve_dup_zr(cpu_state* state, aarch64_z_reg zd, aarch64_i_rsp_r
 }
 
 aarch64_decode_rc sve_dup_zzi(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, unsigned int index) {
-  unsigned char *const d = state->z[zd.num], *const n = state->z[zn.num];
+  unsigned char *const d = bytes_of(state, zd), *const n = bytes_of(state, zn);
   if (zd.size == size_q)
-    fill_with_lane<quadword>(d, n, index);
+    fill_groups(d, lane_or_zero<doubles>(n, index));
   else
-    by_size(zd.size, [=]<class T>(T) { fill_with_lane<T>(d, n, index); });
+    by_size(zd.size, [=]<class T>(T) { fill_lanes(d, lane_or_zero<T>(n, index)); });
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_dupm_zi(cpu_state* state, aarch64_z_reg zd, aarch64_sve_logical64_imm imm) {
-  each_lane<std::uint64_t>([=] { return imm.value; }, state->z[zd.num]);
+  fill_lanes(bytes_of(state, zd), imm.value);
   return DECODE_OK;
 }

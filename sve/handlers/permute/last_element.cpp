@@ -3,6 +3,7 @@
 
 #include "sve/handlers/general_register.h"
 #include "sve/handlers/predicate/predicate_scan.h"
+#include "sve/handlers/register_bytes.h"
 
 using namespace quern;
 
@@ -10,9 +11,9 @@ namespace {
 
 // The last active lane, or the vector's last when none is active.
 template <class T>
-T last_active_or_last(const cpu_state* state, aarch64_p_reg pg, aarch64_z_reg zn) {
-  const std::size_t last = last_element<T>(set_in{state->p[pg.num]});
-  return lane<T>(state->z[zn.num], last == no_element ? lane_count<T> - 1 : last);
+T last_active_or_last(cpu_state* state, aarch64_p_reg pg, aarch64_z_reg zn) {
+  const std::size_t last = last_element<T>(set_in{bytes_of(state, pg)});
+  return lane<T>(bytes_of(state, zn), last == no_element ? lane_count<T> - 1 : last);
 }
 
 }  // namespace
@@ -29,8 +30,8 @@ aarch64_decode_rc sve_lastb_vpz(cpu_state* state, unsigned int vd, aarch64_p_reg
 
 aarch64_decode_rc sve_clastb_rpz(cpu_state* state, aarch64_i_reg rdn, aarch64_p_reg pg, aarch64_z_reg zm) {
   by_size(zm.size, [&]<class T>(T) {
-    const std::size_t last = last_element<T>(set_in{state->p[pg.num]});
-    write_x(state, rdn, last == no_element ? static_cast<T>(read_x(state, rdn)) : lane<T>(state->z[zm.num], last));
+    const std::size_t last = last_element<T>(set_in{bytes_of(state, pg)});
+    write_x(state, rdn, last == no_element ? static_cast<T>(read_x(state, rdn)) : lane<T>(bytes_of(state, zm), last));
   });
   return DECODE_OK;
 }

@@ -8,8 +8,8 @@
 using namespace quern;
 
 aarch64_decode_rc sve_movprfx_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  unsigned char* const d = state->z[zd.num];
-  const unsigned char *const predicate = state->p[pg.num], *const n = state->z[zn.num];
+  unsigned char* const d = bytes_of(state, zd);
+  const unsigned char *const predicate = bytes_of(state, pg), *const n = bytes_of(state, zn);
   by_size(zd.size, [&]<class T>(T) {
     if (pg.size == p_zeroing) {
       zero_lanes<T>(std::identity{}, d, predicate, n);
@@ -21,6 +21,6 @@ aarch64_decode_rc sve_movprfx_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_
 }
 
 aarch64_decode_rc sve_movprfx_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn) {
-  std::memmove(state->z[zd.num], state->z[zn.num], VL_BYTES);
+  std::memmove(bytes_of(state, zd), bytes_of(state, zn), VL_BYTES);
   return DECODE_OK;
 }

@@ -3,6 +3,8 @@
 
 #include <functional>
 
+#include "sve/handlers/register_bytes.h"
+#include "sve/state/lane_group.h"
 #include "sve/state/lanes.h"
 
 #ifdef __aarch64__
@@ -15,22 +17,22 @@ namespace {
 
 enum class half : std::size_t { low = 0, high = VL_BYTES / 2 };
 
-// The elements of eight bytes in reverse order, by exchanging halves: unlike single lanes, that is fast everywhere.
-template <class T>
-std::uint64_t reverse_in_word(std::uint64_t word) {
-  if constexpr (sizeof(T) <= 4) word = word << 32 | word >> 32;
-  if constexpr (sizeof(T) <= 2) word = (word & 0x0000FFFF0000FFFF) << 16 | (word >> 16 & 0x0000FFFF0000FFFF);
-  if constexpr (sizeof(T) == 1) word = (word & 0x00FF00FF00FF00FF) << 8 | (word >> 8 & 0x00FF00FF00FF00FF);
-  return word;
+// The lanes in reverse order: those of each half, then the halves, for which there are instructions.
+template <lane_group T>
+T reversed(T x) {
+  constexpr auto in_half = [](int i, int lanes) { return i ^ (lanes / 2 - 1); };
+  return T(exchanged(doubles(shuffle<in_half>(x, x))));
 }
 
-void reverse_elements(unsigned char* d, const unsigned char* n, std::uint32_t size) {
+[[gnu::flatten]] void reverse_elements(unsigned char* d, const unsigned char* n, std::uint32_t size) {
   by_size(size, [=]<class T>(T) {
-    constexpr std::size_t words = lane_count<std::uint64_t>;
-    vector_result r;
-    for (std::size_t j = 0; j != words; ++j)
-      set_lane(r.bytes, j, reverse_in_word<T>(lane<std::uint64_t>(n, words - 1 - j)));
-    r.copy_to(d);
+    using group = group_of<T>;
+    constexpr std::size_t groups = lane_count<group>;
+    group result[groups];
+#pragma GCC unroll 16
+    for (std::size_t i = 0; i != groups; ++i) result[i] = reversed(lane<group>(n, groups - 1 - i));
+#pragma GCC unroll 16
+    for (std::size_t i = 0; i != groups; ++i) set_lane(d, i, result[i]);
   });
 }
 
@@ -46,7 +48,7 @@ aarch64_decode_rc unpack(unsigned char* d, const unsigned char* n, half part, Op
 }
 
 aarch64_decode_rc unpack_predicate(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pn, half part) {
-  return unpack<std::uint8_t, std::uint16_t>(state->p[pd.num], state->p[pn.num], part,
+  return unpack<std::uint8_t, std::uint16_t>(bytes_of(state, pd), bytes_of(state, pn), part,
                                              [](std::uint8_t byte) { return byte & 1; });
 }
 
@@ -55,12 +57,18 @@ aarch64_decode_rc unpack_predicate(cpu_state* state, aarch64_p_reg pd, aarch64_p
 // loop. An index outside a part of the table leaves what another has found.
 constexpr std::size_t table_part = 64;
 void look_up_bytes(unsigned char* d, const unsigned char* table, const unsigned char* indexes) {
-  for (std::size_t i = 0; i != VL_BYTES; i += 16) {
-    const uint8x16_t index = vld1q_u8(indexes + i);
-    uint8x16_t found = vdupq_n_u8(0);
-    for (std::size_t first = 0; first < VL_BYTES; first += table_part)
-      found = vqtbx4q_u8(found, vld1q_u8_x4(table + first), index - vdupq_n_u8(static_cast<unsigned char>(first)));
-    vst1q_u8(d + i, found);
+  for (std::size_t i = 0; i != VL_BYTES; i += table_part) {
+    uint8x16x4_t index = vld1q_u8_x4(indexes + i), found{};
+    for (std::size_t first = 0; first != VL_BYTES; first += table_part) {
+      const uint8x16x4_t part = vld1q_u8_x4(table + first);
+#pragma GCC unroll 4
+      for (int k = 0; k != 4; ++k) {
+        found.val[k] = vqtbx4q_u8(found.val[k], part, index.val[k]);
+        index.val[k] -= vdupq_n_u8(table_part);
+      }
+    }
+#pragma GCC unroll 4
+    for (int k = 0; k != 4; ++k) vst1q_u8(d + i + static_cast<std::size_t>(k) * 16, found.val[k]);
   }
 }
 
@@ -96,34 +104,35 @@ void look_up(unsigned char* d, const unsigned char* table, const unsigned char* 
 
 aarch64_decode_rc sve_tbl_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) {
   by_size(zd.size, [=]<class T>(T) {
+    const unsigned char *const table = bytes_of(state, zn), *const indexes = bytes_of(state, zm);
     vector_result r;
-    look_up<T>(r.bytes, state->z[zn.num], state->z[zm.num]);
-    r.copy_to(state->z[zd.num]);
+    look_up<T>(r.bytes, table, indexes);
+    r.copy_to(bytes_of(state, zd));
   });
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_ext_zzi(cpu_state* state, aarch64_z_reg zdn, aarch64_z_reg zm, unsigned int imm) {
   unsigned char both[2 * VL_BYTES];
-  std::memcpy(both, state->z[zdn.num], VL_BYTES);
-  std::memcpy(both + VL_BYTES, state->z[zm.num], VL_BYTES);
-  std::memcpy(state->z[zdn.num], both + (imm < VL_BYTES ? imm : 0), VL_BYTES);
+  std::memcpy(both, bytes_of(state, zdn), VL_BYTES);
+  std::memcpy(both + VL_BYTES, bytes_of(state, zm), VL_BYTES);
+  std::memcpy(bytes_of(state, zdn), both + (imm < VL_BYTES ? imm : 0), VL_BYTES);
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_rev_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn) {
-  reverse_elements(state->z[zd.num], state->z[zn.num], zd.size);
+  reverse_elements(bytes_of(state, zd), bytes_of(state, zn), zd.size);
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_rev_pp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pn) {
-  reverse_elements(state->p[pd.num], state->p[pn.num], pd.size);
+  reverse_elements(bytes_of(state, pd), bytes_of(state, pn), pd.size);
   return DECODE_OK;
 }
 
-#define UNPACK(name, part, narrow, wide)                                                    \
-  aarch64_decode_rc sve_##name##_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn) { \
-    return unpack<std::narrow, std::wide>(state->z[zd.num], state->z[zn.num], half::part);  \
+#define UNPACK(name, part, narrow, wide)                                                         \
+  aarch64_decode_rc sve_##name##_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn) {      \
+    return unpack<std::narrow, std::wide>(bytes_of(state, zd), bytes_of(state, zn), half::part); \
   }
 UNPACK(uunpklo_b2h, low, uint8_t, uint16_t)
 UNPACK(uunpkhi_b2h, high, uint8_t, uint16_t)

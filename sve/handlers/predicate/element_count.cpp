@@ -19,7 +19,7 @@ aarch64_decode_rc add_to_x(cpu_state* state, aarch64_i_reg xdn, std::uint64_t ch
 // Every element of Zdn + change, modulo the element.
 template <class T>
 aarch64_decode_rc add_to_lanes(cpu_state* state, aarch64_z_reg zdn, std::uint64_t change) {
-  unsigned char* const d = state->z[zdn.num];
+  unsigned char* const d = bytes_of(state, zdn);
   each_lane<T>([=](T element) { return static_cast<T>(element + static_cast<T>(change)); }, d, d);
   return DECODE_OK;
 }
@@ -81,12 +81,12 @@ VECTOR_COUNTS(d, std::uint64_t)
 
 aarch64_decode_rc sve_cntp_rpp(cpu_state* state, aarch64_i_reg xd, aarch64_p_reg pg, aarch64_p_reg pn) {
   by_size(pn.size, [&]<class T>(T) {
-    write_x(state, xd, count_elements<T>(set_in_both{state->p[pg.num], state->p[pn.num]}));
+    write_x(state, xd, count_elements<T>(set_in_both{bytes_of(state, pg), bytes_of(state, pn)}));
   });
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_incp_rp(cpu_state* state, aarch64_i_reg xdn, aarch64_p_reg pm) {
-  by_size(pm.size, [&]<class T>(T) { add_to_x(state, xdn, count_elements<T>(set_in{state->p[pm.num]})); });
+  by_size(pm.size, [&]<class T>(T) { add_to_x(state, xdn, count_elements<T>(set_in{bytes_of(state, pm)})); });
   return DECODE_OK;
 }

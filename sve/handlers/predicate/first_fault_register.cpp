@@ -9,17 +9,17 @@
 using namespace quern;
 
 aarch64_decode_rc sve_rdffr_p(cpu_state* state, aarch64_p_reg pd) {
-  std::memcpy(state->p[pd.num], state->ffr, VL_BYTES);
+  std::memcpy(bytes_of(state, pd), state->ffr, VL_BYTES);
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_rdffr_pp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg) {
-  each_lane<std::uint64_t>(std::bit_and{}, state->p[pd.num], state->ffr, state->p[pg.num]);
+  each_lane<std::uint64_t>(std::bit_and{}, bytes_of(state, pd), state->ffr, bytes_of(state, pg));
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_wrffr_p(cpu_state* state, aarch64_p_reg pn) {
-  std::memcpy(state->ffr, state->p[pn.num], VL_BYTES);
+  std::memcpy(state->ffr, bytes_of(state, pn), VL_BYTES);
   return DECODE_OK;
 }
 

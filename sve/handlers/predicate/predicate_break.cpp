@@ -6,9 +6,7 @@
 #include <functional>
 
 #include "sve/handlers/lane_loops.h"
-#include "sve/handlers/predicate/nzcv.h"
-#include "sve/handlers/predicate/predicate_flags.h"
-#include "sve/handlers/predicate/predicate_scan.h"
+#include "sve/handlers/predicate/predicate_result.h"
 
 using namespace quern;
 
@@ -34,35 +32,32 @@ bool last_active_byte_nonzero(const unsigned char* pg, const unsigned char* byte
 
 aarch64_decode_rc break_run(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn,
                             break_byte at_break) {
-  unsigned char *const d = state->p[pd.num], *const governing = state->p[pg.num];
-  vector_result run;
-  set_first_elements<byte>(run.bytes, run_length(governing, state->p[pn.num], at_break));
+  unsigned char *const d = bytes_of(state, pd), *const governing = bytes_of(state, pg);
+  const unsigned char* const run = first_elements<byte>(run_length(governing, bytes_of(state, pn), at_break));
   if (pg.size == p_zeroing)
-    zero_lanes<byte>(std::identity{}, d, governing, run.bytes);
+    zero_lanes<byte>(std::identity{}, d, governing, run);
   else
-    merge_lanes<byte>(std::identity{}, d, governing, run.bytes);
+    merge_lanes<byte>(std::identity{}, d, governing, run);
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_brkn(cpu_state* state, aarch64_p_reg pdm, aarch64_p_reg pg, aarch64_p_reg pn, bool sets_flags) {
-  unsigned char* const d = state->p[pdm.num];
-  if (!last_active_byte_nonzero(state->p[pg.num], state->p[pn.num])) std::memset(d, 0, VL_BYTES);
+  unsigned char* const d = bytes_of(state, pdm);
+  if (!last_active_byte_nonzero(bytes_of(state, pg), bytes_of(state, pn))) std::memset(d, 0, VL_BYTES);
   if (sets_flags)
-    set_flags(state, {.n = is_active<byte>(d, 0),
-                      .z = first_element<byte>(set_in{d}) == no_element,
-                      .c = !is_active<byte>(d, VL_BYTES - 1)});
+    set_flags(state,
+              {.n = is_active<byte>(d, 0), .z = !any_element<byte>(set_in{d}), .c = !is_active<byte>(d, VL_BYTES - 1)});
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_brkpb(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn, aarch64_p_reg pm,
                             bool sets_flags) {
-  const unsigned char* const governing = state->p[pg.num];
-  const bool goes_on = last_active_byte_nonzero(governing, state->p[pn.num]);
-  vector_result r;
-  set_first_elements<byte>(r.bytes, goes_on ? run_length(governing, state->p[pm.num], break_byte::clear) : 0);
-  zero_lanes<byte>(std::identity{}, r.bytes, governing, r.bytes);
-  if (sets_flags) test_flags<signed char>(state, governing, r.bytes);
-  r.copy_to(state->p[pd.num]);
+  unsigned char *const d = bytes_of(state, pd), *const governing = bytes_of(state, pg);
+  const bool goes_on = last_active_byte_nonzero(governing, bytes_of(state, pn));
+  const std::size_t length = goes_on ? run_length(governing, bytes_of(state, pm), break_byte::clear) : 0;
+  const active_ends ends = ends_of<byte>(governing);
+  zero_lanes<byte>(std::identity{}, d, governing, first_elements<byte>(length));
+  if (sets_flags) set_flags<byte>(state, ends, d);
   return DECODE_OK;
 }
 
@@ -95,14 +90,16 @@ aarch64_decode_rc sve_brkpbs_pppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_
 }
 
 aarch64_decode_rc sve_pnext_pp(cpu_state* state, aarch64_p_reg pdn, aarch64_p_reg pg) {
-  unsigned char *const d = state->p[pdn.num], *const governing = state->p[pg.num];
+  unsigned char *const d = bytes_of(state, pdn), *const governing = bytes_of(state, pg);
   by_size(pdn.dsize, [&]<class T>(T) {
+    const active_ends ends = ends_of<T>(governing);
     const std::size_t last = last_element<T>(set_in{d});
-    const std::size_t next = first_element<T>(set_in{governing}, last == no_element ? 0 : last + 1);
-    vector_result r{};
-    if (next != no_element) set_lane<T>(r.bytes, next, T{1});
-    test_flags<T>(state, governing, r.bytes);
-    r.copy_to(d);
+    const std::size_t next = last == no_element ? ends.first : first_element<T>(set_in{governing}, last + 1);
+    std::memset(d, 0, VL_BYTES);
+    if (next != no_element) set_lane<T>(d, next, T{1});
+    set_flags(state, {.n = next != no_element && next == ends.first,
+                      .z = next == no_element,
+                      .c = next == no_element || next != ends.last});
   });
   return DECODE_OK;
 }

@@ -4,16 +4,18 @@
 #include <cstring>
 
 #include "sve/handlers/predicate/predicate_scan.h"
+#include "sve/handlers/register_bytes.h"
 #include "sve/state/predicate_pattern.h"
 
 using namespace quern;
 
 aarch64_decode_rc sve_pfalse_p(cpu_state* state, aarch64_p_reg pd) {
-  std::memset(state->p[pd.num], 0, VL_BYTES);
+  std::memset(bytes_of(state, pd), 0, VL_BYTES);
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_ptrue_pi(cpu_state* state, aarch64_p_reg pd, unsigned int pattern) {
-  by_size(pd.size, [&]<class T>(T) { set_first_elements<T>(state->p[pd.num], pattern_count(pattern, size_code<T>)); });
+  by_size(pd.size,
+          [&]<class T>(T) { set_first_elements<T>(bytes_of(state, pd), pattern_count(pattern, size_code<T>)); });
   return DECODE_OK;
 }

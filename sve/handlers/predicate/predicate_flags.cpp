@@ -1,8 +1,8 @@
 // The flags of a predicate result: PTEST, and the test that every flag-setting predicate handler ends with.
 #include "sve/handlers/predicate/predicate_flags.h"
 
-#include "sve/handlers/predicate/nzcv.h"
-#include "sve/handlers/predicate/predicate_scan.h"
+#include "sve/handlers/predicate/predicate_result.h"
+#include "sve/handlers/register_bytes.h"
 
 using namespace quern;
 
@@ -10,11 +10,7 @@ template <class T>
 void sve_ptest(cpu_state* state, const char* governing, const char* result) {
   const auto* pg = reinterpret_cast<const unsigned char*>(governing);
   const auto* r = reinterpret_cast<const unsigned char*>(result);
-  const std::size_t first = first_element<T>(set_in{pg});
-  if (first == no_element) return set_flags(state, {.n = false, .z = true, .c = true});
-  const std::size_t any = first_element<T>(set_in_both{pg, r}, first);
-  const std::size_t last = last_element<T>(set_in{pg});
-  set_flags(state, {.n = any == first, .z = any == no_element, .c = !is_active<T>(r, last)});
+  set_flags<T>(state, ends_of<T>(pg), r, set_in_both{pg, r});
 }
 
 template void sve_ptest<signed char>(cpu_state*, const char*, const char*);
@@ -27,6 +23,6 @@ template void sve_ptest<unsigned int>(cpu_state*, const char*, const char*);
 template void sve_ptest<unsigned long>(cpu_state*, const char*, const char*);
 
 aarch64_decode_rc sve_ptest_pp(cpu_state* state, aarch64_p_reg pg, aarch64_p_reg pn) {
-  test_flags<signed char>(state, state->p[pg.num], state->p[pn.num]);
+  test_flags<signed char>(state, bytes_of(state, pg), bytes_of(state, pn));
   return DECODE_OK;
 }

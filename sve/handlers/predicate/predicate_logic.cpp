@@ -22,11 +22,11 @@ struct bit_0_clear {
 // Pd = op(sources) under Pg, with its qualifier.
 template <class Op, class... Source>
 aarch64_decode_rc governed(Op op, cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, Source... source) {
-  unsigned char* const d = state->p[pd.num];
+  unsigned char* const d = bytes_of(state, pd);
   if (pg.size == p_zeroing)
-    zero_lanes<std::uint8_t>(op, d, state->p[pg.num], state->p[source.num]...);
+    zero_lanes<std::uint8_t>(op, d, bytes_of(state, pg), bytes_of(state, source)...);
   else
-    merge_lanes<std::uint8_t>(op, d, state->p[pg.num], state->p[source.num]...);
+    merge_lanes<std::uint8_t>(op, d, bytes_of(state, pg), bytes_of(state, source)...);
   return DECODE_OK;
 }
 
@@ -50,6 +50,6 @@ aarch64_decode_rc sve_not_ppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg 
 
 aarch64_decode_rc sve_sel_pppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn,
                                aarch64_p_reg pm) {
-  select_lanes<std::uint8_t>(state->p[pd.num], state->p[pg.num], state->p[pn.num], state->p[pm.num]);
+  select_lanes<std::uint8_t>(bytes_of(state, pd), bytes_of(state, pg), bytes_of(state, pn), bytes_of(state, pm));
   return DECODE_OK;
 }

@@ -1,20 +1,21 @@
-// Searching and counting the set elements of a predicate, eight bytes at a time, and filling its first elements.
+// Searching and counting the set elements of a predicate, and filling its first elements.
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
-#include <type_traits>
 
-#include "sve/state/lanes.h"
+#include "sve/state/lane_group.h"
+#include "sve/state/packed_shift.h"
 
 namespace quern {
 
 // Bit 0 of each element's first byte, in eight predicate bytes: the bits that carry meaning for elements of T's width.
 template <class T>
-inline constexpr std::uint64_t meaningful_bits =
-    std::numeric_limits<std::uint64_t>::max() / std::numeric_limits<std::make_unsigned_t<T>>::max();
+inline constexpr std::uint64_t meaningful_bits = ones_apiece<T>;
 
 // What a search answers when there is no such element.
 inline constexpr std::size_t no_element = std::numeric_limits<std::size_t>::max();
@@ -24,11 +25,13 @@ struct set_in {
   const unsigned char* bytes;
 
   std::uint64_t word(std::size_t j) const { return lane<std::uint64_t>(bytes, j); }
+  doubles group(std::size_t i) const { return lane<doubles>(bytes, i); }
 };
 struct set_in_both {
   const unsigned char *a, *b;
 
   std::uint64_t word(std::size_t j) const { return lane<std::uint64_t>(a, j) & lane<std::uint64_t>(b, j); }
+  doubles group(std::size_t i) const { return lane<doubles>(a, i) & lane<doubles>(b, i); }
 };
 
 inline constexpr std::size_t predicate_words = lane_count<std::uint64_t>;
@@ -61,24 +64,50 @@ inline std::size_t last_element(Elements elements) {
   return no_element;
 }
 
+// Whether an element is set.
+template <class T, class Elements>
+inline bool any_element(Elements elements) {
+  doubles any = elements.group(0);
+#pragma GCC unroll 16
+  for (std::size_t i = 1; i != lane_count<doubles>; ++i) any |= elements.group(i);
+  return ((any[0] | any[1]) & meaningful_bits<T>) != 0;
+}
+
 // How many elements are set.
 template <class T, class Elements>
 inline std::uint64_t count_elements(Elements elements) {
-  static_assert(predicate_words <= 0xFF, "a byte holds how often one place of the eight bytes is set");
-  std::uint64_t by_place = 0;
-  for (std::size_t j = 0; j != predicate_words; ++j) by_place += elements.word(j) & meaningful_bits<T>;
-  std::uint64_t total = 0;
-  for (std::size_t bit = 0; bit != 64; bit += 8 * sizeof(T)) total += by_place >> bit & 0xFF;
-  return total;
+  static_assert(2 * lane_count<doubles> <= 0xFF, "a byte holds how often one place of eight is set");
+  using counts = group_of<std::uint8_t>;
+  counts by_place{};
+#pragma GCC unroll 16
+  for (std::size_t i = 0; i != lane_count<doubles>; ++i)
+    by_place += counts(elements.group(i) & in_each_lane<doubles>(meaningful_bits<T>));
+  // The sum of eight bytes may need nine bits: those of its pairs have sixteen, and a product adds them up.
+  const doubles folded = doubles(by_place);
+  const std::uint64_t eight = folded[0] + folded[1],
+                      pairs = (eight & ~0xFF00FF00FF00FF00) + (eight >> 8 & ~0xFF00FF00FF00FF00);
+  return pairs * ones_apiece<std::uint16_t> >> 48;
 }
 
-// Sets the first `count` elements (0 to lane_count<T>) and clears the others.
+// All elements set, then none: what begins VL_BYTES before its middle, less `count` elements, has the first `count`
+// set.
+template <class T>
+alignas(16) inline constexpr auto set_then_clear = [] {
+  std::array<unsigned char, 2 * VL_BYTES> bytes{};
+  for (std::size_t i = 0; i != VL_BYTES; i += sizeof(T)) bytes[i] = 1;
+  return bytes;
+}();
+
+// A predicate with the first `count` elements (0 to lane_count<T>) set, and no others.
+template <class T>
+inline const unsigned char* first_elements(std::size_t count) {
+  return set_then_clear<T>.data() + VL_BYTES - count * sizeof(T);
+}
+
+// Sets the first `count` elements and clears the others.
 template <class T>
 inline void set_first_elements(unsigned char* predicate, std::size_t count) {
-  const std::size_t bits = 8 * sizeof(T) * count, whole_words = bits / 64;
-  std::memset(predicate, 0, VL_BYTES);
-  for (std::size_t j = 0; j != whole_words; ++j) set_lane(predicate, j, meaningful_bits<T>);
-  if (bits % 64 != 0) set_lane(predicate, whole_words, meaningful_bits<T> & ((std::uint64_t{1} << bits % 64) - 1));
+  std::memcpy(predicate, first_elements<T>(count), VL_BYTES);
 }
 
 }  // namespace quern

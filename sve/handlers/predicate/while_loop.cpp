@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "sve/handlers/general_register.h"
+#include "sve/handlers/lane_loops.h"
 #include "sve/handlers/predicate/nzcv.h"
 #include "sve/handlers/predicate/predicate_scan.h"
 
@@ -37,7 +38,12 @@ aarch64_decode_rc while_true(Steps steps, cpu_state* state, aarch64_p_reg pd, aa
       rn.size == size_x ? steps(static_cast<X>(n), static_cast<X>(m)) : steps(static_cast<W>(n), static_cast<W>(m));
   by_size(pd.size, [&]<class T>(T) {
     const std::size_t count = std::min<std::uint64_t>(true_elements, lane_count<T>);
-    set_first_elements<T>(state->p[pd.num], count);
+    unsigned char* const d = bytes_of(state, pd);
+    if (count == lane_count<T>) {
+      fill_lanes(d, T{1});
+    } else {
+      set_first_elements<T>(d, count);
+    }
     set_flags(state, {.n = count != 0, .z = count == 0, .c = count != lane_count<T>});
   });
   return DECODE_OK;

@@ -164,6 +164,9 @@ TEST(IntegerEdges, ShiftsByTheElementsBitsAndMore) {
       {"lsr of words by 0x100", sve_lsr_zpz, size_s, ~0u, 0x100, 0},
       {"asr of words by 0x100", sve_asr_zpz, size_s, 0x80000000, 0x100, 0xFFFFFFFF},
       {"asr of doublewords by 2^32", sve_asr_zpz, size_d, 1ull << 63, 1ull << 32, ~0ull},
+      {"lsl of halfwords by 0xFF81, whose low byte is a negative number", sve_lsl_zpz, size_h, 1, 0xFF81, 0},
+      {"lsr of doublewords by all ones", sve_lsr_zpz, size_d, ~0ull, ~0ull, 0},
+      {"asr of bytes by all ones", sve_asr_zpz, size_b, 0x80, 0xFF, 0xFF},
       {"lsl of halfwords by 15", sve_lsl_zpz, size_h, 3, 15, 0x8000},
   };
   for (const shift_case& c : cases) {

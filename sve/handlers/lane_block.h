@@ -1,0 +1,72 @@
+// Blocks of lanes: what a loop over lanes works on at a time. It reads a block of each source, then writes a block of
+// the result: so the compiler moves two 16-byte vectors by one instruction, which it can't where each is read after the
+// one before it has been written.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+
+#include "sve/state/lane_group.h"
+#include "sve/state/packed_shift.h"
+
+namespace quern {
+
+inline constexpr std::size_t block_bytes = std::min<std::size_t>(VL_BYTES, 2 * sizeof(doubles));
+template <class T>
+inline constexpr std::size_t block_lanes = block_bytes / sizeof(T);
+
+// Its copies go by vectors, unlike memcpy's, so that the block itself is in registers alone.
+struct lane_block {
+  alignas(16) unsigned char bytes[block_bytes];
+
+  lane_block() = default;
+  explicit lane_block(const unsigned char* source) { copy(bytes, source); }
+  void copy_to(unsigned char* destination) const { copy(destination, bytes); }
+
+ private:
+  static void copy(unsigned char* destination, const unsigned char* source) {
+    doubles groups[block_lanes<doubles>];
+#pragma GCC unroll 2
+    for (std::size_t i = 0; i != block_lanes<doubles>; ++i) groups[i] = lane<doubles>(source, i);
+#pragma GCC unroll 2
+    for (std::size_t i = 0; i != block_lanes<doubles>; ++i) set_lane(destination, i, groups[i]);
+  }
+};
+
+// For each lane of T in a block of a predicate, all ones if it is active, else all zeros.
+template <class T>
+inline lane_block active_masks(const lane_block& predicate) {
+  lane_block masks;
+#pragma GCC unroll 2
+  for (std::size_t i = 0; i != block_lanes<doubles>; ++i)
+    set_lane(masks.bytes, i, active_lanes<lane_of<T>>(lane<doubles>(predicate.bytes, i)));
+  return masks;
+}
+
+// Whether every lane of T is active.
+template <class T>
+inline bool all_active(const unsigned char* predicate) {
+  doubles common = lane<doubles>(predicate, 0);
+#pragma GCC unroll 16
+  for (std::size_t i = 1; i != lane_count<doubles>; ++i) common &= lane<doubles>(predicate, i);
+  return (common[0] & common[1] & ones_apiece<T>) == ones_apiece<T>;
+}
+
+// Lane i is op(source's lane i...).
+template <class T, class Op, class... Block>
+inline lane_block map_block(Op op, const Block&... source) {
+  lane_block r;
+#pragma GCC ivdep
+  for (std::size_t i = 0; i != block_lanes<T>; ++i)
+    set_lane<T>(r.bytes, i, static_cast<T>(op(lane<T>(source.bytes, i)...)));
+  return r;
+}
+
+// d's block = map(block of each source...), block after block.
+template <class Map, class... Source>
+inline void each_block(Map map, unsigned char* d, const Source*... source) {
+#pragma GCC unroll 8
+  for (std::size_t b = 0; b != VL_BYTES; b += block_bytes) map(lane_block(source + b)...).copy_to(d + b);
+}
+
+}  // namespace quern
