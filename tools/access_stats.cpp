@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::uint64_t most_noted_units = 1 << 16;  // of an access whose size can't be true
 
+std::uint64_t last_byte(const trace_record& record) { return record.addr + std::min(record.size - 1, ~record.addr); }
+
 void note_units(distinct_count& units, std::uint64_t first, std::uint64_t last, std::uint64_t unit) {
   const std::uint64_t end = std::min(last / unit, first / unit + most_noted_units);
   for (std::uint64_t number = first / unit; number <= end; ++number) units.add(number);
@@ -40,17 +42,28 @@ std::optional<frequent_number::entry> frequent_number::most() const {
   return found->count == 0 || found->count * 8 < numbers_ ? std::nullopt : std::optional(*found);
 }
 
-void access_stats::add(const trace_record& record, std::optional<std::int64_t> stride) {
+void access_stats::add(const trace_record& record, const access_history& history, std::uint64_t vector_bytes) {
+  const bool is_load = record.kind == trace_kind::load, is_lane = record.group != 0;
+  const bool is_first = !is_lane || (record.group & trace_group_first) != 0;
   ++records;
-  lane_records += record.group != 0;
-  instructions += record.group == 0 || (record.group & trace_group_first) != 0;
-  const bool is_load = record.kind == trace_kind::load;
+  instructions += is_first;
   ++(is_load ? loads : stores);
   (is_load ? loaded_bytes : stored_bytes) += record.size;
+  (is_load ? lane_loads : lane_stores) += is_lane;
+  (is_load ? lane_load_instructions : lane_store_instructions) += is_lane && is_first;
+  whole_vectors += !is_lane && record.size == vector_bytes;
   ++sizes[std::bit_ceil(std::min(record.size, std::uint64_t{1} << 63))];
-  if (stride) strides.add(*stride);
+  if (history.stride) {
+    strides.add(*history.stride);
+    const auto distance = static_cast<std::uint64_t>(*history.stride);
+    if (*history.stride < 0)
+      backward_strides.add(0 - distance);
+    else
+      forward_strides.add(distance);
+  }
+  for (unsigned i = 0; i != history.lines; ++i) reuse.add_to_bin(history.reuse[i]);
   if (record.size == 0) return;
-  const std::uint64_t last = record.addr + std::min(record.size - 1, ~record.addr);
+  const std::uint64_t last = last_byte(record);
   across_lines += record.addr / line_bytes != last / line_bytes;
   across_pages += record.addr / page_bytes != last / page_bytes;
   note_units(lines, record.addr, last, line_bytes);
@@ -64,6 +77,17 @@ std::optional<std::int64_t> stride_memory::stride_of(const trace_record& record)
   const auto stride = static_cast<std::int64_t>(record.addr - at->second);
   at->second = record.addr;
   return stride;
+}
+
+access_history access_memory::next(const trace_record& record) {
+  access_history history;
+  history.stride = strides_.stride_of(record);
+  if (record.size == 0) return history;
+  const std::uint64_t first = record.addr / access_stats::line_bytes;
+  const std::uint64_t lines = last_byte(record) / access_stats::line_bytes - first + 1;
+  history.lines = static_cast<unsigned>(std::min<std::uint64_t>(lines, access_history::most_lines));
+  for (unsigned i = 0; i != history.lines; ++i) history.reuse[i] = static_cast<std::uint8_t>(reuse_.access(first + i));
+  return history;
 }
 
 }  // namespace quern

@@ -5,8 +5,11 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <utility>
 
 #include "tools/distinct_count.h"
+#include "tools/power_histogram.h"
+#include "tools/reuse_distance.h"
 #include "utils/trace_reader.h"
 
 namespace quern {
@@ -27,20 +30,6 @@ class frequent_number {
   std::array<entry, 7> entries_{};
 };
 
-struct access_stats {
-  static constexpr std::uint64_t line_bytes = 64, page_bytes = 4096;
-
-  std::uint64_t records = 0, instructions = 0, lane_records = 0;  // of gathers, scatters and structures: one a lane
-  std::uint64_t loads = 0, stores = 0, loaded_bytes = 0, stored_bytes = 0;
-  std::uint64_t across_lines = 0, across_pages = 0;
-  distinct_count lines, pages;
-  frequent_number strides;
-  std::map<std::uint64_t, std::uint64_t> sizes;  // records by their bytes, rounded up to a power of two
-
-  // `stride` is the way from the last access of the same instruction in the same thread, if there was one.
-  void add(const trace_record& record, std::optional<std::int64_t> stride);
-};
-
 // The way from each access to the next one of the same instruction in the same thread.
 class stride_memory {
  public:
@@ -49,6 +38,46 @@ class stride_memory {
  private:
   static constexpr std::size_t most_places = 1 << 16;
   std::map<std::pair<std::uint32_t, std::uint64_t>, std::uint64_t> last_;  // address by thread and pc
+};
+
+// What an access has to do with those before it.
+struct access_history {
+  static constexpr unsigned most_lines = 64;
+
+  std::optional<std::int64_t> stride = {};
+  unsigned lines = 0;
+  std::array<std::uint8_t, most_lines> reuse{};  // of each line that it touches, the bin of reuse_distance
+};
+
+class access_memory {
+ public:
+  // The history of the next access, all threads' taken together.
+  access_history next(const trace_record& record);
+
+ private:
+  stride_memory strides_;
+  reuse_distance reuse_;
+};
+
+struct access_stats {
+  static constexpr std::uint64_t line_bytes = 64, page_bytes = 4096;
+
+  std::uint64_t records = 0, instructions = 0;
+  std::uint64_t loads = 0, stores = 0, loaded_bytes = 0, stored_bytes = 0;
+  // Of gathers, scatters and structures: a record each lane.
+  std::uint64_t lane_loads = 0, lane_stores = 0, lane_load_instructions = 0, lane_store_instructions = 0;
+  std::uint64_t whole_vectors = 0;  // records as long as a vector
+  std::uint64_t across_lines = 0, across_pages = 0;
+  distinct_count lines, pages;
+  frequent_number strides;
+  power_histogram<65> forward_strides, backward_strides;
+  power_histogram<reuse_distance::bins> reuse;   // by line that is touched
+  std::map<std::uint64_t, std::uint64_t> sizes;  // records by their bytes, rounded up to a power of two
+
+  void add(const trace_record& record, const access_history& history, std::uint64_t vector_bytes);
+
+  // The same where nothing is to be said of reuse and whole vectors.
+  void add(const trace_record& record, std::optional<std::int64_t> stride) { add(record, {.stride = stride}, 0); }
 };
 
 }  // namespace quern

@@ -1,10 +1,14 @@
 // quern trace: the commands that read trace files.
+#include <unistd.h>
+
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/progress_bar.h"
 #include "tools/trace_commands.h"
 #include "utils/trace_reader.h"
 
@@ -13,7 +17,8 @@ namespace {
 
 // What the command line says, to whichever command was given.
 struct trace_options {
-  std::string path;
+  std::string path, second_path;
+  bool modules = false;
   trace_filter filter;
   dump_format dump = dump_format::text;
   stats_options stats;
@@ -22,19 +27,34 @@ struct trace_options {
   std::string plot_folder;
 };
 
-// Adds a command that reads a file; a reader's complaint becomes the program's.
+// What a command does beside reading, as far as its progress is concerned.
+enum class reading {
+  once,            // the walk through the chunks suffices
+  then_printing,   // it prints when it has read all
+  while_printing,  // a terminal shows its progress by what it prints
+};
+
+// Calls action(reader, options) with a bar that shows how far that is; a reader's complaint becomes the program's.
 template <class Action>
-CLI::App* add_reading_command(CLI::App* trace, const std::string& name, const std::string& what,
+void read_trace(const std::string& path, reading how, Action action) {
+  const bool is_watched = isatty(STDERR_FILENO) != 0 && (how != reading::while_printing || isatty(STDOUT_FILENO) == 0);
+  progress_bar bar(stderr, is_watched, how == reading::once ? 1 : 2);
+  try {
+    trace_reader reader(path, [&bar](unsigned pass, double done) { bar.show(pass, done); });
+    action(reader);
+  } catch (const trace_error& error) {
+    throw user_error{error.message};
+  }
+}
+
+// Adds a command that reads a file.
+template <class Action>
+CLI::App* add_reading_command(CLI::App* trace, const std::string& name, const std::string& what, reading how,
                               const std::shared_ptr<trace_options>& options, Action action) {
   CLI::App* const command = trace->add_subcommand(name, what);
   command->add_option("FILE", options->path, "The trace file")->required();
-  command->callback([options, action] {
-    try {
-      trace_reader reader(options->path);
-      action(reader, *options);
-    } catch (const trace_error& error) {
-      throw user_error{error.message};
-    }
+  command->callback([options, how, action] {
+    read_trace(options->path, how, [&](trace_reader& reader) { action(reader, *options); });
   });
   return command;
 }
@@ -54,6 +74,40 @@ void add_choice(CLI::App* command, const std::string& name, Choice& choice, cons
       ->type_name(name == "--format" ? "FORMAT" : "KEY");
 }
 
+constexpr const char* stats_footer =
+    "Lines are of 64 bytes, pages of 4,096. Above 256, their numbers are estimates with a standard\n"
+    "error of 1.6 %. The stride is the way from one access of an instruction to its next, if one in\n"
+    "eight has the same. The reuse distance of a line is the number of other lines, all threads\n"
+    "together, between two accesses of it: exact to the power of two up to 1,048,576.";
+
+void add_stats_options(CLI::App* command, const std::shared_ptr<trace_options>& options) {
+  add_choice<stats_key>(command, "--by", options->stats.by,
+                        "place, function, thread or region (place): what a row is for",
+                        {{"place", stats_key::place},
+                         {"function", stats_key::function},
+                         {"thread", stats_key::thread},
+                         {"region", stats_key::region}});
+  add_choice<stats_format>(command, "--format", options->stats.format, "text, csv or json (text)",
+                           {{"text", stats_format::text}, {"csv", stats_format::csv}, {"json", stats_format::json}});
+  command->add_option("--top", options->stats.top, "So many rows, those with most records (20)")->type_name("NUMBER");
+  add_filter_options(*command, options->filter);
+  command->footer(stats_footer);
+}
+
+// Two files: each is read with a bar of its own.
+void add_diff_command(CLI::App* trace, const std::shared_ptr<trace_options>& options) {
+  CLI::App* const diff = trace->add_subcommand("diff", "Count the accesses of two traces side by side");
+  diff->add_option("A", options->path, "A trace file")->required();
+  diff->add_option("B", options->second_path, "Another")->required();
+  add_stats_options(diff, options);
+  diff->callback([options] {
+    read_trace(options->path, reading::then_printing, [&](trace_reader& first) {
+      read_trace(options->second_path, reading::then_printing,
+                 [&](trace_reader& second) { print_trace_diff(first, second, options->filter, options->stats); });
+    });
+  });
+}
+
 }  // namespace
 
 void add_trace_command(CLI::App& app, int& status) {
@@ -61,32 +115,31 @@ void add_trace_command(CLI::App& app, int& status) {
   trace->require_subcommand(1);
   const auto options = std::make_shared<trace_options>();
 
-  add_reading_command(trace, "info", "Sum up a trace", options,
-                      [](trace_reader& reader, const trace_options&) { print_trace_info(reader); });
+  CLI::App* const info = add_reading_command(trace, "info", "Sum up a trace", reading::once, options,
+                                             [](trace_reader& reader, const trace_options& given) {
+                                               if (given.modules) return print_trace_modules(reader.modules());
+                                               print_trace_info(reader);
+                                             });
+  info->add_flag("--modules", options->modules,
+                 "List the programs and libraries that its code is from instead: address, beginning of the build ID, "
+                 "path");
 
   CLI::App* const dump = add_reading_command(
-      trace, "dump", "Print the records of a trace in their order", options,
+      trace, "dump", "Print the records of a trace in their order", reading::while_printing, options,
       [](trace_reader& reader, const trace_options& given) { dump_trace(reader, given.filter, given.dump); });
   add_choice<dump_format>(dump, "--format", options->dump, "text, csv or jsonl (text)",
                           {{"text", dump_format::text}, {"csv", dump_format::csv}, {"jsonl", dump_format::jsonl}});
   add_filter_options(*dump, options->filter);
 
   CLI::App* const stats = add_reading_command(
-      trace, "stats", "Count the accesses of a trace by place, thread or region", options,
+      trace, "stats", "Count the accesses of a trace by place, function, thread or region", reading::then_printing,
+      options,
       [](trace_reader& reader, const trace_options& given) { print_trace_stats(reader, given.filter, given.stats); });
-  add_choice<stats_key>(stats, "--by", options->stats.by, "place, thread or region (place): what a row is for",
-                        {{"place", stats_key::place}, {"thread", stats_key::thread}, {"region", stats_key::region}});
-  add_choice<stats_format>(stats, "--format", options->stats.format, "text, csv or json (text)",
-                           {{"text", stats_format::text}, {"csv", stats_format::csv}, {"json", stats_format::json}});
-  stats->add_option("--top", options->stats.top, "So many rows, those with most records (20)")->type_name("NUMBER");
-  add_filter_options(*stats, options->filter);
-  stats->footer(
-      "Lines are of 64 bytes, pages of 4,096. Above 256, their numbers are estimates with a standard\n"
-      "error of 1.6 %. The stride is the way from one access of an instruction to its next, if one in\n"
-      "eight has the same.");
+  add_stats_options(stats, options);
+  add_diff_command(trace, options);
 
   CLI::App* const exported = add_reading_command(
-      trace, "export", "Print the accesses of a trace for a cache simulator", options,
+      trace, "export", "Print the accesses of a trace for a cache simulator", reading::while_printing, options,
       [](trace_reader& reader, const trace_options& given) { export_trace(reader, given.filter, given.exported); });
   add_choice<export_format>(
       exported, "--format", options->exported,
@@ -95,7 +148,7 @@ void add_trace_command(CLI::App& app, int& status) {
   add_filter_options(*exported, options->filter);
 
   CLI::App* const cache = add_reading_command(
-      trace, "cache", "Put the accesses of a trace through caches", options,
+      trace, "cache", "Put the accesses of a trace through caches", reading::then_printing, options,
       [](trace_reader& reader, const trace_options& given) { print_trace_cache(reader, given.filter, given.cache); });
   cache
       ->add_option("--level", options->cache.levels,
@@ -108,7 +161,7 @@ void add_trace_command(CLI::App& app, int& status) {
   cache->footer("All threads share the caches. They throw out the least recently used line; a store fetches its line.");
 
   CLI::App* const plot = add_reading_command(
-      trace, "plot", "Draw the accesses of a trace: a page to look into, and pictures", options,
+      trace, "plot", "Draw the accesses of a trace: a page to look into, and pictures", reading::then_printing, options,
       [](trace_reader& reader, const trace_options& given) {
         plot_trace(reader, given.filter, given.plot_folder.empty() ? given.path + ".plots" : given.plot_folder);
       });
@@ -118,10 +171,12 @@ void add_trace_command(CLI::App& app, int& status) {
       "index.html needs nothing beside it: zoom, move and point in it. The pictures are addresses.svg,\n"
       "footprint.svg, strides.svg and places.svg. Files of the same names are overwritten.");
 
-  CLI::App* const check = add_reading_command(trace, "check", "Check that a trace is whole and in order", options,
-                                              [&status](trace_reader& reader, const trace_options&) {
-                                                if (!check_trace(reader)) status = 1;
-                                              });
+  CLI::App* const check =
+      add_reading_command(trace, "check", "Check that a trace is whole and in order", reading::then_printing, options,
+                          [&status](trace_reader& reader, const trace_options& given) {
+                            if (!check_trace(reader, given.filter)) status = 1;
+                          });
+  add_group_filter_options(*check, options->filter);
   check->footer("The exit status is 1 if it is not.");
 }
 

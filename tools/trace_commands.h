@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/stats_key.h"
 #include "tools/trace_filter.h"
 #include "utils/trace_reader.h"
 
@@ -12,12 +13,14 @@ namespace quern {
 
 void print_trace_info(const trace_reader& reader);
 
+// A line each: its address, the beginning of its build ID, its path.
+void print_trace_modules(const trace_modules& modules);
+
 // A line a record, in count order. A file that is cut is said to be so on standard error.
 enum class dump_format { text, csv, jsonl };
 void dump_trace(trace_reader& reader, const trace_filter& filter, dump_format format);
 
 // Loads and stores counted, all and by what they have in common.
-enum class stats_key { place, thread, region };
 enum class stats_format { text, csv, json };
 struct stats_options {
   stats_key by = stats_key::place;
@@ -25,6 +28,10 @@ struct stats_options {
   std::size_t top = 20;  // rows, those with most records
 };
 void print_trace_stats(trace_reader& reader, const trace_filter& filter, const stats_options& options);
+
+// The same of two traces side by side. Rows are the same that have the same name.
+void print_trace_diff(trace_reader& first, trace_reader& second, const trace_filter& filter,
+                      const stats_options& options);
 
 // The accesses in a form that cache simulators read: a line each.
 enum class export_format { din, lackey };
@@ -42,7 +49,8 @@ void print_trace_cache(trace_reader& reader, const trace_filter& filter, const c
 // the page is.
 void plot_trace(trace_reader& reader, const trace_filter& filter, const std::string& folder);
 
-// Whether the trace is whole and its records are as the emulator writes them; a line for each thing that is not so.
-bool check_trace(trace_reader& reader);
+// Whether the trace is whole and those records that the filter lets through are as the emulator writes them; a line for
+// each thing that is not so.
+bool check_trace(trace_reader& reader, const trace_filter& filter);
 
 }  // namespace quern

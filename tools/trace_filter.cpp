@@ -27,6 +27,14 @@ number_range parse_range(const std::string& option, const std::string& text) {
   return {*first, *last};
 }
 
+void add_range_option(CLI::App& command, const std::string& name, std::optional<number_range>& range,
+                      const std::string& what) {
+  command
+      .add_option_function<std::string>(
+          name, [name, &range](const std::string& text) { range = parse_range(name, text); }, what)
+      ->type_name("FROM[-TO]");
+}
+
 std::uint64_t last_byte(const trace_record& record) {
   const std::uint64_t last = record.addr + (record.size == 0 ? 0 : record.size - 1);
   return last < record.addr ? ~std::uint64_t{0} : last;
@@ -34,14 +42,15 @@ std::uint64_t last_byte(const trace_record& record) {
 
 }  // namespace
 
-void add_filter_options(CLI::App& command, trace_filter& filter) {
-  const auto add_range = [&](const std::string& name, std::optional<number_range>& range, const std::string& what) {
-    command
-        .add_option_function<std::string>(
-            name, [name, &range](const std::string& text) { range = parse_range(name, text); }, what)
-        ->type_name("FROM[-TO]");
-  };
+void add_group_filter_options(CLI::App& command, trace_filter& filter) {
   command.add_option("--thread", filter.thread, "Only this thread's records")->type_name("NUMBER");
+  add_range_option(command, "--pc", filter.pcs, "Only those of the instructions at these addresses");
+  command.add_option("--symbol", filter.symbol, "Only those of the function of this name")->type_name("NAME");
+  command.add_option("--region", filter.region, "Only this region of interest; the first is 1")->type_name("NUMBER");
+}
+
+void add_filter_options(CLI::App& command, trace_filter& filter) {
+  add_group_filter_options(command, filter);
   command
       .add_option_function<std::string>(
           "--kind",
@@ -49,10 +58,7 @@ void add_filter_options(CLI::App& command, trace_filter& filter) {
           "Only loads, or only stores: load or store")
       ->check(CLI::IsMember({"load", "store"}))
       ->type_name("KIND");
-  add_range("--address", filter.addresses, "Only accesses to these addresses");
-  add_range("--pc", filter.pcs, "Only those of the instructions at these addresses");
-  command.add_option("--symbol", filter.symbol, "Only those of the function of this name")->type_name("NAME");
-  command.add_option("--region", filter.region, "Only this region of interest; the first is 1")->type_name("NUMBER");
+  add_range_option(command, "--address", filter.addresses, "Only accesses to these addresses");
   command.add_option("--limit", filter.limit, "Only so many records, the first ones")->type_name("NUMBER");
 }
 
@@ -85,7 +91,10 @@ bool filtered_records::takes(const trace_record& record) {
 }
 
 std::optional<trace_record> filtered_records::next() {
-  if (filter_.limit && given_ == *filter_.limit) return std::nullopt;
+  if (filter_.limit && given_ == *filter_.limit) {
+    reader_.end_progress();
+    return std::nullopt;
+  }
   while (const std::optional<trace_record> record = reader_.next()) {
     region_ = regions_.region_of(*record);
     if (!takes(*record)) continue;

@@ -28,6 +28,9 @@ struct trace_filter {
 // Adds the options --thread, --kind, --address, --pc, --symbol, --region and --limit to a command.
 void add_filter_options(CLI::App& command, trace_filter& filter);
 
+// Those of them that let through all records of an instruction or none: --thread, --pc, --symbol and --region.
+void add_group_filter_options(CLI::App& command, trace_filter& filter);
+
 // Regions are numbered from 1 on in the order of the start markers that open them; a start marker in a region opens
 // none. A thread is in region 0 where it is in none. The numbers are the file's where it has them.
 class region_count {

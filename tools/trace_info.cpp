@@ -68,4 +68,14 @@ void print_trace_info(const trace_reader& reader) {
   print_losses(summary);
 }
 
+void print_trace_modules(const trace_modules& modules) {
+  for (const trace_module& module : modules.all()) {
+    std::string id;
+    for (const char byte : module.build_id.substr(0, 4)) id += fmt::format("{:02x}", static_cast<unsigned char>(byte));
+    const bool is_gone = module.end_count != ~std::uint64_t{0};
+    fmt::print("{:#014x} {:<8} {}{}\n", module.begin, id, printable(module.path),
+               is_gone ? fmt::format(", gone at record {}", module.end_count) : "");
+  }
+}
+
 }  // namespace quern

@@ -113,9 +113,11 @@ std::uint64_t trace_reader::open_file::next_data(std::uint64_t offset) const {
   return errno == ENXIO ? std::max(offset, size) : offset;
 }
 
-trace_reader::trace_reader(const std::string& path) : file_(path) {
+trace_reader::trace_reader(const std::string& path, trace_progress progress)
+    : file_(path), progress_(std::move(progress)) {
   read_header();
   if (header_.magic != 0) walk_chunks();
+  tell(0, 1);
 }
 
 void trace_reader::read_header() {
@@ -147,6 +149,7 @@ void trace_reader::walk_chunks() {
   std::vector<place> unpacked;  // which of their records count is known when all blocks are
   for (std::uint64_t number = 0; number * header_.chunk_size < room; ++number) {
     const std::uint64_t offset = chunk_offset(number);
+    tell(0, static_cast<double>(offset) / static_cast<double>(file_.size));
     trace_chunk_header header{};
     if (file_.read_at(offset, &header, sizeof header) < sizeof header) break;
     if (header.magic == 0) {  // the next that is in use may lie far behind a hole in the file
@@ -267,7 +270,12 @@ void trace_reader::open_places_below_next() {
 
 std::optional<trace_record> trace_reader::next() {
   open_places_below_next();
-  if (merging_.empty()) return std::nullopt;
+  if (merging_.empty()) {
+    end_progress();
+    return std::nullopt;
+  }
+  constexpr std::uint64_t step = 4096;
+  if (given_++ % step == 0) tell(1, static_cast<double>(given_) / static_cast<double>(summary_.records + 1));
   std::pop_heap(merging_.begin(), merging_.end(), next_is_later);
   const trace_record record = merging_.back().back();
   merging_.back().pop_back();
@@ -279,6 +287,7 @@ std::optional<trace_record> trace_reader::next() {
 }
 
 void trace_reader::rewind() {
+  given_ = 0;
   next_place_ = 0;
   merging_.clear();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -44,10 +45,14 @@ struct trace_summary {
   std::set<std::uint32_t> threads;
 };
 
+// Is told now and then how much has been done of the walk through the chunks (pass 0) and of giving out the records
+// (pass 1), from 0 to 1.
+using trace_progress = std::function<void(unsigned pass, double done)>;
+
 class trace_reader {
  public:
   // Reads the header and walks once through all chunks. Throws trace_error.
-  explicit trace_reader(const std::string& path);
+  explicit trace_reader(const std::string& path, trace_progress progress = {});
 
   const trace_file_header& header() const { return header_; }  // all 0 in a file that is cut inside of it
   const trace_summary& summary() const { return summary_; }
@@ -61,6 +66,9 @@ class trace_reader {
 
   // Begins anew with the first record.
   void rewind();
+
+  // Tells that no more records will be asked for.
+  void end_progress() const { tell(1, 1); }
 
  private:
   struct open_file {
@@ -103,8 +111,13 @@ class trace_reader {
   place_records read_block(const place& where) const;
   std::uint64_t chunk_offset(std::uint64_t number) const { return header_.header_size + number * header_.chunk_size; }
   void open_places_below_next();
+  void tell(unsigned pass, double done) const {
+    if (progress_) progress_(pass, done);
+  }
 
   open_file file_;
+  trace_progress progress_;
+  std::uint64_t given_ = 0;
   bool cut_ = false;
   trace_file_header header_{};
   trace_summary summary_;

@@ -63,65 +63,102 @@ for range in 0x 5-4 1-2-3 -1 x; do
     trace dump --address="$range" small
 done
 
+# The one record of 256 bytes is a whole vector, or is not.
+bits=$("${quern[@]}" --version | sed -n 's/.*(\([0-9]*\)-bit.*/\1/p')
+full=$([ "$bits" = 2048 ] && echo 1 || echo 0)
 expect 0 "accesses       4 records of 3 instructions
   loads        3 (75.0 %), of 268 bytes
   stores       1 (25.0 %), of 16 bytes
-  lane by lane 2 (50.0 %): gathers, scatters and structures
+  lane loads   1 (25.0 %): of gathers and structures, 1.0 an instruction
+  lane stores  1 (25.0 %)
+  full vectors $full ($((25 * full)).0 %)
 footprint      7 lines of 64 bytes, 3 pages of 4096
 across lines   2 (50.0 %)
 across pages   0 (0.0 %)
-sizes          up to 4 bytes: 1 (25.0 %)
-               up to 8 bytes: 1 (25.0 %)
-               up to 16 bytes: 1 (25.0 %)
-               up to 256 bytes: 1 (25.0 %)
+sizes          up to 4                  1  25.0 %  #######
+               up to 8                  1  25.0 %  #######
+               up to 16                 1  25.0 %  #######
+               up to 256                1  25.0 %  #######
+reuse distance 1                        1  12.5 %  ####
+               none, or >=1M            7  87.5 %  #########################
 
-   records      %        bytes  loads %      lines  stride  region
-         3   75.0          276     66.7          6   mixed  1
-         1   25.0            8    100.0          1   mixed  outside" trace stats --by region small
-columns=records,instructions,lane_records,loads,stores,loaded_bytes,stored_bytes,lines,pages,across_lines,across_pages,\
-stride,stride_records
-expect 0 "pc,$columns
-0x400000,1,1,0,1,0,256,0,4,1,1,0,,0
-0x400004,1,1,1,1,0,4,0,1,1,0,0,,0" trace stats --format csv --top 2 small
+   records      % loads %     lines  stride  region
+         3   75.0    66.7         6   mixed  1
+         1   25.0   100.0         1   mixed  outside" trace stats --by region small
+columns=records,instructions,loads,stores,loaded_bytes,stored_bytes,lane_loads,lane_load_instructions,lane_stores,\
+lane_store_instructions,whole_vectors,lines,pages,across_lines,across_pages,stride,stride_records
+expect 0 "pc,place,source,$columns
+0x400000,0x400000,,1,1,1,0,256,0,0,0,0,0,$full,4,1,1,0,,0
+0x400004,0x400004,,1,1,1,0,4,0,1,1,0,0,0,1,1,0,0,,0" trace stats --format csv --top 2 small
 expect 0 "thread,$columns
-$thread,1,0,1,0,1,0,16,2,1,1,0,,0" trace stats --format csv --by thread --kind store small
-expect 0 '{
-  "total": {
-    "records": 1,
-    "instructions": 1,
-    "lane_records": 0,
-    "loads": 1,
-    "stores": 0,
-    "loaded_bytes": 8,
-    "stored_bytes": 0,
-    "lines": 1,
-    "pages": 1,
-    "across_lines": 0,
-    "across_pages": 0,
-    "sizes": {
-      "8": 1
-    }
+$thread,1,0,0,1,0,16,0,0,1,0,0,2,1,1,0,,0" trace stats --format csv --by thread --kind store small
+expect 0 "function,$columns
+?,4,3,3,1,268,16,1,1,1,0,$full,7,3,2,0,,0" trace stats --format csv --by function small
+numbers='"records": 1,
+@"instructions": 1,
+@"loads": 1,
+@"stores": 0,
+@"loaded_bytes": 8,
+@"stored_bytes": 0,
+@"lane_loads": 0,
+@"lane_load_instructions": 0,
+@"lane_stores": 0,
+@"lane_store_instructions": 0,
+@"whole_vectors": 0,
+@"lines": 1,
+@"pages": 1,
+@"across_lines": 0,
+@"across_pages": 0,
+@"sizes": {
+@  "8": 1
+@},
+@"strides": [],
+@"reuse_distance": [
+@  {
+@    "from": 1048576,
+@    "or_first": true,
+@    "accesses": 1
+@  }
+@]'
+expect 0 "{
+  \"total\": {
+    ${numbers//@/    }
   },
-  "rows": [
+  \"rows\": [
     {
-      "region": "outside",
-      "records": 1,
-      "instructions": 1,
-      "lane_records": 0,
-      "loads": 1,
-      "stores": 0,
-      "loaded_bytes": 8,
-      "stored_bytes": 0,
-      "lines": 1,
-      "pages": 1,
-      "across_lines": 0,
-      "across_pages": 0,
-      "sizes": {
-        "8": 1
-      }
+      \"region\": \"outside\",
+      ${numbers//@/      }
     }
   ]
-}' trace stats --format json --by region --region 0 small
+}" trace stats --format json --by region --region 0 small
+smalls_thread=$thread
+make other 1 only
+expect 0 "                               A               B      change
+records                        4               1     -75.0 %
+instructions                   3               1     -66.7 %
+loads                          3               1     -66.7 %
+stores                         1               0    -100.0 %
+bytes                        284               8     -97.2 %
+lane loads                     1               0    -100.0 %
+lane stores                    1               0    -100.0 %
+full vectors                   $full               0    $([ $full = 1 ] && echo '-100.0 %' || echo '       =')
+lines                          7               1     -85.7 %
+pages                          3               1     -66.7 %
+across lines                   2               0    -100.0 %
+across pages                   0               0           =
+reuse >=512                    7               1     -85.7 %
+reuse >=16K                    7               1     -85.7 %
+
+records in A        in B      change  place
+           1           1           =  0x400000
+           1           0    -100.0 %  0x400004
+           1           0    -100.0 %  0x400008
+           1           0    -100.0 %  0x400010" trace diff small other
+expect 0 'region,records_a,records_b,bytes_a,bytes_b,lines_a,lines_b
+1,3,0,276,0,6,0
+outside,1,1,8,8,1,1' trace diff --format csv --by region small other
+"${quern[@]}" trace diff --format json small other >printed
+grep -qx '  "b": {' printed && [ "$(grep -c '"place"' printed)" = 4 ] || fail "diff as JSON: $(<printed)"
 expect 0 '0 2000 100
 0 1000 4
 1 20f8 10
@@ -130,8 +167,6 @@ expect 0 ' L 2000,256
  L 1000,4
  S 20f8,16' trace export --format lackey --region 1 small
 
-bits=$("${quern[@]}" --version | sed -n 's/.*(\([0-9]*\)-bit.*/\1/p')
-smalls_thread=$thread
 make orderly 5000 only
 expect 0 '5000 records, all in order' trace check orderly
 too_large=$([ "$bits" = 2048 ] || printf 'record 1 has a size that no vector has\n ')
@@ -190,6 +225,9 @@ now=$(date +%Y-%m-%d)
 "${quern[@]}" trace info small | grep -q "^started  *\($now\|$(date +%Y-%m-%d)\) ..:..:.. UTC\$" || fail "info: start time"
 "${quern[@]}" trace info small | grep -Eq "^process +$thread \(parent [0-9]+\)\$" || fail "info: process"
 
+"${quern[@]}" trace info --modules small >printed
+grep -Eq '^0x[0-9a-f]{12} [0-9a-f]{8} /.*/make_trace$' printed || fail "info --modules: $(<printed)"
+
 # A trace that was cut, in its unused end and within its records.
 cp small cut && truncate -s -1 cut
 [ "$(info cut)" = "$(info_of "$((size - 1)) bytes, cut: it was longer once" 'in good order')" ] || fail "cut: $(info cut)"
@@ -236,7 +274,7 @@ grep -qx '  markers      1 start, 1 stop, 2 regions left open' printed || fail "
 # The most frequent stride: EXTRA loads of 8 bytes at one address, after one of 256 bytes elsewhere by the same
 # instruction.
 "${quern[@]}" trace stats large >printed
-grep -qx '     20001  100.0       160256    100.0          5      +0  0x400000' printed || fail "stats: $(<printed)"
+grep -qx '     20001  100.0   100.0         5      +0  0x400000' printed || fail "stats: $(<printed)"
 grep -qx '(1 more: see --top)' <("${quern[@]}" trace stats --top 3 large) || fail "stats --top 3"
 
 touch empty
