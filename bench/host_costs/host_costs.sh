@@ -18,7 +18,7 @@ program=$1
 loops="vector_sum byte_copy strided_gather matrix_product fourier_transform"
 hosts="traps patched"
 [ -z "${QUERN_DYNAMORIO:-}" ] || hosts+=" framework"
-counted_passes=20 rounds=5
+counted_passes=4 rounds=3
 
 qemu=("$QUERN_QEMU")
 [ -z "$QUERN_SYSROOT" ] || qemu+=(-L "$QUERN_SYSROOT")
