@@ -75,9 +75,6 @@ struct access_stats {
   std::map<std::uint64_t, std::uint64_t> sizes;  // records by their bytes, rounded up to a power of two
 
   void add(const trace_record& record, const access_history& history, std::uint64_t vector_bytes);
-
-  // The same where nothing is to be said of reuse and whole vectors.
-  void add(const trace_record& record, std::optional<std::int64_t> stride) { add(record, {.stride = stride}, 0); }
 };
 
 }  // namespace quern

@@ -169,7 +169,7 @@ void add_trace_command(CLI::App& app, int& status) {
   add_filter_options(*plot, options->filter);
   plot->footer(
       "index.html needs nothing beside it: zoom, move and point in it. The pictures are addresses.svg,\n"
-      "footprint.svg, strides.svg and places.svg. Files of the same names are overwritten.");
+      "footprint.svg, strides.svg, reuse.svg and places.svg. Files of the same names are overwritten.");
 
   CLI::App* const check =
       add_reading_command(trace, "check", "Check that a trace is whole and in order", reading::then_printing, options,

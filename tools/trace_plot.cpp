@@ -34,6 +34,7 @@ void plot_trace(trace_reader& reader, const trace_filter& filter, const std::str
   write_file(to / "addresses.svg", draw_addresses(data).file());
   write_file(to / "footprint.svg", draw_footprint(data).file());
   write_file(to / "strides.svg", draw_strides(data).file());
+  write_file(to / "reuse.svg", draw_reuse(data).file());
   write_file(to / "places.svg", draw_places(data).file());
   fmt::print("{}\n", (to / "index.html").string());
 }

@@ -75,7 +75,7 @@
     plane.dispatchEvent(new PointerEvent("pointerleave"));
     note(`tip: ${tip.hidden ? "none" : "still there"}`);
     const bars = [...document.querySelectorAll(".histograms svg")].map((chart) =>
-      [...chart.querySelectorAll("rect.load")].reduce((a, b) => (b.height.baseVal.value > a.height.baseVal.value ? b : a)));
+      [...chart.querySelectorAll("rect.load, rect.mixed")].reduce((a, b) => (b.height.baseVal.value > a.height.baseVal.value ? b : a)));
     for (const bar of bars) {
       bar.dispatchEvent(new PointerEvent("pointermove", {clientX: 5, clientY: 5}));
       note(`bar: ${tip.textContent}`);

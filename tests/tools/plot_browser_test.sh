@@ -66,6 +66,7 @@ row of the tip: 0x400000
 tip: in the window
 tip: none
 bar: +64 B to 127 B: 99 loads, 99 stores
+bar: 1048576 and more other lines, or the first time: 200 times
 colours: loads $load, stores $store
 a place alone: loads fainter, stores as before
 kept: loads fainter

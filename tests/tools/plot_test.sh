@@ -7,7 +7,7 @@ shift
 . "$(dirname "$0")/expect.sh" "$@"
 enter_folder
 make() { QUERN_TRACE=$1 "${maker[@]}" "${@:2}"; }
-files='addresses.svg footprint.svg index.html places.svg strides.svg'
+files='addresses.svg footprint.svg index.html places.svg reuse.svg strides.svg'
 
 make a.trace program 100
 expect 0 'a.trace.plots/index.html' trace plot a.trace
@@ -27,6 +27,7 @@ has addresses.svg '300 accesses, 67 % of them loads, in 2 areas of memory' '0x10
   '0x7f0000000000 to 0x7f00000018ff, 6.25 KiB'
 has footprint.svg '12.5 KiB touched in all' 'touched within 2 records'
 has strides.svg 'Most often +64 B: at least' '+64 B to 127 B: 99 loads, 99 stores'
+has reuse.svg '33 % of the lines touched are among the last 512 (32 KiB)' 'or the first time: 200 times'
 has places.svg 'All accesses are by 3 instructions' '100 (33 %)'
 has index.html '200 loads and 100 stores of SVE instructions, by 3 places'
 ! grep -E 'https?://' index.html | grep -v 'http://www.w3.org/2000/svg' || fail 'the page asks for something elsewhere'

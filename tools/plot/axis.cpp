@@ -44,6 +44,10 @@ std::string short_bytes(double bytes) {
   return in_units(bytes, 1024, std::array{"B", "KiB", "MiB", "GiB", "TiB", "PiB", "EiB"});
 }
 
+std::string short_binary(double number) {
+  return in_units(number, 1024, std::array{"", "Ki", "Mi", "Gi", "Ti", "Pi", "Ei"});
+}
+
 std::string percent_text(double part, double whole) {
   const double percent = whole == 0 ? 0 : 100 * part / whole;
   if (percent > 0 && percent < 0.1) return "<0.1 %";

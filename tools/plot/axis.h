@@ -15,6 +15,7 @@ std::vector<double> binary_ticks(double end, unsigned most);
 // "0", "250", "2.5 k", "10 M"; "0", "64 B", "1.5 KiB". As many digits as a tick needs, three at most.
 std::string short_number(double number);
 std::string short_bytes(double bytes);
+std::string short_binary(double number);  // "64", "4 Ki"
 
 // "87 %", "0.3 %", "<0.1 %"; "100 %" of nothing less than all.
 std::string percent_text(double part, double whole);

@@ -120,7 +120,7 @@ std::string draw_page(plot_data& data) {
                                   {"window", window_text(data)},
                                   {"places_title", places.title},
                                   {"places_subtitle", places.subtitle},
-                                  {"histograms", draw_strides(data).element()},
+                                  {"histograms", draw_strides(data).element() + draw_reuse(data).element()},
                                   {"chart_style", std::string(plot_page::chart_style)},
                                   {"page_style", std::string(plot_page::style)},
                                   {"page_script", std::string(plot_page::script)},

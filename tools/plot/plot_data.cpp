@@ -83,11 +83,11 @@ class plot_counter {
     for (const plot_place& place : data.places) index_.emplace(place.pc, index_.size());
   }
   void add(const trace_record& record) {
-    const std::optional<std::int64_t> stride = strides_.stride_of(record);
+    const access_history history = history_.next(record);
     const std::size_t place = place_of(record.pc);
-    data_.total.add(record, stride);
-    data_.places[place].stats.add(record, stride);
-    if (stride) data_.strides.add(*stride, record.kind == trace_kind::load);
+    data_.total.add(record, history, data_.vector_bytes);
+    data_.places[place].stats.add(record, history, data_.vector_bytes);
+    if (history.stride) data_.strides.add(*history.stride, record.kind == trace_kind::load);
     const std::uint64_t last = last_byte(record);
     for (std::uint64_t line = record.addr / data_.line_bytes; line <= last / data_.line_bytes; ++line)
       data_.footprint.add(record.count, line);
@@ -114,7 +114,7 @@ class plot_counter {
   }
 
   plot_data& data_;
-  stride_memory strides_;
+  access_memory history_;
   std::unordered_map<std::uint64_t, std::size_t> index_;  // in data_.places, by pc
 };
 

@@ -52,6 +52,18 @@ plot_title strides_title(const plot_data& data) {
                           : "Many: none is that of an eighth of the accesses"};
 }
 
+plot_title reuse_title(const plot_data& data) {
+  constexpr unsigned bins = 10;  // of less than 512 lines
+  constexpr std::uint64_t lines = std::uint64_t{1} << (bins - 1);
+  std::uint64_t near = 0, all = 0;
+  for (unsigned bin = 0; bin != reuse_distance::bins; ++bin) {
+    all += data.total.reuse.counts[bin];
+    if (bin < bins) near += data.total.reuse.counts[bin];
+  }
+  return {"Reuse distance", fmt::format("{} of the lines touched are among the last {} ({})", share_of(near, all),
+                                        lines, bytes_of_lines(lines))};
+}
+
 plot_title places_title(const plot_data& data) {
   const std::size_t few = std::min<std::size_t>(data.places.size(), 3);
   std::uint64_t sum = 0;

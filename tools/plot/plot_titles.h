@@ -14,6 +14,7 @@ struct plot_title {
 plot_title addresses_title(const plot_data& data);
 plot_title footprint_title(const plot_data& data);
 plot_title strides_title(const plot_data& data);
+plot_title reuse_title(const plot_data& data);
 plot_title places_title(const plot_data& data);
 
 // How long a window of the footprint is: "8.19 k records".

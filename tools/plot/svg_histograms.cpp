@@ -1,4 +1,4 @@
-// Strides, and places by their accesses.
+// Strides, reuse distances, and places by their accesses.
 #include <fmt/core.h>
 
 #include <cmath>
@@ -10,9 +10,20 @@
 namespace quern {
 namespace {
 
+struct histogram_part {
+  std::string_view kind;  // its class
+  std::uint64_t count = 0;
+};
+
 struct histogram_bar {
-  std::string tick, tip;  // the tick may be empty
-  load_store_count count;
+  std::string tick, tip;              // the tick may be empty
+  std::vector<histogram_part> parts;  // from below
+
+  std::uint64_t count() const {
+    std::uint64_t sum = 0;
+    for (const histogram_part& part : parts) sum += part.count;
+    return sum;
+  }
 };
 
 struct histogram {
@@ -25,18 +36,19 @@ struct histogram {
 constexpr double width = 480, height = 300, left = 56, right = width - 16, top = 66, bottom = height - 48;
 
 void draw_bar(svg_chart& chart, const histogram_bar& bar, double x, double bar_width, double height_of_one) {
-  const std::string tip = fmt::format("{}: {} loads, {} stores", bar.tip, bar.count.loads, bar.count.stores);
-  const double loads = height_of_one * static_cast<double>(bar.count.loads);
-  const double stores = height_of_one * static_cast<double>(bar.count.stores);
-  if (loads != 0) chart.rectangle("load", x, bottom - std::max(loads, 1.0), bar_width, std::max(loads, 1.0), tip);
-  if (stores != 0)
-    chart.rectangle("store", x, bottom - loads - std::max(stores, 1.0), bar_width, std::max(stores, 1.0), tip);
+  double low = bottom;
+  for (const histogram_part& part : bar.parts) {
+    if (part.count == 0) continue;
+    const double part_height = std::max(height_of_one * static_cast<double>(part.count), 1.0);
+    low -= part_height;
+    chart.rectangle(part.kind, x, low, bar_width, part_height, bar.tip);
+  }
 }
 
 svg_chart draw_histogram(const histogram& shown) {
   svg_chart chart(width, height, shown.title.title, shown.title.subtitle);
   std::uint64_t most = 1;
-  for (const histogram_bar& bar : shown.bars) most = std::max(most, bar.count.sum());
+  for (const histogram_bar& bar : shown.bars) most = std::max(most, bar.count());
   const double all = static_cast<double>(std::max<std::uint64_t>(shown.all, 1));
   const double end = 105 * static_cast<double>(most) / all;  // percent
   const auto y = [&](double percent) { return bottom - (bottom - top) * percent / end; };
@@ -51,25 +63,41 @@ svg_chart draw_histogram(const histogram& shown) {
     if (!shown.bars[i].tick.empty()) chart.text("", x + slot / 2, bottom + 16, "middle", shown.bars[i].tick);
   }
   chart.text("", (left + right) / 2, bottom + 36, "middle", shown.axis);
-  chart.key("store", chart.key("load", right - 120, 26, "loads"), 26, "stores");
   return chart;
 }
 
 std::string signed_bytes(int sign, double bytes) { return (sign < 0 ? "−" : "+") + short_bytes(bytes); }
 
-// The name of a bin of strides, and which they are.
+std::string stride_range(int bin) {
+  if (bin == 0) return "the same address";
+  const double least = std::exp2(std::abs(bin) - 1);
+  if (std::abs(bin) == stride_counts::outermost) return signed_bytes(bin, least) + " and more";
+  return signed_bytes(bin, least) + (least == 1 ? "" : fmt::format(" to {:.0f} B", 2 * least - 1));
+}
+
 histogram_bar stride_bar(const stride_counts& strides, int bin, bool has_tick) {
-  histogram_bar bar{.tick = {}, .tip = "the same address", .count = strides.bin(bin)};
-  if (bin != 0) {
-    const double least = std::exp2(std::abs(bin) - 1);
-    const bool is_open = std::abs(bin) == stride_counts::outermost;
-    bar.tip = is_open || least == 1 ? signed_bytes(bin, least) + (is_open ? " and more" : "")
-                                    : signed_bytes(bin, least) + fmt::format(" to {:.0f} B", 2 * least - 1);
-    if (has_tick) bar.tick = signed_bytes(bin, least);
-  } else {
-    bar.tick = "0";
-  }
-  return bar;
+  const auto& [loads, stores] = strides.bin(bin);
+  return {.tick = !has_tick  ? ""
+                  : bin == 0 ? "0"
+                             : signed_bytes(bin, std::exp2(std::abs(bin) - 1)),
+          .tip = fmt::format("{}: {} loads, {} stores", stride_range(bin), loads, stores),
+          .parts = {{"load", loads}, {"store", stores}}};
+}
+
+using reuse_histogram = decltype(access_stats::reuse);
+
+// "4 to 7 other lines: 120 times".
+histogram_bar reuse_bar(const reuse_histogram& reuse, unsigned bin, bool has_tick) {
+  const bool is_far = bin == reuse_distance::far;
+  const std::uint64_t lowest = reuse_histogram::lowest(bin), highest = reuse_histogram::highest(bin);
+  const std::string range = is_far              ? fmt::format("{} and more other lines, or the first time", lowest)
+                            : lowest == highest ? fmt::format("{} other lines", lowest)
+                                                : fmt::format("{} to {} other lines", lowest, highest);
+  return {.tick = is_far     ? "first"
+                  : has_tick ? short_binary(static_cast<double>(lowest))
+                             : "",
+          .tip = fmt::format("{}: {} times", range, reuse.counts[bin]),
+          .parts = {{"mixed", reuse.counts[bin]}}};
 }
 
 }  // namespace
@@ -86,6 +114,23 @@ svg_chart draw_strides(const plot_data& data) {
   }
   const int step = (highest - lowest) / 8 + 1;  // from one tick to the next
   for (int bin = lowest; bin <= highest; ++bin) shown.bars.push_back(stride_bar(data.strides, bin, bin % step == 0));
+  svg_chart chart = draw_histogram(shown);
+  chart.key("store", chart.key("load", right - 120, 26, "loads"), 26, "stores");
+  return chart;
+}
+
+svg_chart draw_reuse(const plot_data& data) {
+  const reuse_histogram& reuse = data.total.reuse;
+  histogram shown{reuse_title(data), "other lines of 64 bytes touched in between, by powers of two", {}, 0};
+  unsigned highest = 8;
+  for (unsigned bin = 0; bin != reuse_histogram::bins; ++bin) {
+    shown.all += reuse.counts[bin];
+    if (reuse.counts[bin] != 0 && bin != reuse_distance::far) highest = std::max(highest, bin);
+  }
+  const unsigned step = highest / 7 + 1;  // from one tick to the next
+  for (unsigned bin = 0; bin <= highest; ++bin)
+    shown.bars.push_back(reuse_bar(reuse, bin, bin % step == 0 && bin + 1 < highest));
+  shown.bars.push_back(reuse_bar(reuse, reuse_distance::far, true));
   return draw_histogram(shown);
 }
 

@@ -10,6 +10,7 @@ namespace quern {
 svg_chart draw_addresses(plot_data& data);
 svg_chart draw_footprint(const plot_data& data);
 svg_chart draw_strides(const plot_data& data);
+svg_chart draw_reuse(const plot_data& data);
 svg_chart draw_places(const plot_data& data);
 
 }  // namespace quern
