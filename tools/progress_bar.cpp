@@ -27,7 +27,7 @@ void progress_bar::show(unsigned pass, double done) {
 }
 
 void progress_bar::erase() {
-  if (is_shown_) fmt::print(out_, "\r\033[K");
+  if (is_shown_) std::fputs("\r\033[K", out_);
   std::fflush(out_);
   is_shown_ = false;
 }
