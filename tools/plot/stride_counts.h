@@ -20,10 +20,10 @@ class stride_counts {
   static constexpr int outermost = 25;
 
   void add(std::int64_t stride, bool is_load) {
-    load_store_count& bin = bins_[static_cast<std::size_t>(bin_of(stride) + outermost)];
+    load_store_count& bin = bins_[index_of(bin_of(stride))];
     ++(is_load ? bin.loads : bin.stores);
   }
-  const load_store_count& bin(int number) const { return bins_[static_cast<std::size_t>(number + outermost)]; }
+  const load_store_count& bin(int number) const { return bins_[index_of(number)]; }
 
   static int bin_of(std::int64_t stride) {
     const auto bits = static_cast<std::uint64_t>(stride);
@@ -32,6 +32,11 @@ class stride_counts {
   }
 
  private:
+  static std::size_t index_of(int bin) {
+    const int index = bin + outermost;
+    return static_cast<std::size_t>(index);
+  }
+
   std::array<load_store_count, 2 * outermost + 1> bins_{};
 };
 

@@ -138,7 +138,7 @@ namespace {
 
 // The end of a place's name and source line, if they are too long: it tells most.
 std::string label_of(const plot_place& place) {
-  const std::string text = place.source.empty() ? place.name : place.name + "  " + place.source;
+  std::string text = place.source.empty() ? place.name : place.name + "  " + place.source;
   constexpr std::size_t most_bytes = 42;
   if (text.size() <= most_bytes) return text;
   std::size_t from = text.size() - most_bytes + 1;
