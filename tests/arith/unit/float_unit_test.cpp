@@ -212,6 +212,15 @@ TEST(FloatUnits, AgreeOnThreeHalves) {
   expect_same_for_halves("fmls", OP(fmls(a, b, c)));
 }
 
+// 3 * 683 is the middle of two halves, and what is added is below a single's last bit.
+TEST(FloatUnits, FuseHalvesWithOneRounding) {
+  const auto sum = [](auto& fp, auto a, auto b, auto c) { return fp.fmla(a, b, c); };
+  const halves least = in_each_lane<halves>(1), three = in_each_lane<halves>(0x4200);
+  const auto [result, fpsr] = outcome<neon_fp>(sum, 0, least, three, in_each_lane<halves>(0x6156));
+  EXPECT_EQ(result[0], 0x6801);  // 2050
+  EXPECT_EQ(fpsr, IXC);
+}
+
 #define CONVERSION(Lanes, to, Result, Source)                                                  \
   expect_same_at_random<Lanes>(#to " " #Result " " #Source, []<class T>(auto& fp, T a, T, T) { \
     return fp.template to<std::Result, std::Source>(a);                                        \
