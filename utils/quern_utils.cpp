@@ -138,8 +138,9 @@ bool sve_init(std::uint64_t, const char* application) {
 void quern_trace_vector_bytes(std::uint32_t bytes) { set_vector_bytes(bytes); }
 
 void sve_exit() {
+  if (!trace_is_ours_and_open()) return;  // without a system call: a filter may allow none but the one that ends it
   const undisturbed guard;
-  if (!trace_is_ours_and_open()) return;
+  if (!trace_is_ours_and_open()) return;  // a handler may have forked
   note_modules(next_count);
   finish_trace();
 }

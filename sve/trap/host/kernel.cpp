@@ -68,8 +68,10 @@ long read_file(const char* path, std::uint64_t offset, void* bytes, std::size_t 
 
 void print_error(const char* line) { call(SYS_write, STDERR_FILENO, argument(line), long(std::strlen(line))); }
 
-void leave_by_own_failure() {
-  for (;;) call(SYS_exit_group, own_failure_status);
+void leave(int status) {
+  for (;;) call(SYS_exit_group, status);
 }
+
+void leave_by_own_failure() { leave(own_failure_status); }
 
 }  // namespace quern::kernel

@@ -44,7 +44,10 @@ long read_file(const char* path, std::uint64_t offset, void* bytes, std::size_t 
 // Writes one line of text, which ends in a newline, to standard error.
 void print_error(const char* line);
 
-// Ends the process at once with 125, the status that tells of a failure of quern itself.
+// Ends the process at once.
+[[noreturn]] void leave(int status);
+
+// The same with 125, the status that tells of a failure of quern itself.
 [[noreturn]] void leave_by_own_failure();
 
 }  // namespace quern::kernel

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 
 #include "sve/memory/guest_memory.h"
@@ -54,6 +55,7 @@ __attribute__((constructor(101))) void start(int argument_count, char** argument
   if (quern_trace_vector_bytes) quern_trace_vector_bytes(VL_BYTES);
   // It has said on standard error why not.
   if (!sve_init(0, argument_count > 0 ? last_part(arguments[0]) : "")) kernel::leave_by_own_failure();
+  at_quick_exit(sve_exit);  // the last to run, being the first that is asked for
 }
 
 __attribute__((destructor)) void stop() { sve_exit(); }
