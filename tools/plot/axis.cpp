@@ -11,7 +11,8 @@ namespace {
 
 std::vector<double> ticks(double first, double end, double step) {
   std::vector<double> found;
-  for (double tick = std::ceil(first / step) * step; tick <= end; tick += step) found.push_back(tick);
+  const double number = std::ceil(first / step);
+  for (int i = 0; (number + i) * step <= end; ++i) found.push_back((number + i) * step);
   return found;
 }
 
