@@ -5,6 +5,7 @@
 #include "sve/state/vector_length.h"
 #include "tools/commands.h"
 #include "tools/host_libraries.h"
+#include "tools/source_lines.h"
 
 namespace quern {
 namespace {
@@ -12,8 +13,9 @@ namespace {
 std::string version() {
   const std::vector<int> lengths = emulated_lengths();
   return fmt::format(
-      "quern {} ({}-bit vectors)\nbuild     {}\nrevision  {}\nlengths   {}", QUERN_VERSION, VL_BITS, QUERN_BUILD,
-      QUERN_REVISION,
+      "quern {} ({}-bit vectors)\nbuild     {}\nrevision  {}\nlines     {}\nlengths   {}", QUERN_VERSION, VL_BITS,
+      QUERN_BUILD, QUERN_REVISION,
+      source_lines::are_available() ? "of source, by libdw" : "none: libdw is not there, or was not at the build",
       lengths.empty() ? "none: the emulator's libraries are not there" : fmt::format("{}", fmt::join(lengths, ", ")));
 }
 

@@ -21,7 +21,7 @@ class source_lines {
   // "/src/saxpy.c:12" of an address in the file; empty where nothing tells.
   std::string at(std::uint64_t address) const;
 
-  // Whether there is a libdw.
+  // Whether there is a libdw, and its header was there when this was built.
   static bool are_available();
 
  private:
