@@ -17,6 +17,7 @@ namespace {
 void report_failure(const unsigned char* pc) {
   std::uint32_t word;
   std::memcpy(&word, pc, sizeof word);
+  if (!quern::count_failed({reinterpret_cast<std::uint64_t>(pc), word})) return;
   std::fprintf(stderr, "Error: failed to emulate SVE instruction 0x%08x at PC %p\n", word,
                static_cast<const void*>(pc));
 }
@@ -42,8 +43,10 @@ void emulate_instruction(unsigned int word, unsigned char* pc, sve_handler handl
   state->x[26] = dr_read_saved_reg(drcontext, slot_x26);
   state->x[27] = dr_read_saved_reg(drcontext, slot_x27);
   state->x[28] = dr_read_saved_reg(drcontext, slot_x28);
-  if (run_handler(drcontext, handler, state, word) != DECODE_OK) report_failure(pc);
-  count_emulated({reinterpret_cast<std::uint64_t>(pc), word});
+  if (run_handler(drcontext, handler, state, word) == DECODE_OK)
+    count_emulated({reinterpret_cast<std::uint64_t>(pc), word});
+  else
+    report_failure(pc);
   dr_write_saved_reg(drcontext, slot_x26, state->x[26]);
   dr_write_saved_reg(drcontext, slot_x27, state->x[27]);
   dr_write_saved_reg(drcontext, slot_x28, state->x[28]);

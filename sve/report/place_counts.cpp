@@ -24,8 +24,9 @@ void describe(reported_place& entry, const code_place& place, bool is_emulated) 
   entry.offset = origin.module != 0 ? place.address - origin.base : place.address;
 }
 
-// Places are looked for from where their address leads; processes that share the report have their own.
-void count(const code_place& place, bool is_emulated) {
+// Places are looked for from where their address leads; processes that share the report have their own. Answers whether
+// it was a place's first, or there was no room for it.
+bool count(const code_place& place, bool is_emulated) {
   constexpr std::uint64_t hash_factor = 0x9E3779B97F4A7C15;
   const std::uint64_t key = place.address | static_cast<std::uint64_t>(getpid()) << 48;
   const std::uint64_t first = key * hash_factor >> 32;
@@ -36,10 +37,10 @@ void count(const code_place& place, bool is_emulated) {
       describe(entry, place, is_emulated);
     else if (found != key)
       continue;
-    entry.count.fetch_add(1, std::memory_order_relaxed);
-    return;
+    return entry.count.fetch_add(1, std::memory_order_relaxed) == 0;
   }
   report->lost.fetch_add(1, std::memory_order_relaxed);
+  return true;
 }
 
 }  // namespace
@@ -78,6 +79,8 @@ bool count_refused(const code_place& place) {
   count(place, false);
   return report->is_strict;
 }
+
+bool count_failed(const code_place& place) { return report == nullptr || count(place, false); }
 
 void report_death(std::uint64_t address, int signal) {
   if (report == nullptr) return;

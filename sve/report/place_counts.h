@@ -30,6 +30,9 @@ std::uint16_t module_number(std::uint64_t base, const char* path);
 void count_emulated(const code_place& place);
 // Answers whether the user wants the program to end there.
 bool count_refused(const code_place& place);
+// Of an instruction that has a handler, which could not do it. Answers whether to tell it now: it is the place's first,
+// or nothing counts it.
+bool count_failed(const code_place& place);
 
 // Tells where the instruction is whose fault ends the process by that signal, or may: the last one counts.
 void report_death(std::uint64_t address, int signal);

@@ -35,7 +35,7 @@ struct place_report {
   reported_place places[most_places];
 };
 
-// The variable that names the file.
+// The variable that names the file, by way of the process that made it.
 inline constexpr const char* place_report_variable = "QUERN_REPORT";
 
 }  // namespace quern

@@ -190,6 +190,14 @@ TEST_F(Emulation, TheHandlerSeesTheSlotsTheAddressAndTheWord) {
   EXPECT_THAT(framework.calls, ElementsAre("dr_write_saved_reg(1)", "dr_write_saved_reg(2)", "dr_write_saved_reg(3)"));
 }
 
+// Each time, as nothing counts them outside of quern run.
+TEST_F(Emulation, EachFailureIsReportedWhereNothingCountsThem) {
+  const auto failing = [](cpu_state*, unsigned int) { return DECODE_UNIMPLEMENTED; };
+  const std::string first = emulate(failing);
+  EXPECT_NE(first, "");
+  EXPECT_EQ(emulate(failing), first);
+}
+
 // The report has the word that is in memory now, not the one of the call.
 TEST_F(Emulation, AFailureIsReportedAndTheSlotsAreWrittenBack) {
   char report[128];

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <string>
@@ -98,6 +99,30 @@ TEST_F(ReportedPlaces, CountWordsThatCannotBeEmulated) {
   EXPECT_EQ(place->count, 2u);
   EXPECT_EQ(place->word, word_sqdmlalb);
   EXPECT_FALSE(place->is_emulated);
+}
+
+// The line that tells it is printed at a place's first; with --stats it counts as not emulated all the same.
+TEST_F(ReportedPlaces, TellOfAFailedEmulationOnceAPlace) {
+  const auto failing = [](cpu_state*, unsigned int) { return DECODE_UNIMPLEMENTED; };
+  unsigned char* const pc = application_word(word_add_b);
+  char line[128];
+  std::snprintf(line, sizeof line, "Error: failed to emulate SVE instruction 0x%08x at PC %p\n", word_add_b,
+                static_cast<void*>(pc));
+  for (const bool counts_emulated : {false, true}) {
+    report->counts_emulated = counts_emulated;
+    testing::internal::CaptureStderr();
+    for (int i = 0; i != 3; ++i) emulate_instruction(word_add_b, pc, failing);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), counts_emulated ? "" : line);
+  }
+  const reported_place* const place = only_place();
+  ASSERT_NE(place, nullptr);
+  EXPECT_EQ(place->count, 6u);
+  EXPECT_EQ(place->word, word_add_b);
+  EXPECT_FALSE(place->is_emulated);
+  unsigned char* const other = application_word(word_add_d);
+  testing::internal::CaptureStderr();
+  emulate_instruction(word_add_d, other, failing);
+  EXPECT_NE(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(ReportedPlaces, LeaveOtherSignalsOut) {

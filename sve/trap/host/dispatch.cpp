@@ -127,9 +127,8 @@ void quern_on_signal(int signal, siginfo_t* info, void* context) {
   if (!is_trap(signal)) return pass_on(signal, info, frame);
   if (!is_sent(*info)) {
     if (signal == SIGILL) {
-      const code_place place = place_of(frame);
-      if (emulate(frame)) return count_emulated(place);
-      refuse(place);
+      if (emulate(frame)) return;
+      refuse(place_of(frame));
     }
     if (signal != SIGILL && recover_probe(frame)) return;
   }

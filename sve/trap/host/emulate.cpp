@@ -6,6 +6,7 @@
 
 #include "sve/decoder/sve_utils.h"
 #include "sve/memory/kept_destination.h"
+#include "sve/report/place_counts.h"
 #include "sve/trap/failure_line.h"
 #include "sve/trap/handler_cache.h"
 #include "sve/trap/host/breakpoint.h"
@@ -44,8 +45,12 @@ void run_handler(sve_handler handler, std::uint32_t word, ucontext_t& frame) {
   const int kept_errno = errno;  // the application's own, which a square root's call of the C library may write
   const aarch64_decode_rc result = handler(&state, word);
   errno = kept_errno;
+  const code_place place{reinterpret_cast<std::uint64_t>(state.pc), word};
   // The application goes on behind an instruction that could not be emulated, as if it did nothing.
-  if (result != DECODE_OK) kernel::print_error(failure_line(word_at(state.pc), state.pc).c_str());
+  if (result == DECODE_OK)
+    count_emulated(place);
+  else if (count_failed(place))
+    kernel::print_error(failure_line(word_at(state.pc), state.pc).c_str());
   store_state(state, frame);
 }
 
