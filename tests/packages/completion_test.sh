@@ -55,7 +55,7 @@ zsh_offers() {
 if command -v zsh >/dev/null; then
   zsh_offers 'run' 'quern ru'
   zsh_offers 'check decode list run trace' 'quern '
-  zsh_offers 'cache check dump export info plot stats' 'quern trace '
+  zsh_offers 'cache check diff dump export info plot stats' 'quern trace '
   zsh_offers 'csv jsonl text' 'quern trace dump --format '
   zsh_offers '--lib-dir' 'quern run --trace my.trace --l'
 else
