@@ -1,7 +1,6 @@
 // What `quern run` tells of the SVE instructions of a program that was run.
 #include "tools/run_report.h"
 
-#include <fcntl.h>
 #include <fmt/core.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -32,11 +31,9 @@ struct counted_place {
   std::uint64_t count;
 };
 
-// The routine of an emulated word, the name of another.
 std::string instruction_name(std::uint32_t word) {
   const decoded_word decoded = decode_word(word);
-  if (decoded.row != nullptr)
-    return std::string(handler_name(*decoded.row).empty() ? decoded.row->name.view() : handler_name(*decoded.row));
+  if (decoded.row != nullptr) return std::string(short_name(*decoded.row));
   const foreign_instruction* const form = find_foreign(word);
   return form != nullptr ? fmt::format("{} ({})", form->mnemonic, form->extension) : fmt::format("word {:08x}", word);
 }
@@ -126,31 +123,23 @@ void print_stats(std::FILE* out, const std::vector<counted_place>& places, std::
 
 }  // namespace
 
-run_report::run_report(const run_options& options, const fs::path& program) : program_(program), stats_(options.stats) {
-  std::error_code error;
-  std::string path = (fs::temp_directory_path(error) / "quern-report.XXXXXX").string();
-  const int file = mkstemp(path.data());
-  const bool made = file >= 0 && ftruncate(file, sizeof(place_report)) == 0;
+run_report::run_report(const run_options& options, const fs::path& program)
+    : program_(program), stats_(options.stats), file_(memfd_create("quern-report", MFD_CLOEXEC)) {
+  const bool made = file_ >= 0 && ftruncate(file_, sizeof(place_report)) == 0;
   void* const mapped =
-      made ? mmap(nullptr, sizeof(place_report), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0) : MAP_FAILED;
-  const int reason = errno;
-  if (file >= 0) {
-    close(file);
-    file_ = path;
-  }
+      made ? mmap(nullptr, sizeof(place_report), PROT_READ | PROT_WRITE, MAP_SHARED, file_, 0) : MAP_FAILED;
   if (mapped == MAP_FAILED) {
     if (stats_.empty() && !options.strict) return;
-    throw user_error{fmt::format("can't make a file {}: {}", path, std::strerror(reason)), status_cannot_run};
+    throw user_error{fmt::format("can't make a file to count in: {}", std::strerror(errno)), status_cannot_run};
   }
   report_ = static_cast<place_report*>(mapped);
   report_->counts_emulated = !stats_.empty();
   report_->is_strict = options.strict;
-  setenv(place_report_variable, path.c_str(), 1);
+  setenv(place_report_variable, fmt::format("/proc/{}/fd/{}", getpid(), file_).c_str(), 1);
 }
 
 run_report::~run_report() {
-  std::error_code ignored;
-  if (!file_.empty()) fs::remove(file_, ignored);
+  if (file_ >= 0) close(file_);
 }
 
 std::string run_report::place_of_death(pid_t process, int signal) const {

@@ -12,11 +12,11 @@
 
 namespace quern {
 
-// The file that the host fills in while the program runs, and what is to be said of it afterwards.
+// The file in memory that the host fills in while the program runs, and what is to be said of it afterwards.
 class run_report {
  public:
-  // Makes the file, and names it to the host. Where it can't be made, nothing is told, unless the user asked for it:
-  // that is a user_error.
+  // Makes the file, and tells the host how to find it by way of this process. Where it can't be made, nothing is told,
+  // unless the user asked for it: that is a user_error.
   run_report(const run_options& options, const std::filesystem::path& program);
   ~run_report();
   run_report(const run_report&) = delete;
@@ -29,8 +29,9 @@ class run_report {
   void print() const;
 
  private:
-  std::filesystem::path program_, file_;
+  std::filesystem::path program_;
   std::string stats_;  // as in run_options
+  int file_;           // without a name, so that nothing is left of it even if quern is killed
   place_report* report_ = nullptr;
 };
 

@@ -129,6 +129,20 @@ exec 8>&- 9<&-
 rm input output
 [ $status = 143 ] || fail "SIGTERM to quern: status $status, $(cat errors)"
 
+# Killed, it leaves nothing behind, the program neither.
+mkfifo input output
+mkdir temporary
+TMPDIR=$folder/temporary "${quern[@]}" run -- ./program wait 1 <input >output 2>errors &
+exec 8>input 9<output
+read -r _ <&9
+kill -KILL $!
+status=0
+wait $! 2>>errors || status=$?
+read -r _ <&9 && fail "the program runs on"  # until it has ended, and nobody has the pipe open
+exec 8>&- 9<&-
+[ $status = 137 ] && rmdir temporary || fail "SIGKILL to quern: status $status, left: $(ls temporary)"
+rm input output
+
 # --trace: absolute in the program, an earlier trace of the name makes room, nothing else does. What is missing in it at
 # the end is said.
 no_trace="quern: there is no trace $folder/out: only what runs between two markers is traced (see quern run --help)"

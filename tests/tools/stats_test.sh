@@ -13,6 +13,7 @@ static void skip(int signal, siginfo_t* info, void* context) {
 }
 __attribute__((noinline)) static void kernel(void) {
   for (int i = 0; i < 10; ++i) __asm__ volatile("ptrue p0.b\n add z0.b, z0.b, z1.b\n" : : : "z0", "p0");
+  __asm__ volatile("fabd z2.s, p0/m, z2.s, z3.s\n" : : : "z2");
 }
 __attribute__((noinline)) static void foreign(void) { __asm__ volatile(".inst 0x44826020\n"); }
 int main(int count, char** words) {
@@ -55,13 +56,16 @@ ends() {
     fail "$(printf 'quern run %s\n-- status %s, wanted %s; printed:\n%s\n-- wanted:\n%s' \
       "$*" $status "$wanted" "$output" "$pattern")"
 }
-counts="emulated: 20 instructions, of 2 kinds, at 2 places
+# By mnemonic; the vector library's are known by the name of the form.
+counts="emulated: 21 instructions, of 3 kinds, at 3 places
 by instruction:
-          10  sve_add_zzz
-          10  sve_ptrue_pi
+          10  add
+          10  ptrue
+           1  VecF32AbdVVM
 by place:
-          10  sve_ptrue_pi            kernel+0x*
-          10  sve_add_zzz             kernel+0x*"
+          10  ptrue                   kernel+0x*
+          10  add                     kernel+0x*
+           1  VecF32AbdVVM            kernel+0x*"
 refused="quern: sqdmlalb (SVE2) at foreign+0x0 can't be emulated: met"
 ends 3 '' ./program
 ends 3 "$counts" --stats ./program
