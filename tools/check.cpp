@@ -134,7 +134,9 @@ bool check(const std::string& name, const check_options& options) {
 
 void add_check_command(CLI::App& app, int& status) {
   CLI::App* const command = app.add_subcommand("check", "Tell what in a program's code quern can't emulate");
-  command->footer("The exit status is 1 if there is an instruction on vectors that quern can't emulate.");
+  command->footer(
+      "Only the files that are named are read, not the libraries that they load: name these too (ldd lists them).\n"
+      "The exit status is 1 if there is an instruction on vectors that quern can't emulate.");
   const auto options = std::make_shared<check_options>();
   command->add_option("PROGRAM", options->programs, "Programs and shared libraries")->required();
   command->add_flag("--all", options->all, "List all places of an instruction, not the first few");

@@ -1,9 +1,12 @@
 // The whole command line of quern: what its main program parses, and its manual tells.
 #include <fmt/ranges.h>
 
+#include <memory>
+
 #include <quern_revision.h>
 #include "sve/state/vector_length.h"
 #include "tools/commands.h"
+#include "tools/help_format.h"
 #include "tools/host_libraries.h"
 #include "tools/source_lines.h"
 
@@ -22,6 +25,7 @@ std::string version() {
 }  // namespace
 
 void add_commands(CLI::App& app, int& status) {
+  app.formatter(std::make_shared<help_format>());  // its commands take it from here
   app.name("quern");
   app.description("Runs AArch64 programs that use SVE on processors without it, and traces their memory.");
   app.set_version_flag("--version", version);

@@ -47,17 +47,19 @@ void add_run_command(CLI::App& app, int& status) {
       ->check(CLI::IsMember({"auto", "dynamorio", "embedded"}))
       ->type_name("HOST");
   run->add_option("--vl", options->vector_length,
-                  "The vector length in bits, of those that quern --version lists (else QUERN_VL tells it, else it is "
-                  "what that tells in brackets)")
+                  "The vector length in bits, one that quern --version lists; else that of QUERN_VL, else the one that "
+                  "quern --version has in brackets")
       ->type_name("BITS:{128,256,512,1024,2048}");
   run->add_option("--dynamorio", options->framework,
                   "The folder of DynamoRIO's AArch64 package (else QUERN_DYNAMORIO names it)")
       ->type_name("DIR");
   run->add_option("--lib-dir", options->lib_dir, "Where the emulator's libraries are (else QUERN_LIB_DIR names it)")
       ->type_name("DIR");
-  run->add_flag("--stats", options->stats,
-                "At the end, tell the emulated instructions by number and place, on standard error or in a file "
-                "(--stats=FILE); slower");
+  run->add_flag(
+      "--stats", options->stats,
+      "At the end, tell how often which instructions were emulated, and where, on standard error or in a file "
+      "(--stats=FILE): by mnemonic, or by the form's name in quern list where the vector library emulates it; "
+      "slower");
   run->add_flag("--strict", options->strict,
                 "End the program at the first instruction that can't be emulated, with status 125, even if it handles "
                 "SIGILL");
@@ -72,7 +74,7 @@ void add_run_command(CLI::App& app, int& status) {
       "time don't choose SVE; of use to --host embedded only, as DynamoRIO never tells of it");
   run->footer(
       "Usage: quern run [OPTIONS] -- PROGRAM [ARGUMENTS...]\n"
-      "Traced is what runs between the program's marker instructions, which are a start and a stop for each thread:\n"
+      "Traced is what runs between the program's marker instructions, which are a start and a stop for each thread: "
       "quern/roi.h has them as functions for C, C++ and Fortran.\n"
       "The exit status is the program's, or 128 plus the number of the signal that ended it.");
   run->prefix_command();  // all from the program on is the program's

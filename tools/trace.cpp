@@ -75,9 +75,9 @@ void add_choice(CLI::App* command, const std::string& name, Choice& choice, cons
 }
 
 constexpr const char* stats_footer =
-    "Lines are of 64 bytes, pages of 4,096. Above 256, their numbers are estimates with a standard\n"
-    "error of 1.6 %. The stride is the way from one access of an instruction to its next, if one in\n"
-    "eight has the same. The reuse distance of a line is the number of other lines, all threads\n"
+    "Lines are of 64 bytes, pages of 4,096. Above 256, their numbers are estimates with a standard "
+    "error of 1.6 %. The stride is the way from one access of an instruction to its next, if one in "
+    "eight has the same. The reuse distance of a line is the number of other lines, all threads "
     "together, between two accesses of it: exact to the power of two up to 1,048,576.";
 
 void add_stats_options(CLI::App* command, const std::shared_ptr<trace_options>& options) {
@@ -168,7 +168,7 @@ void add_trace_command(CLI::App& app, int& status) {
   plot->add_option("-o,--output", options->plot_folder, "Where the files go (FILE.plots)")->type_name("FOLDER");
   add_filter_options(*plot, options->filter);
   plot->footer(
-      "index.html needs nothing beside it: zoom, move and point in it. The pictures are addresses.svg,\n"
+      "index.html needs nothing beside it: zoom, move and point in it. The pictures are addresses.svg, "
       "footprint.svg, strides.svg, reuse.svg and places.svg. Files of the same names are overwritten.");
 
   CLI::App* const check =
