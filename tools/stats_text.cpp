@@ -4,6 +4,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "tools/printable.h"
 
@@ -56,7 +57,7 @@ class histogram_lines {
   void print(const std::string& label, std::uint64_t count) {
     constexpr double bar_width = 28;
     const double share = percent(count, all_);
-    const auto bar = static_cast<std::size_t>(share / 100 * bar_width + 0.5);
+    const auto bar = static_cast<std::size_t>(std::lround(share / 100 * bar_width));
     line(name_,
          fmt::format("{:<14}{:>12} {:>5.1f} %{}{}", label, count, share, bar != 0 ? "  " : "", std::string(bar, '#')));
     name_ = "";
