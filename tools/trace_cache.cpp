@@ -80,10 +80,13 @@ void print_levels(const std::vector<std::string>& names, const level_counts& tot
   }
 }
 
-void print_places(const std::map<std::uint64_t, level_counts>& places, std::size_t levels, std::size_t top) {
-  std::vector<std::pair<std::uint64_t, const level_counts*>> rows;
+// By the instruction's address, and the number of the module that had been loaded there.
+using place_table = std::map<std::pair<std::uint64_t, std::size_t>, level_counts>;
+
+void print_places(const place_table& places, code_names& names, std::size_t levels, std::size_t top) {
+  std::vector<std::pair<place_table::key_type, const level_counts*>> rows;
   rows.reserve(places.size());
-  for (const auto& [pc, counts] : places) rows.emplace_back(pc, &counts);
+  for (const auto& [place, counts] : places) rows.emplace_back(place, &counts);
   std::stable_sort(rows.begin(), rows.end(),
                    [](const auto& a, const auto& b) { return a.second->reaching(1) > b.second->reaching(1); });
   fmt::print("\n{:>12}", "accesses");
@@ -91,7 +94,8 @@ void print_places(const std::map<std::uint64_t, level_counts>& places, std::size
   fmt::print("  place\n");
   for (std::size_t i = 0; i != std::min(top, rows.size()); ++i) {
     for (std::size_t level = 0; level <= levels; ++level) fmt::print("{:>12}", rows[i].second->reaching(level));
-    fmt::print("  {:#x}\n", rows[i].first);
+    const auto& [pc, module] = rows[i].first;
+    fmt::print("  {}\n", names.place(pc, module).text());
   }
 }
 
@@ -102,11 +106,12 @@ void print_trace_cache(trace_reader& reader, const trace_filter& filter, const c
   cache_hierarchy caches(shapes);
   const level_counts none{std::vector<std::uint64_t>(shapes.size() + 1)};
   level_counts total = none;
-  std::map<std::uint64_t, level_counts> places;
+  place_table places;
   filtered_records records(reader, filter);
   while (const std::optional<trace_record> record = records.next()) {
     if ((record->kind != trace_kind::load && record->kind != trace_kind::store) || record->size == 0) continue;
-    level_counts& place = places.try_emplace(record->pc, none).first->second;
+    const std::size_t module = records.names().module_of(record->pc, record->count);
+    level_counts& place = places.try_emplace({record->pc, module}, none).first->second;
     const std::uint64_t line = caches.line_bytes();
     const std::uint64_t lines = (record->addr % line + std::min(record->size, most_access_bytes) - 1) / line + 1;
     for (std::uint64_t i = 0; i != lines; ++i) {
@@ -116,7 +121,7 @@ void print_trace_cache(trace_reader& reader, const trace_filter& filter, const c
     }
   }
   print_levels(options.levels, total);
-  if (!places.empty()) print_places(places, shapes.size(), options.top);
+  if (!places.empty()) print_places(places, records.names(), shapes.size(), options.top);
 }
 
 }  // namespace quern
