@@ -30,7 +30,7 @@ build -g main.c load.c -o alone
 build -g -no-pie main.c load.c -o fixed
 build -g main.c ./libload.so -o linked
 build main.c load.c -o bare
-if [[ $("${quern[@]}" run --dry-run ./alone 2>&1) == *'there are no libquern_trap'* ]]; then
+if [[ $("${quern[@]}" run --dry-run ./alone 2>&1) == *' no libquern_trap'* ]]; then
   echo 'LEFT OUT: there is no build for AArch64'
   exit 77
 fi

@@ -45,7 +45,7 @@ int main(int count, char** words) {
 C
 $compiler -O2 -march=armv8-a+sve program.c -o program
 $compiler -O1 -march=armv8-a+sve fault.c -o fault
-if [[ $("${quern[@]}" run --dry-run ./program 2>&1) == *'there are no libquern_trap'* ]]; then exit 77; fi
+if [[ $("${quern[@]}" run --dry-run ./program 2>&1) == *' no libquern_trap'* ]]; then exit 77; fi
 
 # ends STATUS PATTERN ARGUMENTS...: how it ends, and what it says on standard error.
 ends() {
