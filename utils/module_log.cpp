@@ -1,6 +1,7 @@
 // Comparing what is in memory with what was noted before.
 #include "utils/module_log.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 
@@ -66,8 +67,7 @@ void append(module_entry entry, std::string_view build_id, std::string_view path
   unsigned char* const to = room_for(entry.size);
   if (to == nullptr) return;
   std::memcpy(to, &entry, sizeof entry);
-  std::memcpy(to + sizeof entry, build_id.data(), build_id.size());
-  std::memcpy(to + sizeof entry + build_id.size(), path.data(), path.size());
+  std::ranges::copy(path, std::ranges::copy(build_id, to + sizeof entry).out);
   std::atomic_ref(list.chunk->header.count).fetch_add(entry.size, std::memory_order_release);
 }
 

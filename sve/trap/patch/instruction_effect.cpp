@@ -133,11 +133,15 @@ way_on way_on_of(std::uint32_t word) {
 }
 
 const unsigned char* const* slot_of_stub(const unsigned char* jump) {
-  std::uint32_t words[4];
-  const unsigned char* const stub = jump - 12;
+  constexpr std::uint32_t br_x17 = 0xD61F0220;
+  std::uint32_t last;
+  std::memcpy(&last, jump, sizeof last);
+  if (last != br_x17) return nullptr;  // what is before it may be no code
+  std::uint32_t words[3];
+  const unsigned char* const stub = jump - sizeof words;
   std::memcpy(words, stub, sizeof words);
   const bool is_stub = (words[0] & 0x9F00001F) == 0x90000010 && (words[1] & 0xFFC003FF) == 0xF9400211 &&
-                       (words[2] & 0xFFC003FF) == 0x91000210 && words[3] == 0xD61F0220;
+                       (words[2] & 0xFFC003FF) == 0x91000210;
   if (!is_stub) return nullptr;
   const std::int64_t pages = distance(words[0], 23, 5) | field(words[0], 30, 29);
   const auto page = (reinterpret_cast<std::intptr_t>(stub) & -4096) + pages * 4096;

@@ -156,9 +156,14 @@ bool dr_double_try(void* drcontext, const std::function<void()>& attempt) {
   ++framework().tries;
   return !quern::caught_fault(attempt);
 }
+// Of any memory that is there, be it no variable's.
+[[gnu::no_sanitize_address]] static void read_bytes(const void* base, std::size_t size, void* out) {
+  const auto* const from = static_cast<const volatile unsigned char*>(base);
+  for (std::size_t i = 0; i != size; ++i) static_cast<unsigned char*>(out)[i] = from[i];
+}
 bool dr_safe_read(const void* base, std::size_t size, void* out, std::size_t* bytes_read) {
   const bool readable = framework().answer("dr_safe_read");
-  if (readable) std::memcpy(out, base, size);
+  if (readable) read_bytes(base, size, out);
   if (bytes_read != nullptr) *bytes_read = readable ? size : 0;
   return readable;
 }
