@@ -16,7 +16,7 @@ namespace {
 place_report* report = nullptr;
 origin_finder* find_origin = nullptr;
 
-void describe(reported_place& entry, const code_place& place, bool is_emulated) {
+void describe(reported_place& entry, const placed_word& place, bool is_emulated) {
   const code_origin origin = find_origin(place.address);
   entry.word = place.word;
   entry.is_emulated = is_emulated;
@@ -26,7 +26,7 @@ void describe(reported_place& entry, const code_place& place, bool is_emulated) 
 
 // Places are looked for from where their address leads; processes that share the report have their own. Answers whether
 // it was a place's first, or there was no room for it.
-bool count(const code_place& place, bool is_emulated) {
+bool count(const placed_word& place, bool is_emulated) {
   constexpr std::uint64_t hash_factor = 0x9E3779B97F4A7C15;
   const std::uint64_t key = place.address | static_cast<std::uint64_t>(getpid()) << 48;
   const std::uint64_t first = key * hash_factor >> 32;
@@ -70,17 +70,17 @@ std::uint16_t module_number(std::uint64_t base, const char* path) {
   return 0;
 }
 
-void count_emulated(const code_place& place) {
+void count_emulated(const placed_word& place) {
   if (report != nullptr && report->counts_emulated) count(place, true);
 }
 
-bool count_refused(const code_place& place) {
+bool count_refused(const placed_word& place) {
   if (report == nullptr) return false;
   count(place, false);
   return report->is_strict;
 }
 
-bool count_failed(const code_place& place) { return report == nullptr || count(place, false); }
+bool count_failed(const placed_word& place) { return report == nullptr || count(place, false); }
 
 void report_death(std::uint64_t address, int signal) {
   if (report == nullptr) return;

@@ -6,7 +6,7 @@
 namespace quern {
 
 // A word of the program's code.
-struct code_place {
+struct placed_word {
   std::uint64_t address;
   std::uint32_t word;
 };
@@ -27,12 +27,12 @@ void open_place_report(origin_finder* finder);
 std::uint16_t module_number(std::uint64_t base, const char* path);
 
 // Any thread may call these at any time, in a signal handler too: they take no lock and no memory.
-void count_emulated(const code_place& place);
+void count_emulated(const placed_word& place);
 // Answers whether the user wants the program to end there.
-bool count_refused(const code_place& place);
+bool count_refused(const placed_word& place);
 // Of an instruction that has a handler, which could not do it. Answers whether to tell it now: it is the place's first,
 // or nothing counts it.
-bool count_failed(const code_place& place);
+bool count_failed(const placed_word& place);
 
 // Tells where the instruction is whose fault ends the process by that signal, or may: the last one counts.
 void report_death(std::uint64_t address, int signal);

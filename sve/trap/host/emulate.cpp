@@ -45,7 +45,7 @@ void run_handler(sve_handler handler, std::uint32_t word, ucontext_t& frame) {
   const int kept_errno = errno;  // the application's own, which a square root's call of the C library may write
   const aarch64_decode_rc result = handler(&state, word);
   errno = kept_errno;
-  const code_place place{reinterpret_cast<std::uint64_t>(state.pc), word};
+  const placed_word place{reinterpret_cast<std::uint64_t>(state.pc), word};
   // The application goes on behind an instruction that could not be emulated, as if it did nothing.
   if (result == DECODE_OK)
     count_emulated(place);

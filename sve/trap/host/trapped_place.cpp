@@ -25,14 +25,14 @@ code_origin origin_of(std::uint64_t address) {
 
 void open_trap_report() { open_place_report(origin_of); }
 
-code_place place_of(const ucontext_t& frame) {
+placed_word place_of(const ucontext_t& frame) {
   const unsigned char* const pc = frame_pc(frame);
-  code_place place{reinterpret_cast<std::uint64_t>(pc), 0};
+  placed_word place{reinterpret_cast<std::uint64_t>(pc), 0};
   std::memcpy(&place.word, pc, sizeof place.word);
   return place;
 }
 
-void refuse(const code_place& place) {
+void refuse(const placed_word& place) {
   if (is_vector_word(place.word) && count_refused(place)) kernel::leave_by_own_failure();
 }
 

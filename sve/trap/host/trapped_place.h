@@ -11,9 +11,9 @@ namespace quern {
 void open_trap_report();
 
 // The instruction that a SIGILL tells of.
-code_place place_of(const ucontext_t& frame);
+placed_word place_of(const ucontext_t& frame);
 
 // Counts one that is not emulated. Does not return if the user wants the program to end there.
-void refuse(const code_place& place);
+void refuse(const placed_word& place);
 
 }  // namespace quern

@@ -168,8 +168,7 @@ class generator {
     put(str_x(x0, base, x_distance(d)));
   }
 
-  // The base's own value waits on the stack: when others may use the registers
-  // again, there is nothing left in them.
+  // The base's own value waits on the stack: when others may use the registers again, there is nothing left in them.
   void bring_out() {
     put(ldr_x(x0, base, x_distance(base.number)));
     put(str_x_pre(x0, sp, -16));
