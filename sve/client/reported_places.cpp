@@ -6,11 +6,10 @@
 
 #include "sve/decoder/sve_utils.h"
 #include "sve/decoder/vector_space.h"
+#include "sve/report/place_report.h"
 
 namespace quern {
 namespace {
-
-constexpr int status_of_own_failure = 125;
 
 code_origin origin_of(std::uint64_t address) {
   module_data_t* const found = dr_lookup_module(reinterpret_cast<byte*>(address));

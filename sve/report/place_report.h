@@ -35,6 +35,9 @@ struct place_report {
   reported_place places[most_places];
 };
 
+// The exit status of a process that a host ends, the same as `quern run` has when quern itself is what fails.
+inline constexpr int status_of_own_failure = 125;
+
 // The variable that names the file, by way of the process that made it.
 inline constexpr const char* place_report_variable = "QUERN_REPORT";
 

@@ -7,14 +7,10 @@
 
 #include <cstring>
 
+#include "sve/report/place_report.h"
 #include "sve/trap/host/system_call.h"
 
 namespace quern::kernel {
-namespace {
-
-constexpr int own_failure_status = 125;
-
-}  // namespace
 
 long set_action(int signal, const signal_action* action, signal_action* old) {
   sigaction_record wanted{}, previous{};
@@ -72,6 +68,6 @@ void leave(int status) {
   for (;;) call(SYS_exit_group, status);
 }
 
-void leave_by_own_failure() { leave(own_failure_status); }
+void leave_by_own_failure() { leave(status_of_own_failure); }
 
 }  // namespace quern::kernel
