@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "tools/assembly/assembly_form.h"
 #include "tools/commands.h"
 #include "tools/instruction_form.h"
 
@@ -49,8 +50,9 @@ std::vector<std::uint32_t> words_of(const std::vector<std::string>& arguments) {
 }
 
 void print_form(std::uint32_t word, const decode_map& map, const decode_row& row) {
-  const auto line = [](std::string_view what, std::string_view text) { fmt::print("  {:<9}{}\n", what, text); };
+  const auto line = [](std::string_view what, std::string_view text) { fmt::print("  {:<10}{}\n", what, text); };
   fmt::print("{:08x}\n", word);
+  line("assembly", assembly_of(row, word));
   line("thunk", row.name.view());
   line("map", map.name);
   line("key", fmt::format("{:#x}", static_cast<std::uint32_t>(row.key)));

@@ -31,13 +31,6 @@ std::string_view handler_name(const decode_row& row) {
   return row.way == route::library ? row.name.view() : row.handler;
 }
 
-std::string_view short_name(const decode_row& row) {
-  if (row.way != route::direct && row.way != route::direct_fp) return row.name.view();
-  std::string_view name = row.handler;  // "sve_add_zzz"
-  name.remove_prefix(name.find('_') + 1);
-  return name.substr(0, name.find('_'));
-}
-
 std::string pattern_of(const decode_map& map, const decode_row& row) {
   std::string text;
   char before = '\0';  // what the run of equal things consists of: 'F' for fixed bits

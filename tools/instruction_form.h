@@ -14,9 +14,6 @@ bool moves_fpsr(const decode_row& row);
 // The routine that carries it out: a direct handler, or the vector library's function; empty if it does nothing.
 std::string_view handler_name(const decode_row& row);
 
-// The mnemonic, which a direct handler's name holds; that of the form where there is no such handler.
-std::string_view short_name(const decode_row& row);
-
 // "00000100001 mmmmm 000000 nnnnn ddddd", bit 31 first: fixed bits, operands by their letters, '-' for ignored bits.
 std::string pattern_of(const decode_map& map, const decode_row& row);
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "tools/assembly/assembly_form.h"
 #include "tools/commands.h"
 #include "tools/instruction_form.h"
 
@@ -24,17 +25,18 @@ constexpr list_format text_format{
     [] {},
     [](const decode_map&, std::size_t) {},
     [](const decode_map& map, const decode_row& row) {
-      fmt::print("{:<22} {:<34} {:<#10x}  {:<39}  {:<7}  {:<26}  {}\n", row.name.view(), map.name, key_of(row),
-                 pattern_of(map, row), route_name(row), handler_name(row), operand_forms(row));
+      fmt::print("{:<22} {:<8} {:<34} {:<#10x}  {:<39}  {:<7}  {:<26}  {}\n", row.name.view(), form_of(row).mnemonic,
+                 map.name, key_of(row), pattern_of(map, row), route_name(row), handler_name(row), operand_forms(row));
     },
 };
 
 constexpr list_format csv_format{
-    [] { fmt::print("thunk,map,key,pattern,route,fpsr,handler,operands\n"); },
+    [] { fmt::print("thunk,mnemonic,map,key,pattern,route,fpsr,handler,operands\n"); },
     [](const decode_map&, std::size_t) {},
     [](const decode_map& map, const decode_row& row) {
-      fmt::print("{},{},{:#x},{},{},{},{},\"{}\"\n", row.name.view(), map.name, key_of(row), pattern_of(map, row),
-                 route_name(row), moves_fpsr(row) ? "yes" : "no", handler_name(row), operand_forms(row));
+      fmt::print("{},{},{},{:#x},{},{},{},{},\"{}\"\n", row.name.view(), form_of(row).mnemonic, map.name, key_of(row),
+                 pattern_of(map, row), route_name(row), moves_fpsr(row) ? "yes" : "no", handler_name(row),
+                 operand_forms(row));
     },
 };
 
@@ -46,9 +48,16 @@ constexpr list_format jsonl_format{
       for (const operand& op : row.operands)
         operands.push_back({{"name", op.name}, {"form", operand_form(op, row)}, {"mask", op.mask}});
       const nlohmann::ordered_json line = {
-          {"thunk", row.name.view()}, {"map", map.name},         {"key", key_of(row)},
-          {"mask", map.key.mask()},   {"value", row.value},      {"pattern", pattern_of(map, row)},
-          {"route", route_name(row)}, {"fpsr", moves_fpsr(row)}, {"handler", handler_name(row)},
+          {"thunk", row.name.view()},
+          {"mnemonic", form_of(row).mnemonic},
+          {"map", map.name},
+          {"key", key_of(row)},
+          {"mask", map.key.mask()},
+          {"value", row.value},
+          {"pattern", pattern_of(map, row)},
+          {"route", route_name(row)},
+          {"fpsr", moves_fpsr(row)},
+          {"handler", handler_name(row)},
           {"operands", operands},
       };
       fmt::print("{}\n", line.dump());
@@ -67,15 +76,15 @@ constexpr list_format markdown_format{
     },
     [](const decode_map& map, std::size_t listed) {
       fmt::print(
-          "\n## {}\n\n{} form{}.\n\n| Thunk | Key | Encoding | Route | Handler | Operands |\n"
-          "|---|---|---|---|---|---|\n",
+          "\n## {}\n\n{} form{}.\n\n| Thunk | Mnemonic | Key | Encoding | Route | Handler | Operands |\n"
+          "|---|---|---|---|---|---|---|\n",
           map.name, listed, listed == 1 ? "" : "s");
     },
     [](const decode_map& map, const decode_row& row) {
       std::string operands = operand_forms(row);
       for (std::size_t at = 0; (at = operands.find('|', at)) != std::string::npos; at += 2) operands.insert(at, "\\");
-      fmt::print("| `{}` | {:#x} | `{}` | {}{} | {} | {} |\n", row.name.view(), key_of(row), pattern_of(map, row),
-                 route_name(row), moves_fpsr(row) ? ", FPSR" : "",
+      fmt::print("| `{}` | {} | {:#x} | `{}` | {}{} | {} | {} |\n", row.name.view(), form_of(row).mnemonic, key_of(row),
+                 pattern_of(map, row), route_name(row), moves_fpsr(row) ? ", FPSR" : "",
                  handler_name(row).empty() ? "" : fmt::format("`{}`", handler_name(row)), operands);
     },
 };

@@ -58,8 +58,7 @@ void add_run_command(CLI::App& app, int& status) {
   run->add_flag(
       "--stats", options->stats,
       "At the end, tell how often which instructions were emulated, and where, on standard error or in a file "
-      "(--stats=FILE): by mnemonic, or by the form's name in quern list where the vector library emulates it; "
-      "slower");
+      "(--stats=FILE), by mnemonic and by place; slower");
   run->add_flag("--strict", options->strict,
                 "End the program at the first instruction that can't be emulated, with status 125, even if it handles "
                 "SIGILL");

@@ -14,8 +14,9 @@
 #include <memory>
 #include <vector>
 
+#include "sve/decoder/decode_map.h"
+#include "tools/assembly/assembly_form.h"
 #include "tools/foreign_instructions.h"
-#include "tools/instruction_form.h"
 #include "tools/module_code.h"
 #include "tools/printable.h"
 #include "tools/user_error.h"
@@ -33,7 +34,7 @@ struct counted_place {
 
 std::string instruction_name(std::uint32_t word) {
   const decoded_word decoded = decode_word(word);
-  if (decoded.row != nullptr) return std::string(short_name(*decoded.row));
+  if (decoded.row != nullptr) return std::string(form_of(*decoded.row).mnemonic);
   const foreign_instruction* const form = find_foreign(word);
   return form != nullptr ? fmt::format("{} ({})", form->mnemonic, form->extension) : fmt::format("word {:08x}", word);
 }
@@ -112,7 +113,7 @@ void print_stats(std::FILE* out, const std::vector<counted_place>& places, std::
     if (!place.is_emulated) continue;
     total += place.count;
     by_instruction[place.instruction] += place.count;
-    named_places.emplace_back(place.count, fmt::format("{:<22}  {}", place.instruction, printable(place.name)));
+    named_places.emplace_back(place.count, fmt::format("{:<10}  {}", place.instruction, printable(place.name)));
   }
   for (const auto& [instruction, count] : by_instruction) instructions.emplace_back(count, instruction);
   fmt::print(out, "emulated: {} instructions, of {} kinds, at {} places\n", total, instructions.size(),

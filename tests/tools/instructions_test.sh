@@ -5,49 +5,54 @@
 enter_folder
 
 add='04220020
-  thunk    VecU8AddVVX
-  map      decode_map__31_21__15_10
-  key      0x840
-  route    direct
-  handler  sve_add_zzz
-  Zd       z0.b
-  Zn       z1.b
-  Zm       z2.b'
+  assembly  add z0.b, z1.b, z2.b
+  thunk     VecU8AddVVX
+  map       decode_map__31_21__15_10
+  key       0x840
+  route     direct
+  handler   sve_add_zzz
+  Zd        z0.b
+  Zn        z1.b
+  Zm        z2.b'
 setffr='252c9000
-  thunk    VecPClearFFSR
-  map      decode_map__31_0
-  key      0x252c9000
-  route    direct
-  handler  sve_setffr'
+  assembly  setffr
+  thunk     VecPClearFFSR
+  map       decode_map__31_0
+  key       0x252c9000
+  route     direct
+  handler   sve_setffr'
 fdiv='65cd8c41
-  thunk    VecD64DivVVM
-  map      decode_map__31_13
-  key      0x32e6c
-  route    direct, moves FPSR
-  handler  sve_fdiv_zpz
-  Zdn      z1.d
-  Pg       p3/m
-  Zm       z2.d'
+  assembly  fdiv z1.d, p3/m, z1.d, z2.d
+  thunk     VecD64DivVVM
+  map       decode_map__31_13
+  key       0x32e6c
+  route     direct, moves FPSR
+  handler   sve_fdiv_zpz
+  Zdn       z1.d
+  Pg        p3/m
+  Zm        z2.d'
 ldff1h='c4f16adf
-  thunk    VecU64LoadFF2XSVZ
-  map      decode_map__31_21__15_13
-  key      0x313b
-  route    library
-  handler  VecU64LoadFF2XSVZ
-  Zt       {z31.d}
-  Pg       p2/z
-  Rn|SP    x22
-  Zm       z17.d, sxtw #1'
+  assembly  ldff1h {z31.d}, p2/z, [x22, z17.d, sxtw #1]
+  thunk     VecU64LoadFF2XSVZ
+  map       decode_map__31_21__15_13
+  key       0x313b
+  route     library
+  handler   VecU64LoadFF2XSVZ
+  Zt        {z31.d}
+  Pg        p2/z
+  Rn|SP     x22
+  Zm        z17.d, sxtw #1'
 prfb='85c30be1
-  thunk    VecU8Prefetch1SI
-  map      decode_map__31_22__15_13__4_4
-  key      0x2170
-  route    none
-  handler  none: it does nothing
-  prfop    pldl1strm
-  Pg       p2
-  Rn|SP    sp
-  imm6     #3, mul vl'
+  assembly  prfb pldl1strm, p2, [sp, #3, mul vl]
+  thunk     VecU8Prefetch1SI
+  map       decode_map__31_22__15_13__4_4
+  key       0x2170
+  route     none
+  handler   none: it does nothing
+  prfop     pldl1strm
+  Pg        p2
+  Rn|SP     sp
+  imm6      #3, mul vl'
 nop='d503201f
   not an emulated instruction'
 
@@ -87,13 +92,13 @@ wants_line() {
 }
 
 pattern='00000100001 mmmmm 000000 nnnnn ddddd'
-wants_line "VecU8AddVVX,decode_map__31_21__15_10,0x840,$pattern,direct,no,sve_add_zzz,\"Zd.b, Zn.b, Zm.b\"" \
+wants_line "VecU8AddVVX,add,decode_map__31_21__15_10,0x840,$pattern,direct,no,sve_add_zzz,\"Zd.b, Zn.b, Zm.b\"" \
   list --format csv
-wants_line "| \`VecU8AddVVX\` | 0x840 | \`$pattern\` | direct | \`sve_add_zzz\` | Zd.b, Zn.b, Zm.b |" \
+wants_line "| \`VecU8AddVVX\` | add | 0x840 | \`$pattern\` | direct | \`sve_add_zzz\` | Zd.b, Zn.b, Zm.b |" \
   list --format markdown
-wants_line "VecU8AddVVX            decode_map__31_21__15_10           0x840       $pattern     direct   sve_add_zzz          \
+wants_line "VecU8AddVVX            add      decode_map__31_21__15_10           0x840       $pattern     direct   sve_add_zzz          \
        Zd.b, Zn.b, Zm.b" list
-wants_line '{"thunk":"VecU8AddVVX","map":"decode_map__31_21__15_10","key":2112,"mask":4292934656,"value":69206016,'\
+wants_line '{"thunk":"VecU8AddVVX","mnemonic":"add","map":"decode_map__31_21__15_10","key":2112,"mask":4292934656,"value":69206016,'\
 '"pattern":"'"$pattern"'","route":"direct","fpsr":false,"handler":"sve_add_zzz","operands":['\
 '{"name":"Zd","form":"Zd.b","mask":31},{"name":"Zn","form":"Zn.b","mask":992},'\
 '{"name":"Zm","form":"Zm.b","mask":2031616}]}' list --format jsonl --route direct

@@ -1,10 +1,10 @@
-// One spelling of assembly, so that two texts are equal when they say the same.
+// Respelling of assembly.
+#include "canonical.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
-
-#include "assembly_form.h"
 
 namespace quern::test {
 namespace {

@@ -4,11 +4,12 @@
 #include <algorithm>
 #include <set>
 
-#include "assembly_form.h"
+#include "canonical.h"
 #include "differences.h"
 #include "sampling.h"
 #include "sve/decoder/decode_map.h"
 #include "toolchain.h"
+#include "tools/assembly/assembly_form.h"
 
 namespace quern::test {
 namespace {
@@ -47,7 +48,7 @@ TEST(RowAssembly, EveryRowReadsItsWordsAsTheDisassemblerDoes) {
     if (is_in(claimed_beyond_the_architecture(), word)) continue;
     std::string text;
     try {
-      text = assembly_of(form_of(*row), *row, word);
+      text = assembly_of(*row, word);
     } catch (const std::runtime_error& error) {
       text = error.what();
     }

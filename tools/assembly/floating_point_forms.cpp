@@ -1,9 +1,9 @@
 // Assembly of the floating-point instructions on vectors.
 #include <array>
 
-#include "assembly_form.h"
+#include "tools/assembly/assembly_form.h"
 
-namespace quern::test {
+namespace quern {
 namespace {
 
 constexpr std::string_view zd_zn = "<Zd>, <Zn>";
@@ -129,4 +129,4 @@ constexpr auto forms = std::to_array<assembly_form>({
 
 std::span<const assembly_form> floating_point_forms() { return forms; }
 
-}  // namespace quern::test
+}  // namespace quern

@@ -1,9 +1,9 @@
 // Assembly of the instructions on predicates: logic, breaks, comparisons of integers, loops, counts.
 #include <array>
 
-#include "assembly_form.h"
+#include "tools/assembly/assembly_form.h"
 
-namespace quern::test {
+namespace quern {
 namespace {
 
 constexpr std::string_view pd_pg_pn = "<Pd>, <Pg>, <Pn>";
@@ -206,4 +206,4 @@ constexpr auto forms = std::to_array<assembly_form>({
 
 std::span<const assembly_form> predicate_forms() { return forms; }
 
-}  // namespace quern::test
+}  // namespace quern

@@ -1,5 +1,5 @@
 // Finds the form of a row, and writes a word as the form says.
-#include "assembly_form.h"
+#include "tools/assembly/assembly_form.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace quern::test {
+namespace quern {
 namespace {
 
 std::array<std::span<const assembly_form>, 6> groups() {
@@ -15,14 +15,10 @@ std::array<std::span<const assembly_form>, 6> groups() {
           predicate_forms(), contiguous_forms(),     gather_forms()};
 }
 
-// "VecU8AddVVM" is "U8" and "AddVVM": a tag is one letter, and digits and underscores if it has any.
-struct thunk_parts {
-  std::string_view tag, stem;
-};
-thunk_parts parts_of(std::string_view thunk) {
-  const std::string_view name = thunk.substr(3);
-  const std::size_t end = std::min(name.find_first_not_of("0123456789_", 1), name.size());
-  return {name.substr(0, end), name.substr(end)};
+// "U8" of "VecU8AddVVM".
+std::string_view tag_of(const decode_row& row) {
+  const std::string_view tag_and_stem = row.name.view().substr(3);
+  return tag_and_stem.substr(0, tag_and_stem.size() - row.stem.size());
 }
 
 bool has_tag(const assembly_form& form, std::string_view tag) {
@@ -32,8 +28,8 @@ bool has_tag(const assembly_form& form, std::string_view tag) {
 }
 
 // The operand that a placeholder names, and how it is written.
-std::string operand_text(std::string_view placeholder, const decode_row& row, std::uint32_t word,
-                         std::vector<bool>& used) {
+std::string written_operand(std::string_view placeholder, const decode_row& row, std::uint32_t word,
+                            std::vector<bool>& used) {
   const std::size_t equals = placeholder.find('=');
   const std::string_view name = placeholder.substr(0, equals);
   for (std::size_t i = 0; i != row.operands.size(); ++i) {
@@ -58,11 +54,10 @@ std::size_t form_count() {
 }
 
 const assembly_form& form_of(const decode_row& row) {
-  const auto [tag, stem] = parts_of(row.name.view());
   const assembly_form* found = nullptr;
   for (const auto group : groups()) {
     for (const assembly_form& form : group) {
-      if (form.stem != stem || !has_tag(form, tag)) continue;
+      if (form.stem != row.stem || !has_tag(form, tag_of(row))) continue;
       if (found != nullptr) throw std::runtime_error("two forms claim " + std::string(row.name.view()));
       found = &form;
     }
@@ -71,7 +66,8 @@ const assembly_form& form_of(const decode_row& row) {
   return *found;
 }
 
-std::string assembly_of(const assembly_form& form, const decode_row& row, std::uint32_t word) {
+std::string assembly_of(const decode_row& row, std::uint32_t word) {
+  const assembly_form& form = form_of(row);
   std::vector<bool> used(row.operands.size());
   std::string text(form.mnemonic);
   if (!form.operands.empty()) text += ' ';
@@ -81,7 +77,7 @@ std::string assembly_of(const assembly_form& form, const decode_row& row, std::u
       continue;
     }
     const std::size_t end = form.operands.find('>', at);
-    text += operand_text(form.operands.substr(at + 1, end - at - 1), row, word, used);
+    text += written_operand(form.operands.substr(at + 1, end - at - 1), row, word, used);
     at = end + 1;
   }
   for (std::size_t i = 0; i != used.size(); ++i)
@@ -91,4 +87,4 @@ std::string assembly_of(const assembly_form& form, const decode_row& row, std::u
   return text;
 }
 
-}  // namespace quern::test
+}  // namespace quern

@@ -1,9 +1,9 @@
 // Assembly of the gathers, scatters and gathering prefetches.
 #include <array>
 
-#include "assembly_form.h"
+#include "tools/assembly/assembly_form.h"
 
-namespace quern::test {
+namespace quern {
 namespace {
 
 constexpr std::string_view vector_base = "<Zt>, <Pg>, [<Zn>, <imm5>]";
@@ -152,4 +152,4 @@ constexpr auto forms = std::to_array<assembly_form>({
 
 std::span<const assembly_form> gather_forms() { return forms; }
 
-}  // namespace quern::test
+}  // namespace quern

@@ -1,13 +1,15 @@
-// How the instruction of each thunk is written in assembly: the judge's own table, apart from the decoder's rows.
+// How each instruction form is written in assembly. The table is apart from the decoder's rows, so that a disassembler
+// which agrees with it has judged those.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "sve/decoder/decode_row.h"
 
-namespace quern::test {
+namespace quern {
 
 // The instruction of the thunks of one stem. `tags` tells those of the stem apart: it is a type tag ("U64") or a set of
 // first letters of tags ("FD"). `operands` has the operands by name: "<Zd>, <Pg>, <Zn>". <Rdn=x> is the operand's
@@ -33,12 +35,8 @@ const assembly_form& form_of(const decode_row& row);
 // How many forms there are, all groups together.
 std::size_t form_count();
 
-// A word of a row as the form writes it, with the row's operands as format_operand gives them. Throws
-// std::runtime_error when the form wants an operand that the row has not, or the row has one that the form leaves out.
-std::string assembly_of(const assembly_form& form, const decode_row& row, std::uint32_t word);
+// A word of a row in assembly, with the row's operands as format_operand gives them. Throws std::runtime_error when the
+// form wants an operand that the row has not, or the row has one that the form leaves out.
+std::string assembly_of(const decode_row& row, std::uint32_t word);
 
-// One spelling for what can be written in several ways: numbers in decimal, register ranges as lists, bit masks in 64
-// bits, what may be left out left out (zero offsets, multipliers of one, the pattern "all").
-std::string canonical(std::string_view assembly);
-
-}  // namespace quern::test
+}  // namespace quern

@@ -1,9 +1,9 @@
 // Assembly of the loads, stores and prefetches of consecutive elements, and of the broadcasting loads.
 #include <array>
 
-#include "assembly_form.h"
+#include "tools/assembly/assembly_form.h"
 
-namespace quern::test {
+namespace quern {
 namespace {
 
 constexpr std::string_view zt_pg_imm4 = "<Zt>, <Pg>, [<Rn|SP>, <imm4>]";
@@ -155,4 +155,4 @@ constexpr auto forms = std::to_array<assembly_form>({
 
 std::span<const assembly_form> contiguous_forms() { return forms; }
 
-}  // namespace quern::test
+}  // namespace quern

@@ -1,9 +1,9 @@
 // Assembly of the integer arithmetic, shift, reduction and address instructions on vectors.
 #include <array>
 
-#include "assembly_form.h"
+#include "tools/assembly/assembly_form.h"
 
-namespace quern::test {
+namespace quern {
 namespace {
 
 constexpr std::string_view zd_zn_zm = "<Zd>, <Zn>, <Zm>";
@@ -163,4 +163,4 @@ constexpr auto forms = std::to_array<assembly_form>({
 
 std::span<const assembly_form> integer_forms() { return forms; }
 
-}  // namespace quern::test
+}  // namespace quern

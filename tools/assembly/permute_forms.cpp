@@ -1,9 +1,9 @@
 // Assembly of the permutes and element moves.
 #include <array>
 
-#include "assembly_form.h"
+#include "tools/assembly/assembly_form.h"
 
-namespace quern::test {
+namespace quern {
 namespace {
 
 constexpr std::string_view fp_scalar = "BHFD";  // the tags of forms with a scalar in a floating-point register
@@ -69,4 +69,4 @@ constexpr auto forms = std::to_array<assembly_form>({
 
 std::span<const assembly_form> permute_forms() { return forms; }
 
-}  // namespace quern::test
+}  // namespace quern
