@@ -19,11 +19,14 @@ constexpr bool contains(signal_set set, int signal) { return (set & set_of(signa
 // The signals by which emulated instructions and faults of their accesses come to us.
 inline constexpr signal_set trap_signals = set_of(SIGILL) | set_of(SIGBUS) | set_of(SIGSEGV);
 
+inline constexpr signal_set all_signals = ~signal_set{0};
+
 // What the kernel is never to block, as it kills a process that comes to an emulated instruction meanwhile.
 inline constexpr signal_set never_blocked = set_of(SIGILL);
 
-// The thread library's own two, which it lets no program block.
-inline constexpr signal_set library_signals = set_of(32) | set_of(33);
+// The thread library's own two, which it lets no program block. By the first, threads are cancelled.
+inline constexpr int cancel_signal = 32;
+inline constexpr signal_set library_signals = set_of(cancel_signal) | set_of(33);
 
 constexpr bool is_trap(int signal) { return signal > 0 && signal <= signal_count && contains(trap_signals, signal); }
 

@@ -8,35 +8,13 @@
 #include <ucontext.h>
 #include <unistd.h>
 
+#include "counting_run.h"
 #include "program.h"
 #include "sve_code.h"
 
-enum { THREADS = 4, SIGNALS = 300, WORDS = 12 };
+enum { THREADS = 4, SIGNALS = 300 };
 
 static atomic_int handled, strange;
-extern const unsigned char counting_run[], counting_run_end[];
-
-// Counts to 12 in z0 and x0, word by word, so that a register file of a place within has one count for each.
-uint64_t count_by_run(void);
-__asm__(
-    ".text\n"
-    ".arch armv8-a+sve\n"
-    ".balign 64\n"
-    ".type count_by_run, %function\n"
-    "count_by_run:\n"
-    "  mov z0.d, #0\n"
-    "  ptrue p0.d\n"
-    "  cntd x2\n"
-    "  mov x0, #0\n"
-    ".globl counting_run\n"
-    "counting_run:\n"
-    "  incd x0\n  sqincd x0\n  incd x0\n  incd x0\n  uqincd x0\n  sqincd x0\n"
-    "  sqincd x0\n  incd x0\n  sqincd x0\n  uqincd x0\n  incd x0\n  incd x0\n"
-    ".globl counting_run_end\n"
-    "counting_run_end:\n"
-    "  udiv x0, x0, x2\n"
-    "  ret\n"
-    ".size count_by_run, .-count_by_run\n");
 
 // In the run, X0 is the number of words that are done times X2.
 static void look(const ucontext_t* context) {
@@ -56,7 +34,7 @@ static void handler(int signal, siginfo_t* info, void* context) {
 
 static void* run(void* stop) {
   bool right = true;
-  while (!atomic_load((atomic_bool*)stop)) right = count_by_run() == WORDS && vectors_work() && right;
+  while (!atomic_load((atomic_bool*)stop)) right = count_by_run() == COUNTED_WORDS && vectors_work() && right;
   return right ? stop : NULL;
 }
 
@@ -88,7 +66,7 @@ int main(void) {
     sigaction(SIGALRM, &once, NULL);
     const int before = handled;
     ualarm(700, 0);
-    while (handled == before) right = count_by_run() == WORDS && right;
+    while (handled == before) right = count_by_run() == COUNTED_WORDS && right;
     struct sigaction after;
     sigaction(SIGALRM, NULL, &after);
     right = right && after.sa_handler == SIG_DFL;

@@ -24,19 +24,14 @@ void* dispatcher() { return reinterpret_cast<void*>(quern_on_signal); }
 class change_lock {
  public:
   change_lock() {
-    const signal_set all = ~signal_set{0};
-    kernel::change_mask(SIG_SETMASK, &all, &mask_);
     while (table_is_changing.exchange(true, std::memory_order_acquire)) {}
   }
-  ~change_lock() {
-    table_is_changing.store(false, std::memory_order_release);
-    kernel::set_mask(mask_);
-  }
+  ~change_lock() { table_is_changing.store(false, std::memory_order_release); }
   change_lock(const change_lock&) = delete;
   change_lock& operator=(const change_lock&) = delete;
 
  private:
-  signal_set mask_;
+  const kernel::blocked_signals blocked_{all_signals};
 };
 
 bool may_have_action(int signal) { return signal >= 1 && signal <= signal_count && !contains(library_signals, signal); }
@@ -59,6 +54,12 @@ signal_action as_asked(int signal, const signal_action& in_kernel) {
   return is_trap(signal) || in_kernel.handler == dispatcher() ? application_action(signal) : in_kernel;
 }
 
+// Gives the kernel what is to stand there for the application's action.
+long install_over(int signal, const signal_action& wanted) {
+  const signal_action installed = kernel_action(signal, wanted, dispatcher());
+  return kernel::set_action(signal, &installed, nullptr);
+}
+
 sighandler_t change_handler(int signal, sighandler_t handler, int flags, signal_set mask) {
   const signal_action wanted{reinterpret_cast<void*>(handler), flags, mask};
   signal_action old{};
@@ -78,9 +79,8 @@ int change_action(int signal, const signal_action* wanted, signal_action* old) {
   if (const long error = kernel::set_action(signal, nullptr, &in_kernel)) return static_cast<int>(-error);
   const signal_action before = as_asked(signal, in_kernel);
   if (wanted) {
-    const signal_action installed = kernel_action(signal, *wanted, dispatcher());
     set_application_action(signal, *wanted);
-    if (const long error = kernel::set_action(signal, &installed, nullptr)) {
+    if (const long error = install_over(signal, *wanted)) {
       set_application_action(signal, before);
       return static_cast<int>(-error);
     }
@@ -96,9 +96,17 @@ void own_trap_signals() {
     kernel::set_action(signal, nullptr, &in_kernel);
     // An ignored signal stays so over exec.
     if (is_ignore(in_kernel)) set_application_action(signal, in_kernel);
-    const signal_action installed = kernel_action(signal, application_action(signal), dispatcher());
-    kernel::set_action(signal, &installed, nullptr);
+    install_over(signal, application_action(signal));
   }
+}
+
+void own_cancel_signal() {
+  const change_lock lock;
+  signal_action in_kernel{};
+  kernel::set_action(cancel_signal, nullptr, &in_kernel);
+  if (!has_handler(in_kernel)) return;
+  set_application_action(cancel_signal, in_kernel);
+  install_over(cancel_signal, in_kernel);
 }
 
 }  // namespace quern

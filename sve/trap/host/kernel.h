@@ -26,6 +26,18 @@ signal_set mask();
 // Sets the calling thread's mask.
 void set_mask(signal_set set);
 
+// Has the kernel block a set of signals, beside those that it blocks already, for the calling thread.
+class blocked_signals {
+ public:
+  explicit blocked_signals(signal_set set) { change_mask(SIG_BLOCK, &set, &before_); }
+  ~blocked_signals() { set_mask(before_); }
+  blocked_signals(const blocked_signals&) = delete;
+  blocked_signals& operator=(const blocked_signals&) = delete;
+
+ private:
+  signal_set before_ = 0;
+};
+
 // rt_sigpending: what is pending for the calling thread or its process.
 signal_set pending();
 

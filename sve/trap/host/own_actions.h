@@ -13,4 +13,8 @@ int change_action(int signal, const signal_action* wanted, signal_action* old);
 // the application has set already, stays its own action.
 void own_trap_signals();
 
+// Makes our handler the kernel's action for the signal by which threads are cancelled, and the C library's, which
+// stands there already, the one to be called by it.
+void own_cancel_signal();
+
 }  // namespace quern

@@ -1,0 +1,39 @@
+// pthread_cancel. No stack can be unwound from generated code, so the signal by which the C library cancels a thread
+// that may be cancelled anywhere comes to us first, and waits for the end of the present word as others do.
+#include <pthread.h>
+
+#include "sve/trap/host/export.h"
+#include "sve/trap/host/kernel.h"
+#include "sve/trap/host/next.h"
+#include "sve/trap/host/own_actions.h"
+
+namespace quern {
+namespace {
+
+void* end_at_once(void*) { return nullptr; }
+
+// The C library installs its handler when the first thread is cancelled: that is one of ours, which has ended or is
+// about to. It handles no signal of the application's, and joining it is no point of cancellation for the caller.
+void have_handler_installed() {
+  const kernel::blocked_signals blocked(~trap_signals);
+  int state;
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+  pthread_t thread;
+  if (next().pthread_create(&thread, nullptr, end_at_once, nullptr) == 0) {
+    next().pthread_cancel(thread);
+    pthread_join(thread, nullptr);
+    own_cancel_signal();
+  }
+  pthread_setcancelstate(state, nullptr);
+}
+
+}  // namespace
+}  // namespace quern
+
+using namespace quern;
+
+QUERN_EXPORT int pthread_cancel(pthread_t thread) {
+  static pthread_once_t once = PTHREAD_ONCE_INIT;
+  pthread_once(&once, have_handler_installed);
+  return next().pthread_cancel(thread);
+}
