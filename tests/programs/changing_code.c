@@ -1,5 +1,5 @@
 // Code that is replaced, made by the program itself, met by many threads at once, and met anew on either side of a
-// fork.
+// fork. What the process has mapped looks as it did before.
 #include <pthread.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -99,18 +99,38 @@ static void check_fork(void) {
   check("new code on both sides of a fork", right);
 }
 
-// No page has become writable and executable for good.
-static void check_rights(void) {
-  bool found = false;
+// The process's mappings that are not below `begin` and begin below `end`; with only_writable those alone that are
+// writable and executable.
+static int count_mappings(const void* begin, const void* end, bool only_writable) {
+  int count = 0;
   char line[512];
   FILE* const maps = fopen("/proc/self/maps", "r");
   while (fgets(line, sizeof line, maps)) {
+    unsigned long start = 0, behind = 0;
     char rights[5] = "";
-    sscanf(line, "%*s %4s", rights);
-    found = found || (rights[1] == 'w' && rights[2] == 'x');
+    sscanf(line, "%lx-%lx %4s", &start, &behind, rights);
+    const bool wanted = !only_writable || (rights[1] == 'w' && rights[2] == 'x');
+    if (behind > (uintptr_t)begin && start < (uintptr_t)end) count += wanted;
   }
   fclose(maps);
-  check("no page is writable and executable", !found);
+  return count;
+}
+
+// No page has become writable and executable for good.
+static void check_rights(void) {
+  check("no page is writable and executable", count_mappings(NULL, (void*)UINTPTR_MAX, true) == 0);
+}
+
+// A mapping with code that has run here and there is one mapping still; so is the next one at the same place.
+static void check_mappings(void) {
+  unsigned char* code = NULL;
+  bool right = true;
+  for (uint32_t number = 31; number <= 34; ++number) {
+    code = map_code(code, number);
+    right = is_right(call(code), number) && is_right(call(code + CODE_BYTES / 2), number + 1) && right;
+    right = count_mappings(code, code + CODE_BYTES, false) == 1 && right;
+  }
+  check("mappings stay whole", right);
 }
 
 int main(void) {
@@ -119,6 +139,7 @@ int main(void) {
   check_moved_code();
   check_threads();
   check_fork();
+  check_mappings();
   check_rights();
   return finish("changing_code");
 }

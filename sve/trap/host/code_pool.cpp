@@ -27,6 +27,7 @@ struct code_piece {
   unsigned char* writable;
   std::atomic<std::size_t> used;
   long process;  // that made it: in the child of a fork it is full, since it is shared with the parent
+  bool is_kept;  // for good
 };
 
 constinit std::array<code_piece, max_pieces> pieces{};
@@ -67,13 +68,14 @@ bool fill(code_piece& piece, const unsigned char* site, long process) {
   const long file = kernel::call(SYS_memfd_create, kernel::argument("quern"), MFD_CLOEXEC);
   if (file < 0) return false;
   unsigned char *writable = nullptr, *place = nullptr;
-  if (kernel::call(SYS_ftruncate, file, piece_bytes) == 0) writable = map(0, PROT_READ | PROT_WRITE, 0, file);
-  if (writable) place = map_near(site, file);
+  if (kernel::call(SYS_ftruncate, file, piece_bytes) == 0) place = map_near(site, file);
+  if (place) writable = map(0, PROT_READ | PROT_WRITE, 0, file);  // afterwards: it may be anywhere, but not in the way
   kernel::call(SYS_close, file);
-  if (writable && !place) unmap(writable);
-  if (!place) return false;
+  if (place && !writable) unmap(place);
+  if (!writable) return false;
   piece.writable = writable;
   piece.process = process;
+  piece.is_kept = false;
   piece.used.store(0, std::memory_order_relaxed);
   piece.place.store(place, std::memory_order_release);
   return true;
@@ -92,13 +94,26 @@ bool any_code(const code_piece& piece, Visit visit) {
   return false;
 }
 
-// Gives back the pieces that no site leads to any more. No thread comes into one then; and none is still there, since a
-// run is as one instruction to the program, whose signal handlers never find it within: only a program that takes code
-// away while it executes it could be. As on a processor, that has no meaning.
+// Whether the application's code is no longer there: its memory is no longer mapped, or has come from a file anew, or
+// the word behind the run, to which a thread in it goes on, is another one (but no branch of ours). A thread that is
+// still in the run then has had the code taken away while it executes it, which has no meaning on a processor either.
+// It is not gone where the application has only put another word in the site's place, or taken the right to read it.
+bool is_gone(const run_code& code) {
+  if (has_site(code)) return false;
+  const auto site = reinterpret_cast<std::uintptr_t>(code.site),
+             behind = reinterpret_cast<std::uintptr_t>(code.behind_site());
+  if (!kernel::can_read(site)) return !kernel::is_mapped(site);
+  if (word_at(code.site) == code.literals[0].word || !kernel::can_read(behind)) return true;
+  const std::uint32_t word = word_at(code.behind_site());
+  return word != code.behind && !aarch64::is_b(word);
+}
+
+// Gives back the pieces whose sites are all gone. No thread is in them: a run is as one instruction to the program,
+// whose signal handlers never find it within.
 void release_dead_pieces() {
   for (code_piece& piece : pieces) {
     unsigned char* const place = piece.place.load(std::memory_order_relaxed);
-    if (!place || any_code(piece, has_site)) continue;
+    if (!place || piece.is_kept || any_code(piece, [](const run_code& code) { return !is_gone(code); })) continue;
     piece.place.store(nullptr, std::memory_order_release);
     unmap(place);
     unmap(piece.writable);
@@ -151,6 +166,18 @@ const run_code* find_code(const unsigned char* pc) {
     return found;
   }
   return nullptr;
+}
+
+void visit_codes_of(const unsigned char* begin, std::size_t bytes, void (*visit)(const run_code& code)) {
+  for (code_piece& piece : pieces) {
+    if (!piece.place.load(std::memory_order_relaxed)) continue;
+    any_code(piece, [&](const run_code& code) {
+      if (code.site < begin || code.site >= begin + bytes || !has_site(code)) return false;
+      piece.is_kept = true;
+      visit(code);
+      return false;
+    });
+  }
 }
 
 bool has_site(const run_code& code) {

@@ -12,7 +12,8 @@ struct code_room {
 };
 
 // Room for max_run_code_bytes within reach of a direct branch from `site`, either way; null pointers if there is none.
-// The memory is bounded: pieces of it whose sites are all gone are used anew. For one thread at a time.
+// The memory is bounded: pieces of it for sites that are all gone with the code around them are used anew. For one
+// thread at a time.
 code_room find_code_room(const unsigned char* site);
 
 // Takes the first `bytes` of the room that was found last, in which a run_code stands now.
@@ -24,5 +25,9 @@ const run_code* find_code(const unsigned char* pc);
 // Whether the code's site still branches to it, or will again when a breakpoint is taken away: the application's code
 // may have been unmapped or overwritten.
 bool has_site(const run_code& code);
+
+// Calls visit(code) for each code whose site is one of these bytes and branches to it. The code's memory is kept for
+// good, as threads may still be in it when the site is no longer. For one thread at a time.
+void visit_codes_of(const unsigned char* begin, std::size_t bytes, void (*visit)(const run_code& code));
 
 }  // namespace quern

@@ -3,6 +3,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -50,6 +51,12 @@ bool can_read(std::uint64_t address) {
   constexpr int no_change = -1;
   const auto bytes = static_cast<long>(address & ~tag & ~(sizeof(signal_set) - 1));
   return call(SYS_rt_sigprocmask, no_change, bytes, 0, sizeof(signal_set)) != -EFAULT;
+}
+
+// By a call that does nothing since Linux 2.6.19, but for telling of memory that is not mapped.
+bool is_mapped(std::uint64_t address) {
+  constexpr std::uint64_t least_page = 4096;  // the kernel wants the start of one, and any of its multiples will do
+  return call(SYS_msync, static_cast<long>(address & -least_page), 1, MS_ASYNC) != -ENOMEM;
 }
 
 long control_process(int option, unsigned long argument) { return call(SYS_prctl, option, long(argument)); }

@@ -47,6 +47,9 @@ void queue_to_self(int signal, const siginfo_t& info);
 // Whether the byte at `address` can be read, found out without a fault.
 bool can_read(std::uint64_t address);
 
+// Whether there is a mapping at `address`, though it may not be one that can be read.
+bool is_mapped(std::uint64_t address);
+
 // prctl with one argument.
 long control_process(int option, unsigned long argument);
 

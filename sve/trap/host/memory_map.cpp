@@ -62,6 +62,8 @@ mapping find_mapping(const void* address) {
     const std::uint64_t end = maps.number(16);
     if (wanted < start || wanted >= end) continue;
     mapping found{};
+    found.start = start;
+    found.end = end;
     found.readable = maps.next() == 'r';
     found.writable = maps.next() == 'w';
     found.executable = maps.next() == 'x';

@@ -13,6 +13,7 @@
 #include "sve/trap/host/emulate.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/memory_map.h"
+#include "sve/trap/host/program_code.h"
 #include "sve/trap/host/signal_frame.h"
 #include "sve/trap/host/system_call.h"
 #include "sve/trap/patch/instructions.h"
@@ -63,10 +64,6 @@ std::size_t registers_offset() {
                                   static_cast<unsigned char*>(__builtin_thread_pointer()));
 }
 
-void step_caches(unsigned char* begin, unsigned char* end) {
-  __builtin___clear_cache(reinterpret_cast<char*>(begin), reinterpret_cast<char*>(end));
-}
-
 const run_code* make_code(unsigned char* site) {
   std::array<run_word, max_run> run;
   const std::size_t count = collect_run(site, page_size - reinterpret_cast<std::uintptr_t>(site) % page_size, run);
@@ -75,19 +72,16 @@ const run_code* make_code(unsigned char* site) {
   for (run_word& word : std::span(run).first(count)) word.written = written_by(word.thunk);
   const std::span<unsigned char, max_run_code_bytes> bytes(room.writable, max_run_code_bytes);
   const std::size_t size = make_run_code(std::span(run).first(count), site, registers_offset(), room.place, bytes);
+  auto& code = *reinterpret_cast<run_code*>(room.writable);
+  const unsigned char* const behind = code.behind_site();
+  if (kernel::can_read(reinterpret_cast<std::uintptr_t>(behind))) code.behind = word_at(behind);
   take_code_room(room, size);
   step_caches(room.place, room.place + size);
   return reinterpret_cast<const run_code*>(room.place);
 }
 
-// The page can be executed all the while, as other threads may. It had the right to be read and executed before.
-bool write_branch(unsigned char* site, const unsigned char* target) {
-  const long bytes = static_cast<long>(page_size), address = reinterpret_cast<std::intptr_t>(site) & -bytes;
-  if (kernel::call(SYS_mprotect, address, bytes, PROT_READ | PROT_WRITE | PROT_EXEC) != 0) return false;
-  std::atomic_ref(*reinterpret_cast<aarch64::word*>(site)).store(aarch64::b(target - site), std::memory_order_relaxed);
-  step_caches(site, site + sizeof(aarch64::word));
-  kernel::call(SYS_mprotect, address, bytes, PROT_READ | PROT_EXEC);
-  return true;
+void put_word_back(const run_code& code) {
+  write_code_word(code.site, static_cast<aarch64::word>(code.literals[0].word), find_mapping(code.site));
 }
 
 bool may_be_patched(const mapping& text) {
@@ -126,10 +120,20 @@ const unsigned char* patch(unsigned char* pc) {
   const making_lock lock;
   if (!lock.is_held()) return nullptr;
   if (const unsigned char* const way = patched_way(pc)) return way;
-  const run_code* const code = may_be_patched(find_mapping(pc)) ? make_code(pc) : nullptr;
-  if (code && write_branch(pc, code->at(code->entry))) return code->at(code->entry);
+  const mapping text = find_mapping(pc);
+  const run_code* const code = may_be_patched(text) ? make_code(pc) : nullptr;
+  const unsigned char* const way = code ? code->at(code->entry) : nullptr;
+  if (way && write_code_word(pc, aarch64::b(way - pc), text)) return way;
   refusal.store(pc, std::memory_order_relaxed);
   return nullptr;
+}
+
+long move_memory(unsigned char* from, std::size_t bytes, std::size_t new_bytes, int flags, void* to) {
+  const kernel::blocked_signals blocked(all_signals);  // a handler might leave with the lock
+  const making_lock lock;                              // no place is patched anew meanwhile
+  visit_codes_of(from, bytes, put_word_back);
+  return kernel::call(SYS_mremap, kernel::argument(from), static_cast<long>(bytes), static_cast<long>(new_bytes), flags,
+                      kernel::argument(to));
 }
 
 void forget_patching() { maker.store(0, std::memory_order_relaxed); }

@@ -1,6 +1,8 @@
 // Patched places: an emulated word that has trapped once becomes a branch to code that is generated for it.
 #pragma once
 
+#include <cstddef>
+
 // No further place is patched: by the user's choice, or since the application has confined itself to some system calls,
 // of which patching needs others. Written by syscall() and prctl().
 extern "C" __attribute__((visibility("hidden"))) bool quern_patching_is_off;
@@ -18,6 +20,10 @@ const unsigned char* patched_way(const unsigned char* pc);
 // word is to be emulated by its trap: where text can't be made writable, where no
 // memory is in reach, and in code that no file holds or that can be written, which a program may move or change.
 const unsigned char* patch(unsigned char* pc);
+
+// mremap. What is moved has the program's own words, as branches must not move; its places are patched anew afterwards.
+// Answers what the kernel does: an address, or a negated error number.
+long move_memory(unsigned char* from, std::size_t bytes, std::size_t new_bytes, int flags, void* to);
 
 // In the child of a fork: no other thread is there that could be making code.
 void forget_patching();

@@ -15,19 +15,25 @@ namespace quern {
 namespace {
 
 constexpr std::size_t page_bytes = 4096, piece_bytes = 65536, bound = 16 << 20;
-constexpr std::size_t sites_in_page = 32, most_sites = bound / max_run_code_bytes + 2 * sites_in_page;
+constexpr std::size_t site_bytes = 8, sites_in_page = 32, most_sites = bound / max_run_code_bytes + 2 * sites_in_page;
 
-// Code that is none, of the most bytes, and the branch to it.
+constexpr aarch64::word add = 0x04250083, other = 0x04660083, ret = 0xD65F03C0, breakpoint = 0xD4200000;
+
+void put_word(unsigned char* at, aarch64::word word) { std::memcpy(at, &word, sizeof word); }
+
+// Code that is none, of the most bytes, for an `add` in front of a `ret`, and the branch to it.
 void make_code_of(unsigned char* site, const code_room& room) {
   run_code code{};
   code.site = site;
   code.words = 1;
+  code.literals[0].word = add;
+  code.behind = ret;
   code.entry = sizeof code;
   code.end = max_run_code_bytes;
   std::memcpy(room.writable, &code, sizeof code);
   take_code_room(room, max_run_code_bytes);
-  const aarch64::word branch = aarch64::b(room.place + code.entry - site);
-  std::memcpy(site, &branch, sizeof branch);
+  put_word(site, aarch64::b(room.place + code.entry - site));
+  put_word(code.behind_site(), ret);
 }
 
 class CodePool : public testing::Test {
@@ -41,7 +47,8 @@ class CodePool : public testing::Test {
     sites_ = static_cast<unsigned char*>(mapped);
     fill();
   }
-  void TearDown() override { munmap(sites_, most_sites / sites_in_page * page_bytes); }
+  // What is there no more is not unmapped: sites of the next test at the same place would be taken for the same code.
+  void TearDown() override { madvise(sites_, most_sites / sites_in_page * page_bytes, MADV_DONTNEED); }
 
   // Sites for all rooms that there are: those that earlier tests have left are gone with their pages.
   void fill() {
@@ -55,7 +62,7 @@ class CodePool : public testing::Test {
     }
   }
   unsigned char* next_site() const {
-    return sites_ + count_ / sites_in_page * page_bytes + count_ % sites_in_page * sizeof(aarch64::word);
+    return sites_ + count_ / sites_in_page * page_bytes + count_ % sites_in_page * site_bytes;
   }
   static std::uintptr_t piece_of(const code_room& room) {
     return reinterpret_cast<std::uintptr_t>(room.place) / piece_bytes;
@@ -65,7 +72,10 @@ class CodePool : public testing::Test {
   const places& sites_of_some_piece() const { return std::next(sites_of_.begin(), std::ssize(sites_of_) / 2)->second; }
 
   static void put(const places& sites, aarch64::word word) {
-    for (unsigned char* const site : sites) std::memcpy(site, &word, sizeof word);
+    for (unsigned char* const site : sites) put_word(site, word);
+  }
+  static void put_behind(const places& sites, aarch64::word word) {
+    for (unsigned char* const site : sites) put_word(site + sizeof word, word);
   }
 
   std::map<std::uintptr_t, places> sites_of_;
@@ -74,8 +84,6 @@ class CodePool : public testing::Test {
  private:
   unsigned char* sites_ = nullptr;
 };
-
-constexpr aarch64::word add = 0x04250083, breakpoint = 0xD4200000;
 
 TEST_F(CodePool, IsBoundedAndWithinReach) {
   EXPECT_LE(count_ * max_run_code_bytes, bound);
@@ -89,16 +97,42 @@ TEST_F(CodePool, IsBoundedAndWithinReach) {
   EXPECT_FALSE(has_room());
 }
 
-TEST_F(CodePool, IsUsedAgainWhereAllPlacesOfAPieceHaveOtherWords) {
+TEST_F(CodePool, IsUsedAgainWhereAllPlacesOfAPieceHaveOtherCode) {
   const places sites = sites_of_some_piece();
-  put({sites.begin() + 1, sites.end()}, add);
+  put({sites.begin() + 1, sites.end()}, other);
+  put_behind(sites, other);
   EXPECT_FALSE(has_room()) << "the first still has its branch";
-  put(sites, add);
+  put(sites, other);
   EXPECT_TRUE(has_room());
   const std::size_t before = count_;
   fill();
   EXPECT_EQ(count_ - before, sites.size());
   EXPECT_FALSE(has_room());
+}
+
+TEST_F(CodePool, IsUsedAgainWhereAllPlacesOfAPieceAreAsBefore) {
+  put(sites_of_some_piece(), add);
+  EXPECT_TRUE(has_room());
+}
+
+TEST_F(CodePool, KeepsCodeFromWhichAThreadCouldGoOn) {
+  const places sites = sites_of_some_piece();
+  put(sites, other);
+  EXPECT_FALSE(has_room()) << "the words behind are as before";
+  put_behind({sites.begin() + 1, sites.end()}, other);
+  EXPECT_FALSE(has_room()) << "one of them is as before";
+  put_word(sites.front() + site_bytes / 2, aarch64::b(64));
+  EXPECT_FALSE(has_room()) << "it may be a branch that leads on to other generated code";
+  put_behind(sites, other);
+  EXPECT_TRUE(has_room());
+}
+
+TEST_F(CodePool, KeepsCodeWhosePlacesAreMappedButCannotBeRead) {
+  const places sites = sites_of_some_piece();
+  ASSERT_EQ(mprotect(sites.front(), page_bytes, PROT_NONE), 0);
+  EXPECT_FALSE(has_room());
+  munmap(sites.front(), page_bytes);
+  EXPECT_TRUE(has_room());
 }
 
 TEST_F(CodePool, IsUsedAgainWhereAllPlacesOfAPieceAreUnmapped) {
@@ -126,6 +160,19 @@ TEST_F(CodePool, KnowsNoCodeInAPieceThatWasGivenBack) {
   put(sites, add);
   EXPECT_TRUE(has_room());
   EXPECT_EQ(find_code(entry), nullptr);
+}
+
+std::vector<const unsigned char*> visited;
+void note_visit(const run_code& code) { visited.push_back(code.site); }
+
+TEST_F(CodePool, VisitsTheCodesOfSomeMemoryAndKeepsThemForGood) {
+  const places sites = sites_of_some_piece();
+  put_word(sites[1], add);
+  visited.clear();
+  visit_codes_of(sites.front(), 3 * site_bytes, note_visit);
+  EXPECT_EQ(visited, (std::vector<const unsigned char*>{sites[0], sites[2]})) << "the second has no branch";
+  put(sites, add);
+  EXPECT_FALSE(has_room());
 }
 
 }  // namespace
