@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "sve/memory/trace.h"
+#include "bench/trace_costs/trace_streams.h"
 
 namespace {
 
@@ -42,28 +42,6 @@ const trace_folder& the_folder() {
   return folder;
 }
 
-// A loop over three arrays: two loads and a store of whole vectors.
-sve_mem_ref_t next_of_loop(std::uint64_t i) {
-  constexpr std::uint64_t arrays = 0x5500000000, array_distance = 1 << 28, code = 0x400000;
-  sve_mem_ref_t record{};
-  record.kind = i % 3 == 2 ? MEM_STORE : MEM_LOAD;
-  record.size = 256;
-  record.addr = arrays + i % 3 * array_distance + i / 3 * record.size;
-  record.pc = code + i % 3 * 4;
-  return record;
-}
-
-// Lanes of a gather, each somewhere in 256 MB.
-sve_mem_ref_t next_of_gather(std::uint64_t i) {
-  constexpr std::uint64_t table = 0x5500000000, words = (256 << 20) / 8, factor = 0x9E3779B97F4A7C15;
-  sve_mem_ref_t record{};
-  record.kind = MEM_LOAD;
-  record.size = 8;
-  record.addr = table + (i * factor >> 32) % words * record.size;
-  record.pc = 0x400000;
-  return record;
-}
-
 template <sve_mem_ref_t next(std::uint64_t)>
 void trace_records(benchmark::State& state) {
   const trace_folder& folder = the_folder();
@@ -86,7 +64,15 @@ void trace_records(benchmark::State& state) {
 
 // The number of records is fixed, since each takes its room on the disk. Items a second are those of one thread's
 // processor time.
-BENCHMARK(trace_records<next_of_loop>)->Name("trace_records/loop")->Iterations(20'000'000)->Threads(1)->Threads(2);
-BENCHMARK(trace_records<next_of_gather>)->Name("trace_records/gather")->Iterations(20'000'000)->Threads(1)->Threads(2);
+BENCHMARK(trace_records<quern::next_of_loop>)
+    ->Name("trace_records/loop")
+    ->Iterations(20'000'000)
+    ->Threads(1)
+    ->Threads(2);
+BENCHMARK(trace_records<quern::next_of_gather>)
+    ->Name("trace_records/gather")
+    ->Iterations(20'000'000)
+    ->Threads(1)
+    ->Threads(2);
 
 }  // namespace

@@ -42,6 +42,12 @@ install(FILES ${manual}/quern DESTINATION share/bash-completion/completions)
 install(FILES ${manual}/_quern DESTINATION share/zsh/vendor-completions)
 install(FILES README.md CHANGELOG.md DESTINATION share/doc/quern)
 install(FILES LICENSE DESTINATION share/doc/quern RENAME copyright)
+# LZ4's code is in the command and the libraries, and its licence wants to be told.
+find_file(QUERN_LZ4_COPYRIGHT copyright PATHS /usr/share/doc/liblz4-dev NO_DEFAULT_PATH)
+mark_as_advanced(QUERN_LZ4_COPYRIGHT)
+if(QUERN_LZ4_COPYRIGHT)
+  install(FILES ${QUERN_LZ4_COPYRIGHT} DESTINATION share/doc/quern RENAME copyright.lz4)
+endif()
 install(DIRECTORY docs/ DESTINATION share/doc/quern/docs FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN manual EXCLUDE)
 install(DIRECTORY examples DESTINATION share/doc/quern)
 

@@ -2,7 +2,9 @@
 // undisturbed.
 #pragma once
 
-#include "utils/record_packing.h"
+#include <cstdint>
+
+#include "utils/trace_format.h"
 
 namespace quern {
 
@@ -16,11 +18,14 @@ class chunk_packer {
   void release();
 
  private:
-  std::uint32_t append_block(const trace_chunk& full, std::uint32_t first_slot);
-  bool make_room();
+  struct workspace;
 
-  record_model* model_ =
-      nullptr;  // a mapping of its own: thread-local storage is scarce, and the application's stack short
+  bool make_workspace();
+  bool begin_chunk();
+  std::uint32_t compress_behind_header();
+  std::uint32_t append_block(const trace_chunk& full, std::uint32_t first_slot);
+
+  workspace* work_ = nullptr;  // mapped: thread-local storage is scarce, and the application's stack short
   byte_chunk* chunk_ = nullptr;
 };
 

@@ -84,8 +84,7 @@ void record_model::learn(place& at, const stored_record& record) {
   at.kind = record.kind;
 }
 
-unsigned char* pack_record(record_model& model, const stored_record& record, unsigned char* to) {
-  unsigned char* const flags = to++;
+unsigned char* pack_record(record_model& model, const stored_record& record, unsigned char& flags, unsigned char* to) {
   unsigned others = 0;
   const auto put_if = [&](bool differs, field_flag flag, std::uint64_t value) {
     if (!differs) return;
@@ -101,16 +100,17 @@ unsigned char* pack_record(record_model& model, const stored_record& record, uns
   put_if(record.group != record_model::next_group(place.group), other_group, record.group);
   put_if(record.size != place.size, other_size, record.size);
   put_if(record.addr != place.addr + place.stride, other_addr, fold(record.addr - place.addr));
-  *flags = static_cast<unsigned char>(others);
+  flags = static_cast<unsigned char>(others);
   model.learn(place, record);
   return to;
 }
 
-const unsigned char* unpack_record(record_model& model, const unsigned char* from, const unsigned char* end,
-                                   stored_record& record) {
-  if (from == end) return nullptr;
-  const unsigned others = *from;
-  field_reader fields(from + 1, end);
+const unsigned char* unpack_record(record_model& model, unsigned char flags, const unsigned char* from,
+                                   const unsigned char* end, stored_record& record) {
+  constexpr unsigned known = 2 * other_addr - 1;
+  if (flags > known) return nullptr;
+  const unsigned others = flags;
+  field_reader fields(from, end);
   record = {};
   record.count = model.next_count() + ((others & other_count) != 0 ? unfold(fields.next()) : 0);
   record.pc = model.next_pc() + ((others & other_pc) != 0 ? unfold(fields.next()) : 0);

@@ -1,6 +1,6 @@
 // Records in a few bytes each. Both sides keep the same model of what comes next; a record is the list of what differs
-// from it: a byte of flags, then each field that was not as expected. docs/trace-format.md tells the same to other
-// programs. No heap and no system call: signal handlers pack.
+// from it: a byte of flags, and a number for each field that was not as expected. docs/trace-format.md tells the same
+// to other programs. No heap and no system call: signal handlers pack.
 #pragma once
 
 #include <cstddef>
@@ -37,15 +37,16 @@ class record_model {
   std::uint64_t last_count_ = ~std::uint64_t{0};
 };
 
-// The bytes that one record takes at most.
-inline constexpr std::size_t most_packed_bytes = 64;
+// The bytes that one record's numbers take at most.
+inline constexpr std::size_t most_number_bytes = 56;
 
-// Packs `record` to `to`, where most_packed_bytes are free. Answers the end of what it wrote. The field `complete` is
-// left out.
-unsigned char* pack_record(record_model& model, const stored_record& record, unsigned char* to);
+// Packs `record` to `flags` and to `to`, where most_number_bytes are free. Answers the end of what it wrote there. The
+// field `complete` is left out.
+unsigned char* pack_record(record_model& model, const stored_record& record, unsigned char& flags, unsigned char* to);
 
-// Unpacks a record from the bytes up to `end`. Answers the end of what it read, or null when there is no whole record.
-const unsigned char* unpack_record(record_model& model, const unsigned char* from, const unsigned char* end,
-                                   stored_record& record);
+// Unpacks the record of these flags, whose numbers are the first of the bytes up to `end`. Answers the end of what it
+// read, or null when there is no whole record.
+const unsigned char* unpack_record(record_model& model, unsigned char flags, const unsigned char* from,
+                                   const unsigned char* end, stored_record& record);
 
 }  // namespace quern

@@ -14,7 +14,7 @@ inline constexpr std::uint64_t trace_magic = 0x4352544E52455551;    // "QUERNTRC
 inline constexpr std::uint64_t chunk_magic = 0x4B4E48434E524551;    // "QERNCHNK"
 inline constexpr std::uint64_t packed_magic = 0x4B4341504E524551;   // "QERNPACK"
 inline constexpr std::uint64_t modules_magic = 0x53444F4D4E524551;  // "QERNMODS"
-inline constexpr std::uint32_t trace_version = 3;
+inline constexpr std::uint32_t trace_version = 4;
 inline constexpr std::uint32_t trace_byte_order = 0x01020304;
 
 // At offset 0. All numbers are in the byte order of the machine that wrote them, which `byte_order` shows.
@@ -85,8 +85,9 @@ struct trace_chunk {
 
 static_assert(sizeof(trace_chunk) == trace_chunk_size);
 
-// Records that were packed from a chunk: those from `first_slot` on. The packed bytes follow. A block is whole once the
-// chunk's count of bytes includes it.
+// Records that were packed from a chunk: those from `first_slot` on. The packed bytes follow: a block of LZ4's, of the
+// flags of all records and then their numbers. Before version 4 they are flags and numbers record by record, not
+// compressed, and the last two fields are not there. A block is whole once the chunk's count of bytes includes it.
 struct packed_block_header {
   std::uint32_t size;  // bytes, this header and an end of 0 to 7 unused ones included
   std::uint32_t records;
@@ -95,9 +96,15 @@ struct packed_block_header {
   std::uint64_t time;        // of that chunk
   std::uint32_t first_slot;
   std::uint32_t packed_bytes;
+  std::uint32_t unpacked_bytes;  // before they were compressed
+  std::uint32_t reserved;
 };
 
-static_assert(sizeof(packed_block_header) == 32);
+static_assert(sizeof(packed_block_header) == 40 && offsetof(packed_block_header, unpacked_bytes) == 32);
+
+constexpr std::size_t packed_block_header_bytes(std::uint32_t version) {
+  return version < 4 ? offsetof(packed_block_header, unpacked_bytes) : sizeof(packed_block_header);
+}
 
 // A program or library that was found in memory, or found to be gone. Its build ID and its path follow. An entry is
 // whole once the chunk's count of bytes includes it.

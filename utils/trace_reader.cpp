@@ -9,10 +9,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <memory>
 
 #include "sve/memory/trace.h"
-#include "utils/record_packing.h"
+#include "utils/block_unpacking.h"
 
 namespace quern {
 namespace {
@@ -173,11 +172,12 @@ void trace_reader::walk_chunks() {
 
 void trace_reader::walk_blocks(std::uint64_t offset, const trace_chunk_header& chunk) {
   const std::uint64_t end = std::min<std::uint64_t>(chunk.count, header_.chunk_size - sizeof chunk);
+  const std::size_t header_bytes = packed_block_header_bytes(header_.version);
   packed_block_header block{};
   for (std::uint64_t at = 0; at < end; at += block.size) {
     const place where{.offset = offset + sizeof chunk + at, .thread = chunk.thread, .is_packed = true};
-    if (file_.read_at(where.offset, &block, sizeof block) < sizeof block) return;  // cut off
-    if (block.size < sizeof block || block.size > end - at) {
+    if (file_.read_at(where.offset, &block, header_bytes) < header_bytes) return;  // cut off
+    if (block.size < header_bytes || block.size > end - at || block.packed_bytes > block.size - header_bytes) {
       ++summary_.damaged_chunks;
       return;
     }
@@ -239,21 +239,15 @@ trace_reader::place_records trace_reader::read_chunk(const place& where) const {
 
 trace_reader::place_records trace_reader::read_block(const place& where) const {
   place_records found;
-  packed_block_header block{};
-  if (file_.read_at(where.offset, &block, sizeof block) < sizeof block) return found;
-  std::vector<unsigned char> bytes(std::min(block.packed_bytes, header_.chunk_size));
-  bytes.resize(file_.read_at(where.offset + sizeof block, bytes.data(), bytes.size()));
-  const unsigned char* at = bytes.data();
-  const auto model = std::make_unique<record_model>();
-  for (std::uint32_t left = block.records; left != 0; --left) {
-    stored_record stored;
-    at = unpack_record(*model, at, bytes.data() + bytes.size(), stored);
-    if (at == nullptr) {
-      found.damaged = true;
-      break;
-    }
-    found.records.push_back(record_of(stored, where.thread));
-  }
+  packed_block_header header{};
+  const std::size_t header_bytes = packed_block_header_bytes(header_.version);
+  if (file_.read_at(where.offset, &header, header_bytes) < header_bytes) return found;
+  std::vector<unsigned char> bytes(std::min(header.packed_bytes, header_.chunk_size));
+  bytes.resize(file_.read_at(where.offset + header_bytes, bytes.data(), bytes.size()));
+  const unpacked_block block = unpack_block(header, bytes, header_.version);
+  found.damaged = block.is_damaged;
+  found.records.reserve(block.records.size());
+  for (const stored_record& stored : block.records) found.records.push_back(record_of(stored, where.thread));
   return found;
 }
 

@@ -29,6 +29,8 @@ TOOLS = os.path.join(os.path.dirname(__file__), "../../tools/python")
 sys.path.insert(0, TOOLS)
 import quern_trace  # noqa: E402
 
+EARLIER = os.path.join(os.path.dirname(__file__), "../utils/earlier_versions")
+
 QUERN = shlex.split(os.environ["QUERN_COMMAND"])
 MAKER = shlex.split(os.environ["QUERN_TRACE_MAKER"])
 
@@ -188,6 +190,37 @@ class Reading(unittest.TestCase):
                 self.assertEqual((trace.version, trace.modules), (version, []))
                 self.assertGreater(len(trace.regions()), 0)
                 self.assertEqual(record_rows(trace.records(region=1)), dump(path, "--region", "1"))
+
+    def test_files_of_earlier_writers_are_read(self):
+        for version in (1, 2, 3):
+            with self.subTest(version=version):
+                stored = content(os.path.join(EARLIER, f"version_{version}.trace.lz4"))
+                path = self.path(f"version_{version}")
+                with open(path, "wb") as file:
+                    file.write(quern_trace.decompress_lz4(stored[4:], int.from_bytes(stored[:4], "little")))
+                self.assert_same_records(path)
+                trace = quern_trace.Trace(path)
+                self.assertEqual((trace.version, len(trace.records()), trace.damaged), (version, 1466, 0))
+
+    def test_without_the_compressors_library_all_is_the_same(self):
+        path = self.random(records=40000)
+        wanted = quern_trace.Trace(path).records()
+        library, quern_trace.lz4_block = quern_trace.lz4_block, None
+        try:
+            found = quern_trace.Trace(path).records()
+        finally:
+            quern_trace.lz4_block = library
+        self.assertGreater(len(wanted), 30000)
+        np.testing.assert_array_equal(found, wanted)
+
+    def test_damaged_compressed_bytes_are_refused(self):
+        good = bytes([0x11]) + b"a" + bytes([1, 0, 0x50]) + b"bcdef"  # "a", five more of it, and five letters
+        self.assertEqual(quern_trace.decompress_lz4(good, 11), b"aaaaaabcdef")
+        for bad in (good[:-1], good[:3], b"", good[:2] + bytes([2]) + good[3:], good[:2] + bytes([0]) + good[3:]):
+            with self.subTest(bad=bad), self.assertRaises((ValueError, IndexError)):
+                quern_trace.decompress_lz4(bad, 11)
+        with self.assertRaises(ValueError):
+            quern_trace.decompress_lz4(good, 10)
 
     def with_modules(self, *entries):
         """A trace whose list of modules is that: of each its number, the record at which it was found, begin, end,

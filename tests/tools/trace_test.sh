@@ -286,8 +286,8 @@ for command in info dump stats export cache plot check; do
   expect 1 "quern: text is not a trace file" trace $command text
   expect 2 "quern: FILE is required (see quern trace $command --help)" trace $command
 done
-printf '\4' | dd of=small bs=1 seek=8 conv=notrunc status=none
-expect 1 "quern: small has format version 4; this quern reads versions 1 to 3" trace info small
+printf '\5' | dd of=small bs=1 seek=8 conv=notrunc status=none
+expect 1 "quern: small has format version 5; this quern reads versions 1 to 4" trace info small
 expect 2 "quern: --format: xml not in {text,csv,jsonl} (see quern trace dump --help)" trace dump --format xml large
 expect 2 "quern: A subcommand is required (see quern trace --help)" trace
 [ "$failures" = 0 ]

@@ -11,27 +11,33 @@
 namespace quern::test {
 namespace {
 
-std::vector<unsigned char> packed(const std::vector<stored_record>& records) {
-  std::vector<unsigned char> bytes;
+struct packed_records {
+  std::vector<unsigned char> flags, numbers;
+  std::size_t size() const { return flags.size() + numbers.size(); }
+};
+
+packed_records packed(const std::vector<stored_record>& records) {
+  packed_records all;
   record_model model;
   for (const stored_record& record : records) {
-    unsigned char one[most_packed_bytes];
-    bytes.insert(bytes.end(), one, pack_record(model, record, one));
+    unsigned char flags, numbers[most_number_bytes];
+    all.numbers.insert(all.numbers.end(), numbers, pack_record(model, record, flags, numbers));
+    all.flags.push_back(flags);
   }
-  return bytes;
+  return all;
 }
 
 void expect_same_after_unpacking(const std::vector<stored_record>& records) {
-  const std::vector<unsigned char> bytes = packed(records);
-  const unsigned char* at = bytes.data();
+  const packed_records all = packed(records);
+  const unsigned char *at = all.numbers.data(), *const end = at + all.numbers.size();
   record_model model;
-  for (const stored_record& record : records) {
+  for (std::size_t i = 0; i != records.size(); ++i) {
     stored_record found;
-    at = unpack_record(model, at, bytes.data() + bytes.size(), found);
+    at = unpack_record(model, all.flags[i], at, end, found);
     ASSERT_NE(at, nullptr);
-    ASSERT_EQ(std::memcmp(&found, &record, sizeof record), 0);
+    ASSERT_EQ(std::memcmp(&found, &records[i], sizeof found), 0);
   }
-  EXPECT_EQ(at, bytes.data() + bytes.size());
+  EXPECT_EQ(at, end);
 }
 
 stored_record load(std::uint64_t count, std::uint32_t group, std::uint64_t size, std::uint64_t addr, std::uint64_t pc) {
@@ -53,7 +59,7 @@ TEST(Packing, TheLargestDifferencesFitInTheBytesOfOneRecord) {
   const std::uint64_t half = std::uint64_t{1} << 63;
   const std::uint32_t all = 0xFFFFFFFF;
   const std::vector<stored_record> records{{half, all, all, all, 0, ~std::uint64_t{0}, half, half}};
-  EXPECT_LE(packed(records).size(), most_packed_bytes);
+  EXPECT_EQ(packed(records).numbers.size(), most_number_bytes - 1);
   expect_same_after_unpacking(records);
 }
 
@@ -62,7 +68,7 @@ TEST(Packing, ALoopOverArraysTakesAByteARecord) {
   for (std::uint64_t i = 0; i != 1300; ++i)
     records.push_back(load(100 + i, 0, 256, 0x7F0000000000 + i % 3 * 0x1000000 + i / 3 * 256, 0x400000 + i % 3 * 8));
   expect_same_after_unpacking(records);
-  EXPECT_LE(packed(records).size(), records.size() + 3 * most_packed_bytes);
+  EXPECT_LE(packed(records).size(), records.size() + 3 * most_number_bytes);
 }
 
 TEST(Packing, AGatherOfRandomAddressesTakesSixBytesARecord) {
@@ -77,12 +83,21 @@ TEST(Packing, AGatherOfRandomAddressesTakesSixBytesARecord) {
 }
 
 TEST(Packing, BytesThatEndTooSoonGiveNoRecord) {
-  const std::vector<unsigned char> bytes = packed({load(5, 3, 256, 0x7F0000000000, 0x400000)});
-  for (std::size_t size = 0; size != bytes.size(); ++size) {
+  const packed_records one = packed({load(5, 3, 256, 0x7F0000000000, 0x400000)});
+  for (std::size_t size = 0; size != one.numbers.size(); ++size) {
     record_model model;
     stored_record found;
-    EXPECT_EQ(unpack_record(model, bytes.data(), bytes.data() + size, found), nullptr) << size;
+    const unsigned char* const numbers = one.numbers.data();
+    EXPECT_EQ(unpack_record(model, one.flags[0], numbers, numbers + size, found), nullptr) << size;
   }
+}
+
+TEST(Packing, FlagsThatStandForNothingGiveNoRecord) {
+  record_model model;
+  stored_record found;
+  const unsigned char numbers[most_number_bytes]{};
+  EXPECT_EQ(unpack_record(model, 0x80, numbers, numbers + sizeof numbers, found), nullptr);
+  EXPECT_NE(unpack_record(model, 0x7F, numbers, numbers + sizeof numbers, found), nullptr);
 }
 
 struct PackedFile : trace_test {
@@ -152,6 +167,60 @@ TEST_F(PackedFile, ABlockWhoseSizeCannotBeIsDamage) {
     const trace_reader reader(path);
     EXPECT_EQ(reader.summary().damaged_chunks, 1u) << size;
     EXPECT_EQ(reader.summary().records, 10u) << size;
+  }
+}
+
+TEST_F(PackedFile, DamagedBytesOfABlockCostItsRecordsAlone) {
+  const std::string path = two_chunks();
+  const std::size_t packed_bytes = sizeof(trace_chunk_header) + sizeof(packed_block_header);
+  for (const std::uint64_t bytes : {std::uint64_t{0}, ~std::uint64_t{0}, std::uint64_t{0xFFFF0010FFFF0010}}) {
+    set(path, 1, packed_bytes, bytes);
+    const trace_reader reader(path);
+    EXPECT_EQ(reader.summary().damaged_chunks, 1u) << bytes;
+    EXPECT_EQ(reader.summary().records, 10u) << bytes;
+  }
+}
+
+TEST_F(PackedFile, ABlockThatSaysWhatItCannotUnpackToIsDamage) {
+  const std::string path = two_chunks();
+  constexpr std::size_t block = sizeof(trace_chunk_header);
+  for (const std::uint32_t size : {0u, 1u, trace_chunk_records, 1u << 20, ~0u}) {
+    set(path, 1, block + offsetof(packed_block_header, unpacked_bytes), size);
+    const trace_reader reader(path);
+    EXPECT_EQ(reader.summary().damaged_chunks, 1u) << size;
+    EXPECT_EQ(reader.summary().records, 10u) << size;
+  }
+}
+
+// Records of which nothing is as expected: a full chunk makes several blocks, and a packed chunk holds less than it.
+TEST_F(PackedFile, RecordsThatCannotBeCompressedComeBack) {
+  constexpr std::uint64_t number = 3 * trace_chunk_records;
+  const auto record = [](std::uint64_t count) {
+    std::mt19937_64 random(count);
+    return sve_mem_ref_t{.count = count,
+                         .tid = static_cast<std::uint32_t>(random()) & 0x7FFFFFFF,
+                         .group = static_cast<std::uint32_t>(random()),
+                         .kind = MEM_LOAD,
+                         .unused = 0,
+                         .size = random(),
+                         .addr = random(),
+                         .pc = random() % 4096};
+  };
+  const child_end end = run([&] {
+    setenv("QUERN_TRACE", "trace", 1);
+    if (!sve_init(0, "")) return 1;
+    for (std::uint64_t i = 0; i != number; ++i) trace_mem(record(incr_count()));
+    return 0;
+  });
+  ASSERT_TRUE(end.ended_well());
+  trace_reader reader("trace");
+  EXPECT_EQ(reader.summary().records, number);
+  for (std::uint64_t count = 0; count != number; ++count) {
+    const auto found = reader.next();
+    const sve_mem_ref_t wanted = record(count);
+    ASSERT_TRUE(found && found->count == count && found->group == wanted.group && found->size == wanted.size &&
+                found->addr == wanted.addr && found->pc == wanted.pc)
+        << count;
   }
 }
 

@@ -159,8 +159,8 @@ TEST_F(Reading, HeadersThatCannotBeAreRefused) {
   };
   const std::string path = two_threads();
   for (const change& c : std::initializer_list<change>{
-           {offsetof(trace_file_header, version), 4, "has format version 4; this quern reads versions 1 to 3"},
-           {offsetof(trace_file_header, version), 0, "has format version 0; this quern reads versions 1 to 3"},
+           {offsetof(trace_file_header, version), 5, "has format version 5; this quern reads versions 1 to 4"},
+           {offsetof(trace_file_header, version), 0, "has format version 0; this quern reads versions 1 to 4"},
            {offsetof(trace_file_header, byte_order), 0x04030201, "was written on a machine of the other byte order"},
            {offsetof(trace_file_header, record_size), 40, "is damaged: its header gives sizes that can't be"},
            {offsetof(trace_file_header, record_size), 0, "is damaged: its header gives sizes that can't be"},

@@ -262,7 +262,7 @@ TEST_F(Recording, TheFileIsLaidOutAsDocumented) {
     return value;
   };
   EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 8), "QUERNTRC");
-  EXPECT_EQ(number(8, 4), 3u);            // version
+  EXPECT_EQ(number(8, 4), 4u);            // version
   EXPECT_EQ(number(12, 4), 0x01020304u);  // byte order
   const std::uint64_t header_size = number(16, 4), chunk_size = number(20, 4), chunk_header = number(24, 4);
   EXPECT_EQ(chunk_size, 65536u);

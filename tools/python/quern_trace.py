@@ -6,13 +6,19 @@
     for part in trace.chunks():                     # any file, in little memory
         print(len(part), part["size"].sum())
 
-Needs Python 3.9 and numpy 1.20 or later, and nothing of quern's.
+Needs Python 3.9 and numpy 1.20 or later, and nothing of quern's. With lz4 (Debian's python3-lz4) it reads faster.
 """
 
 import os
 from typing import NamedTuple
 
 import numpy as np
+
+try:
+    import lz4.block as lz4_block
+except ImportError:
+    lz4_block = None
+DAMAGE = (ValueError, IndexError) + ((lz4_block.LZ4BlockError,) if lz4_block else ())
 
 STORE, LOAD, START, STOP, UNKNOWN = range(5)
 KINDS = ("store", "load", "start", "stop", "unknown")
@@ -39,10 +45,11 @@ CHUNK = np.dtype([("magic", "S8"), ("number", "u8"), ("pthread", "u8"), ("thread
 SLOT = np.dtype([("count", "u8"), ("tid", "u4"), ("group", "u4"), ("kind", "u4"), ("complete", "u4"), ("size", "u8"),
                  ("addr", "u8"), ("pc", "u8")])
 BLOCK = np.dtype([("size", "u4"), ("records", "u4"), ("source", "u4"), ("generation", "u4"), ("time", "u8"),
-                  ("first_slot", "u4"), ("packed_bytes", "u4")])
+                  ("first_slot", "u4"), ("packed_bytes", "u4"), ("unpacked_bytes", "u4"), ("reserved", "u4")])
+EARLIER_BLOCK_BYTES = 32  # of the header, before version 4
 MODULE = np.dtype([("size", "u4"), ("number", "u4"), ("count", "u8"), ("time", "u8"), ("begin", "u8"), ("end", "u8"),
                    ("inode", "u8"), ("build_id_bytes", "u4"), ("path_bytes", "u4")])
-LAST_VERSION = 3
+LAST_VERSION = 4
 BATCH = 1024  # blocks that are unpacked together: up to 1.4 million records
 
 
@@ -67,8 +74,9 @@ class _Piece(NamedTuple):
     offset: int
     thread: int
     records: int  # slots of a chunk, those of unfinished records too
-    packed_bytes: int  # 0: slots
-    mark: int  # of whole slots
+    packed_bytes: int = 0  # 0: slots
+    mark: int = 0  # of whole slots
+    unpacked_bytes: int = 0  # 0: they are not compressed
 
 
 class Trace:
@@ -140,10 +148,12 @@ class Trace:
 
     def _walk_blocks(self, at, chunk, size, pieces, packed):
         end = at + min(int(chunk["count"]), size - CHUNK.itemsize)
-        while at < end and at + BLOCK.itemsize <= len(self._bytes):
-            block = self._bytes[at:at + BLOCK.itemsize].view(BLOCK)[0]
-            if (not BLOCK.itemsize <= block["size"] <= end - at
-                    or block["packed_bytes"] > block["size"] - BLOCK.itemsize):
+        header = BLOCK.itemsize if self.version > 3 else EARLIER_BLOCK_BYTES
+        while at < end and at + header <= len(self._bytes):
+            block = np.zeros(1, BLOCK)
+            block.view(np.uint8)[:header] = self._bytes[at:at + header]
+            block = block[0]
+            if not header <= block["size"] <= end - at or block["packed_bytes"] > block["size"] - header:
                 self.damaged += 1
                 return
             if at + int(block["size"]) > len(self._bytes):
@@ -153,8 +163,8 @@ class Trace:
             source = int(block["source"])
             packed[source] = max(packed.get(source, (0, 0)), (int(block["generation"]), slots))
             if block["packed_bytes"]:
-                pieces.append(_Piece(at + BLOCK.itemsize, int(chunk["thread"]), int(block["records"]),
-                                     int(block["packed_bytes"]), 0))
+                pieces.append(_Piece(at + header, int(chunk["thread"]), int(block["records"]),
+                                     int(block["packed_bytes"]), unpacked_bytes=int(block["unpacked_bytes"])))
             at += int(block["size"])
 
     def _walk_modules(self, at, chunk, size):
@@ -183,7 +193,7 @@ class Trace:
         there = (min(size, len(self._bytes) - start) - CHUNK.itemsize) // SLOT.itemsize
         count = max(min(int(chunk["count"]), there) - first, 0)
         mark = 1 if self.version == 1 else int(chunk["generation"])
-        return _Piece(start + CHUNK.itemsize + first * SLOT.itemsize, int(chunk["thread"]), count, 0, mark)
+        return _Piece(start + CHUNK.itemsize + first * SLOT.itemsize, int(chunk["thread"]), count, mark=mark)
 
     def chunks(self, **choice):
         """Yields arrays of RECORD, of some million records at most, each in the order of `count`.
@@ -273,9 +283,13 @@ class Trace:
         return np.concatenate(parts)
 
     def _unpack(self, pieces):
-        slots, lengths = unpack_blocks(
-            [self._bytes[piece.offset:piece.offset + piece.packed_bytes] for piece in pieces],
-            np.array([piece.records for piece in pieces], np.int64))
+        blocks = [self._bytes[piece.offset:piece.offset + piece.packed_bytes] for piece in pieces]
+        flags = None
+        if self.version > 3:
+            whole = [_decompress(block, piece) for block, piece in zip(blocks, pieces)]
+            flags = [each[:piece.records] for each, piece in zip(whole, pieces)]
+            blocks = [each[piece.records:] for each, piece in zip(whole, pieces)]
+        slots, lengths = unpack_blocks(blocks, np.array([piece.records for piece in pieces], np.int64), flags)
         return _records(slots, np.repeat(np.array([piece.thread for piece in pieces], np.uint32), lengths))
 
 
@@ -400,11 +414,61 @@ class _Functions:
 
 
 # Packed records. A block is a list of numbers, seven bits a byte: for each record its flags, then the fields that are
-# not what the model of its thread's records expects. The blocks of a trace begin with an empty model each, so that they
-# can be unpacked side by side: the loop below takes one record of every block at a time.
+# not what the model of its thread's records expects. From version 4 on all flags stand before the numbers, and both are
+# compressed. The blocks of a trace begin with an empty model each, so that they can be unpacked side by side: the loop
+# below takes one record of every block at a time.
 
 PLACES = 128
 MEMBER, LAST_OF_GROUP = 2, 4
+MOST_NUMBER_BYTES = 56  # of a record
+FLAG_BITS = 7
+FLAG_COUNTS = np.array([bin(flags & (1 << FLAG_BITS) - 1).count("1") for flags in range(256)])
+
+
+def _decompress(block, piece):
+    """The flags and numbers of a block, or nothing where they are damaged."""
+    size = piece.unpacked_bytes
+    if not piece.records <= size <= piece.records * (1 + MOST_NUMBER_BYTES) or size // 255 > piece.packed_bytes:
+        return np.empty(0, np.uint8)
+    data = block.tobytes()
+    try:
+        found = lz4_block.decompress(data, uncompressed_size=size) if lz4_block else decompress_lz4(data, size)
+    except DAMAGE:
+        found = b""
+    return np.frombuffer(found if len(found) == size else b"", np.uint8)
+
+
+def decompress_lz4(data, most):
+    """The content of a block of LZ4's, of `most` bytes at most: literal bytes and repetitions of earlier ones in turn.
+    Raises ValueError or IndexError where it is damaged."""
+    found, at = bytearray(), 0
+
+    def length(four_bits):
+        nonlocal at
+        total, more = four_bits, 255 if four_bits == 15 else 0
+        while more == 255:
+            more = data[at]
+            at += 1
+            total += more
+        return total
+
+    while True:
+        token = data[at]
+        at += 1
+        literals = length(token >> 4)
+        if at + literals > len(data) or len(found) + literals > most:
+            raise ValueError("literals behind the end")
+        found += data[at:at + literals]
+        at += literals
+        if at == len(data):
+            return bytes(found)
+        distance = data[at] | data[at + 1] << 8
+        at += 2
+        repeated = length(token & 15) + 4
+        if not 0 < distance <= len(found) or len(found) + repeated > most:
+            raise ValueError("a repetition of what is not there")
+        pattern = found[-distance:][:repeated]
+        found += (pattern * (repeated // len(pattern) + 1))[:repeated]
 
 
 def read_numbers(packed):
@@ -421,14 +485,17 @@ def read_numbers(packed):
     return numbers, ends
 
 
-def unpack_blocks(blocks, counts):
+def unpack_blocks(blocks, counts, flags=None):
     """The records of the blocks, an array of SLOT, one block after the other, and how many each block has: `counts` or,
-    where a block is damaged, those before."""
+    where a block is damaged, those before. Where the flags are apart from the numbers, the blocks are but these."""
     separated = [part for block in blocks for part in (block, np.zeros(1, np.uint8))]  # an unfinished number ends there
     numbers, ends = read_numbers(np.concatenate(separated))
     borders = np.cumsum([len(block) + 1 for block in blocks])
     limits = np.searchsorted(ends, borders - 1)  # the number that is the separator
     starts = np.concatenate(([0], limits[:-1] + 1))
+    if flags is not None:
+        numbers, starts, limits, whole = _put_flags_between(numbers, starts, limits, flags)
+        counts = np.minimum(counts, whole)
     counts = np.minimum(counts, limits - starts)  # a record is a number at least
 
     longest_first = np.argsort(-counts, kind="stable")
@@ -441,6 +508,21 @@ def unpack_blocks(blocks, counts):
     for name, values in unpacked.items():
         records[name] = values.T[row][there]
     return records, lengths
+
+
+def _put_flags_between(numbers, starts, limits, flags):
+    """The lists of numbers with the flags of each record before its numbers, as far as all of these are there, and how
+    many these records are."""
+    places, kept = [], []
+    for start, limit, block_flags in zip(starts, limits, flags):
+        ends = start + np.cumsum(FLAG_COUNTS[block_flags])
+        whole = int(np.searchsorted(ends, limit, "right"))
+        places.append(np.concatenate(([start], ends))[:whole])
+        kept.append(block_flags[:whole])
+    counts = np.array([len(block_flags) for block_flags in kept])
+    added = np.cumsum(counts)
+    numbers = np.insert(numbers, np.concatenate(places).astype(np.int64), np.concatenate(kept))
+    return numbers, starts + np.concatenate(([0], added[:-1])), limits + added, counts
 
 
 def _unpack_side_by_side(numbers, at, limits, counts):
