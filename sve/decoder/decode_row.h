@@ -32,6 +32,7 @@ struct thunk_name {
 struct decode_row {
   int key = 0;
   sve_handler thunk = nullptr;
+  sve_handler under_host_fpsr = nullptr;  // the same, but of a direct_fp row without its moves of FPSR
   thunk_name name;
   std::string_view stem;              // the name without "Vec" and tag: the family of the vector library
   std::string_view handler;           // the direct handler's name, or empty
@@ -68,6 +69,15 @@ consteval void check_memory(const encoding& drawing, route way, const memory_eff
 }
 
 template <type_tag Tag, class Shape>
+consteval sve_handler under_host_fpsr() {
+  if constexpr (Shape::way == route::direct_fp) {
+    return Shape::under_host_fpsr::template thunk<Tag>;
+  } else {
+    return Shape::template thunk<Tag>;
+  }
+}
+
+template <type_tag Tag, class Shape>
 consteval encoded_row row_of_type(std::string_view stem, const encoding& drawing) {
   const encoding sized = drawing.bits_of('z') != 0 ? drawing.with('z', Tag.opcode) : drawing;
   check_operands(sized, Shape::operands);
@@ -75,6 +85,7 @@ consteval encoded_row row_of_type(std::string_view stem, const encoding& drawing
   if (Shape::way == route::library && Shape::routine != stem) throw "the family bears another name than the row";
   return {sized.mask,
           {.thunk = Shape::template thunk<Tag>,
+           .under_host_fpsr = under_host_fpsr<Tag, Shape>(),
            .name = {Tag.text, stem},
            .stem = stem,
            .handler = Shape::way == route::library ? std::string_view{} : Shape::routine,

@@ -65,12 +65,13 @@ struct direct_shape : operands_shape<Operands...> {
 
 template <auto Handler, operand... Operands>
 struct direct_fp_shape : direct_shape<Handler, Operands...> {
+  using under_host_fpsr = direct_shape<Handler, Operands...>;
   static constexpr route way = route::direct_fp;
 
   template <type_tag Tag>
   static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {
     load_host_fpsr(state);
-    const aarch64_decode_rc result = direct_shape<Handler, Operands...>::template thunk<Tag>(state, word);
+    const aarch64_decode_rc result = under_host_fpsr::template thunk<Tag>(state, word);
     store_host_fpsr(state);
     return result;
   }

@@ -67,7 +67,7 @@ void store_run(const thread_registers& registers, const run_code& code, unsigned
     if (code.x >> i & 1) machine.regs[i] = state.x[i];
   store_special(state, pc, machine);
   fpsimd_context& fp = fp_record(frame);
-  if (code.floating_point) fp.fpsr = state.fpsr;
+  if (code.fpsr) fp.fpsr = state.fpsr;
   for (int i = 0; i != 32; ++i) {
     if (code.z >> i & 1) {
       std::memcpy(&fp.vregs[i], state.z[i], q_bytes);

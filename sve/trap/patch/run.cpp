@@ -67,8 +67,7 @@ register_use use_of(const run_word& word) {
     const bool is_first = &op == row.operands.data() && row.memory.kind != memory_kind::store;
     add_operand(op, word.word, is_first || op.traits().both, use);
   }
-  if (word.ordinary) return use;
-  use.floating_point = row.way == route::direct_fp || row.way == route::library;
+  use.fpsr = !word.ordinary && (row.way == route::library || word.thunk == call_keeping_errno);
   return use;
 }
 
@@ -81,7 +80,7 @@ register_use use_of(std::span<const run_word> run) {
     all.x |= use.x;
     all.x_written |= use.x_written;
     all.sp_written |= use.sp_written;
-    all.floating_point |= use.floating_point;
+    all.fpsr |= use.fpsr;
   }
   return all;
 }

@@ -15,7 +15,7 @@ struct decode_row;
 struct run_word {
   std::uint32_t word;
   const decode_row* row;
-  sve_handler thunk;           // what generated code is to call
+  sve_handler thunk;           // what generated code is to call, with FPSR in cpu_state
   written_registers written;   // by the thunk
   std::uint32_t ordinary = 0;  // the instruction that is carried out in the thunk's place, if there is one
 };
@@ -33,11 +33,12 @@ struct register_use {
   std::uint32_t z = 0, z_written = 0;
   std::uint32_t x = 0, x_written = 0;
   bool sp_written = false;
-  bool floating_point = false;  // looks at FPCR or at FPSR, which it may write
+  bool fpsr = false;  // FPCR and FPSR, which it may write, are to be in cpu_state
 };
 
 // What a word uses by its row. FFR, predicates and the flags are not told: the first two are in cpu_state alone, and
-// the flags are brought in and out always, as the code of the thunks changes them.
+// the flags are brought in and out always, as the code of the thunks changes them. Handlers of floating point compute
+// under the processor's own FPSR where it has not to be in cpu_state.
 register_use use_of(const run_word& word);
 register_use use_of(std::span<const run_word> run);
 

@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "sve/decoder/decode_row.h"
 #include "sve/trap/patch/instructions.h"
 
 namespace quern {
@@ -51,7 +52,7 @@ class generator {
     header_.x = written_.x | use_.x | own_x | set_of(base);
     header_.z = use_.z;
     header_.v = written_.v & ~use_.z;
-    header_.floating_point = use_.floating_point;
+    header_.fpsr = use_.fpsr;
     header_.words = static_cast<std::uint16_t>(run.size());
   }
 
@@ -106,7 +107,7 @@ class generator {
     put(stp_x(link, x1, base, x_distance(link.number)));
     put(mrs(x0, system_register::nzcv));
     put(str_x(x0, base, offsetof(cpu_state, nzcv)));
-    if (use_.floating_point) {
+    if (use_.fpsr) {
       put(mrs(x0, system_register::fpsr));
       put(mrs(x1, system_register::fpcr));
       put(str_w(x0, base, offsetof(cpu_state, fpsr)));
@@ -132,7 +133,8 @@ class generator {
 
   // One word. A later thunk must find the stack pointer where the word has put it: what is above is the application's.
   void carry_out(std::size_t i) {
-    header_.literals[i] = {run_[i].thunk, header_.site + i * 4, run_[i].word};
+    const sve_handler thunk = use_.fpsr ? run_[i].thunk : run_[i].row->under_host_fpsr;
+    header_.literals[i] = {thunk, header_.site + i * 4, run_[i].word};
     const std::size_t literal = offsetof(run_code, literals) + i * sizeof(run_literal);
     put(ldr_x_literal(x2, distance_to(literal + offsetof(run_literal, pc))));
     put(str_x(x2, base, offsetof(cpu_state, pc)));
@@ -174,7 +176,7 @@ class generator {
     put(str_x_pre(x0, sp, -16));
     put(ldr_x(x0, base, offsetof(cpu_state, nzcv)));
     put(msr(system_register::nzcv, x0));
-    if (use_.floating_point) {
+    if (use_.fpsr) {
       put(ldr_w(x0, base, offsetof(cpu_state, fpsr)));
       put(msr(system_register::fpsr, x0));
     }

@@ -44,7 +44,7 @@ struct run_code {
   std::uint32_t x, z;    // the registers that stand in cpu_state while the run goes on; SP and the flags do always
   std::uint32_t v;       // the vectors that stand in thread_registers::v
   std::uint32_t behind;  // the application's word behind the run, for whoever made the code
-  bool floating_point;   // FPSR stands in cpu_state too
+  bool fpsr;             // FPSR stands in cpu_state too
   std::uint16_t words;
   // Bytes from the start of this record: of the code, of its last part, in which no more thunk is called, of its last
   // two instructions, which take X19 from the stack and branch, and behind that.

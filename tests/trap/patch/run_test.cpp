@@ -36,7 +36,8 @@ constexpr usage words[] = {
     {"addvl sp, sp, #-1", 0x043F57FF, {.sp_written = true}},
     {"addvl x7, sp, #1", 0x043F5027, {.x = bit(7), .x_written = bit(7)}},
     {"cntp xzr, p0, p1.b", 0x2520803F, {}},
-    {"fadd z1.s, z2.s, z3.s", 0x65830041, {.z = bit(1) | bit(2) | bit(3), .z_written = bit(1), .floating_point = true}},
+    {"fadd z1.s, z2.s, z3.s", 0x65830041, {.z = bit(1) | bit(2) | bit(3), .z_written = bit(1)}},
+    {"fadda s1, p0, s1, z3.s", 0x65982061, {.z = bit(1) | bit(3), .z_written = bit(1), .fpsr = true}},
     {"str p3, [x4]", 0xE5800083, {.x = bit(4)}},
 };
 
@@ -50,21 +51,21 @@ TEST(RegisterUse, FollowsFromTheOperands) {
     EXPECT_EQ(use.x, u.wanted.x) << u.text;
     EXPECT_EQ(use.x_written, u.wanted.x_written) << u.text;
     EXPECT_EQ(use.sp_written, u.wanted.sp_written) << u.text;
-    EXPECT_EQ(use.floating_point, u.wanted.floating_point) << u.text;
+    EXPECT_EQ(use.fpsr, u.wanted.fpsr) << u.text;
   }
 }
 
 TEST(RegisterUse, OfARunIsThatOfAllItsWords) {
   std::array<run_word, 3> run;
   std::size_t count = 0;
-  for (const std::uint32_t word : {0x04250083u, 0x65830041u, 0x0430E3E5u})
+  for (const std::uint32_t word : {0x04250083u, 0x65982061u, 0x0430E3E5u})
     run[count++] = {word, decode_word(word).row, nullptr, {}, 0};
   const register_use use = use_of(run);
-  EXPECT_EQ(use.z, 0x3Eu);
+  EXPECT_EQ(use.z, 0x3Au);
   EXPECT_EQ(use.z_written, bit(3) | bit(1));
   EXPECT_EQ(use.x, bit(5));
   EXPECT_EQ(use.x_written, bit(5));
-  EXPECT_TRUE(use.floating_point);
+  EXPECT_TRUE(use.fpsr);
 }
 
 struct collected {
