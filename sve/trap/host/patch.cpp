@@ -64,12 +64,14 @@ std::size_t registers_offset() {
                                   static_cast<unsigned char*>(__builtin_thread_pointer()));
 }
 
+// One thread at a time makes code; the application's stack may be short.
 const run_code* make_code(unsigned char* site) {
-  std::array<run_word, max_run> run;
+  constinit static std::array<run_word, max_run> run{};
   const std::size_t count = collect_run(site, page_size - reinterpret_cast<std::uintptr_t>(site) % page_size, run);
   const code_room room = find_code_room(site);
   if (count == 0 || !room.place) return nullptr;
-  for (run_word& word : std::span(run).first(count)) word.written = written_by(word.thunk);
+  for (run_word& word : std::span(run).first(count))
+    if (is_called(word)) word.written = written_by(word.thunk);
   const std::span<unsigned char, max_run_code_bytes> bytes(room.writable, max_run_code_bytes);
   const std::size_t size = make_run_code(std::span(run).first(count), site, registers_offset(), room.place, bytes);
   auto& code = *reinterpret_cast<run_code*>(room.writable);

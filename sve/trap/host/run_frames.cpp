@@ -45,7 +45,7 @@ bool is_within_run(ucontext_t& frame) {
     machine.pc = reinterpret_cast<std::uintptr_t>(code->behind_site());
   } else if (pc >= code->at(code->way_out)) {
     leave_run(*code, code->behind_site(), frame);
-  } else if (aarch64::is_cbnz_x(word_at(pc))) {
+  } else if (word_at(pc) == aarch64::cbnz_x(aarch64::x0, code->early_end_at() - pc)) {
     leave_run(*code, behind_word(), frame);  // too late to set what it tests
   } else {
     return true;

@@ -86,8 +86,6 @@ constexpr word adr(reg t, std::int64_t distance) {
 }
 constexpr word cbnz_x(reg t, std::int64_t distance) { return 0xB5000000 | scaled(distance, 4, 19) << 5 | t.number; }
 
-constexpr bool is_cbnz_x(word w) { return w >> 24 == 0xB5; }
-
 // The branch, the distances that it reaches, and where it leads.
 inline constexpr std::int64_t branch_reach = 128 << 20;
 constexpr word b(std::int64_t distance) { return 0x14000000 | scaled(distance, 4, 26); }

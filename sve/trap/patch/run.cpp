@@ -9,6 +9,7 @@
 #include "sve/decoder/decode_map.h"
 #include "sve/decoder/sve_utils.h"
 #include "sve/trap/patch/ordinary_instruction.h"
+#include "sve/trap/patch/plain_instruction.h"
 
 namespace quern {
 namespace {
@@ -36,12 +37,57 @@ void add_operand(const operand& op, std::uint32_t word, bool is_written, registe
   }
 }
 
+void add_plain_use(std::uint32_t word, register_use& use) {
+  if (const auto instruction = plain_instruction_of(word)) {
+    use.x_written = set_of_registers(instruction->d, 1) & all_general_registers;
+    use.x = use.x_written | set_of_registers(instruction->n, 1) | set_of_registers(instruction->m, 1);
+  } else if (const auto branch = plain_branch_of(word)) {
+    use.x = set_of_registers(branch->tested, 1);
+  }
+  use.x &= all_general_registers;
+}
+
 // FSQRT calls the C library's square root, which may write errno.
 aarch64_decode_rc call_keeping_errno(cpu_state* state, unsigned int word) {
   const int kept = errno;
   const aarch64_decode_rc result = get_sve_handler(word)(state, word);
   errno = kept;
   return result;
+}
+
+run_word make_word(std::uint32_t word) {
+  const decode_row* const row = decode_word(word).row;
+  if (!row) return {word, nullptr, nullptr, {}, 0};
+  return {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk, all_registers,
+          ordinary_instruction(word, *row)};
+}
+
+// Whether the word behind the run is a branch back into it. A loop has to have a word that sees signals.
+bool makes_loop(std::span<const run_word> run, std::uint32_t word) {
+  const auto branch = plain_branch_of(word);
+  if (!branch || branch->distance >= 0) return false;
+  const auto back = static_cast<std::size_t>(-branch->distance) / sizeof word;
+  return back <= run.size() && std::any_of(run.end() - static_cast<std::ptrdiff_t>(back), run.end(), is_called);
+}
+
+// The number of words up to the last one that is worth it: the program's own instructions run faster where they are,
+// but not as fast as it takes to leave the code and come back.
+std::size_t straight_length(std::span<const run_word> run) {
+  constexpr std::size_t worth_it = 8;
+  const auto is_emulated = [](const run_word& word) { return word.row != nullptr; };
+  std::size_t length = 0, plain = 0;
+  bool has_call = false;
+  for (std::size_t i = 0; i != run.size() && plain <= worth_it; ++i) {
+    if (!is_emulated(run[i])) {
+      ++plain;
+      continue;
+    }
+    has_call = has_call || is_called(run[i]);
+    if (plain != 0 && !has_call) break;
+    length = i + 1;
+    plain = 0;
+  }
+  return length;
 }
 
 }  // namespace
@@ -52,16 +98,20 @@ std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array
   std::size_t count = 0;
   for (; count != most; ++count) {
     std::memcpy(&word, code + count * sizeof word, sizeof word);
-    const decode_row* const row = decode_word(word).row;
-    if (!row) break;
-    run[count] = {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk, all_registers,
-                  ordinary_instruction(word, *row)};
+    run[count] = make_word(word);
+    if (!run[count].row && !plain_instruction_of(word)) break;
   }
-  return count;
+  const std::span<const run_word> words(run);
+  if (count != most && makes_loop(words.first(count), word)) return count + 1;
+  return straight_length(words.first(count));
 }
 
 register_use use_of(const run_word& word) {
   register_use use;
+  if (!word.row) {
+    add_plain_use(word.word, use);
+    return use;
+  }
   const decode_row& row = *word.row;
   for (const operand& op : row.operands) {
     const bool is_first = &op == row.operands.data() && row.memory.kind != memory_kind::store;

@@ -1,4 +1,5 @@
-// A run: emulated words next to each other that one piece of generated code serves, and the registers that they use.
+// A run: words next to each other that one piece of generated code serves, and the registers that they use. They are
+// emulated ones, instructions of the program's own between them, and at the end perhaps a branch back into the run.
 #pragma once
 
 #include <array>
@@ -13,19 +14,23 @@ namespace quern {
 struct decode_row;
 
 struct run_word {
-  std::uint32_t word;
-  const decode_row* row;
-  sve_handler thunk;           // what generated code is to call, with FPSR in cpu_state
-  written_registers written;   // by the thunk
-  std::uint32_t ordinary = 0;  // the instruction that is carried out in the thunk's place, if there is one
+  std::uint32_t word = 0;
+  const decode_row* row = nullptr;  // null: one of the program's own, of which only the word counts
+  sve_handler thunk = nullptr;      // what generated code is to call, with FPSR in cpu_state
+  written_registers written;        // by the thunk
+  std::uint32_t ordinary = 0;       // the instruction that is carried out in the thunk's place, if there is one
 };
 
-// The words of one run at most.
-inline constexpr std::size_t max_run = 16;
+// Whether the word's thunk is called.
+inline bool is_called(const run_word& word) { return word.row && !word.ordinary; }
 
-// The run that begins at `code`: the emulated words from there to the first other word, to the end of the `bytes` that
-// may be read, or to the most that a run has. The thunks keep the application's errno. Answers the number of words.
-// What the thunks write is for the caller to find out: all registers, until then.
+// The words of one run at most.
+inline constexpr std::size_t max_run = 32;
+
+// The run that begins at `code`, an emulated word: to the first word that can't be part of it, to the end of the
+// `bytes` that may be read, or to the most that a run has. It ends in an emulated word, or in a branch back that makes
+// a loop with an emulated word in it. The thunks keep the application's errno. Answers the number of words. What the
+// thunks write is for the caller to find out: all registers, until then.
 std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array<run_word, max_run>& run);
 
 // Sets of registers: number n is bit n. Register 31 is in no set of general registers.

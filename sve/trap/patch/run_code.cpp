@@ -1,10 +1,12 @@
 // The generator of code for runs.
 #include "sve/trap/patch/run_code.h"
 
+#include <array>
 #include <cstring>
 
 #include "sve/decoder/decode_row.h"
 #include "sve/trap/patch/instructions.h"
+#include "sve/trap/patch/plain_instruction.h"
 
 namespace quern {
 namespace {
@@ -36,7 +38,7 @@ constexpr std::uint32_t set_of(reg r) { return std::uint32_t{1} << r.number; }
 written_registers written_by(std::span<const run_word> run) {
   written_registers all;
   for (const run_word& w : run) {
-    if (w.ordinary) continue;
+    if (!is_called(w)) continue;
     all.x |= w.written.x;
     all.v |= w.written.v;
   }
@@ -54,6 +56,7 @@ class generator {
     header_.v = written_.v & ~use_.z;
     header_.fpsr = use_.fpsr;
     header_.words = static_cast<std::uint16_t>(run.size());
+    for (std::size_t i = 0; i != run.size(); ++i) header_.literals[i].word = run[i].word;
   }
 
   std::size_t make(std::size_t registers_offset) {
@@ -66,6 +69,7 @@ class generator {
     } else {
       bring_in(registers_offset);
       for (std::size_t i = 0; i != run_.size(); ++i) carry_out(i);
+      if (!is_called(run_.back())) settle_last();
       header_.way_out = here();
       bring_out();
     }
@@ -133,29 +137,48 @@ class generator {
 
   // One word. A later thunk must find the stack pointer where the word has put it: what is above is the application's.
   void carry_out(std::size_t i) {
-    const sve_handler thunk = use_.fpsr ? run_[i].thunk : run_[i].row->under_host_fpsr;
-    header_.literals[i] = {thunk, header_.site + i * 4, run_[i].word};
-    const std::size_t literal = offsetof(run_code, literals) + i * sizeof(run_literal);
-    put(ldr_x_literal(x2, distance_to(literal + offsetof(run_literal, pc))));
-    put(str_x(x2, base, offsetof(cpu_state, pc)));
-    if (run_[i].ordinary) {
-      compute(run_[i].ordinary);
+    const run_word& w = run_[i];
+    starts_[i] = here();
+    if (is_called(w)) {
+      call(i);
+    } else if (w.ordinary) {
+      compute(w.ordinary);
+    } else if (const auto instruction = plain_instruction_of(w.word)) {
+      compute(*instruction);
     } else {
-      call(literal);
+      go_back(i);
     }
-    if (use_of(run_[i]).sp_written) {
-      put(ldr_x(x0, base, offsetof(cpu_state, sp)));
-      put(add_x(sp, x0, 0));
-    }
+    if (!use_of(w).sp_written) return;
+    put(ldr_x(x0, base, offsetof(cpu_state, sp)));
+    put(add_x(sp, x0, 0));
+  }
+
+  // From here on the word is the one that is carried out, to whoever has to know.
+  void tell_pc(std::size_t i) {
+    header_.literals[i].pc = header_.site + i * 4;
+    put(ldr_x_literal(x2, distance_to(literal(i) + offsetof(run_literal, pc))));
+    put(str_x(x2, base, offsetof(cpu_state, pc)));
+  }
+  void end_early_if_wanted() {
     put(ldur_x(x0, base, ends_distance));
     put(cbnz_x(x0, distance_to(header_.entry - sizeof(word))));
   }
+  // Words that are not called ask for no signal. Behind the last one somebody has to.
+  void settle_last() {
+    tell_pc(run_.size() - 1);
+    end_early_if_wanted();
+  }
 
-  void call(std::size_t literal) {
+  static std::size_t literal(std::size_t i) { return offsetof(run_code, literals) + i * sizeof(run_literal); }
+
+  void call(std::size_t i) {
+    tell_pc(i);
+    header_.literals[i].thunk = use_.fpsr ? run_[i].thunk : run_[i].row->under_host_fpsr;
     put(mov_x(x0, base));
-    put(ldr_w_literal(x1, distance_to(literal + offsetof(run_literal, word))));
-    put(ldr_x_literal(x2, distance_to(literal + offsetof(run_literal, thunk))));
+    put(ldr_w_literal(x1, distance_to(literal(i) + offsetof(run_literal, word))));
+    put(ldr_x_literal(x2, distance_to(literal(i) + offsetof(run_literal, thunk))));
     put(blr(x2));
+    end_early_if_wanted();
   }
 
   // An ordinary instruction, in X0: its registers are in cpu_state, where the stack pointer comes after X30.
@@ -168,6 +191,28 @@ class generator {
       put(instruction & ~word{31});
     }
     put(str_x(x0, base, x_distance(d)));
+  }
+
+  void compute(const plain_instruction& i) {
+    if (i.n != 31) put(ldr_x(x1, base, x_distance(i.n)));
+    if (i.m != 31) put(ldr_x(x2, base, x_distance(i.m)));
+    put(i.word);
+    if (i.d != 31) put(str_x(x0, base, x_distance(i.d)));
+    if (!i.sets_flags) return;
+    put(mrs(x0, system_register::nzcv));
+    put(str_x(x0, base, offsetof(cpu_state, nzcv)));
+  }
+
+  void go_back(std::size_t i) {
+    const plain_branch branch = *plain_branch_of(run_[i].word);
+    if (branch.tested != 31) put(ldr_x(x0, base, x_distance(branch.tested)));
+    if (branch.tests_flags) {
+      put(ldr_x(x0, base, offsetof(cpu_state, nzcv)));
+      put(msr(system_register::nzcv, x0));
+    }
+    const std::size_t target = i - static_cast<std::size_t>(-branch.distance) / sizeof(word);
+    put(branch.word | scaled(distance_to(starts_[target]), sizeof(word), plain_branch::distance_bits)
+                          << plain_branch::distance_bit);
   }
 
   // The base's own value waits on the stack: when others may use the registers again, there is nothing left in them.
@@ -197,6 +242,7 @@ class generator {
   const unsigned char* const place_;
   const std::span<unsigned char, max_run_code_bytes> room_;
   run_code header_{};
+  std::array<std::uint16_t, max_run> starts_{};  // of each word's code
   std::size_t size_ = 0;
 };
 

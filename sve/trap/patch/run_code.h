@@ -1,6 +1,6 @@
 // Code for runs: what stands in the place of their words. It brings the application's registers into the thread's
 // cpu_state, calls the thunks one after the other, brings the registers back, and branches behind the run. A register
-// that no thunk reads or writes stays where it is.
+// that no thunk reads or writes stays where it is. Instructions of the program's own compute in cpu_state meanwhile.
 #pragma once
 
 #include <cstddef>
@@ -62,7 +62,7 @@ struct run_code {
 };
 
 // The room that a run's code needs at most.
-inline constexpr std::size_t max_run_code_bytes = 2048;
+inline constexpr std::size_t max_run_code_bytes = 4096;
 
 // Makes the code of a run for `site`. It is written to `room`, which starts at a multiple of 64 bytes, and is to run at
 // `place`, within reach of a branch from the site. Each thread has its thread_registers at `registers_offset` from the

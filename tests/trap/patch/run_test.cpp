@@ -74,12 +74,32 @@ struct collected {
   std::size_t bytes, wanted;
 };
 
-constexpr std::uint32_t add = 0x04250083, nop = 0xD503201F, fsqrt = 0x658DA020;
-constexpr std::uint32_t ldff1b = 0xA4026020, ldnf1b = 0xA410A020, prfb = 0x8400C020;
+constexpr std::uint32_t add = 0x04250083, fsqrt = 0x658DA020;
+constexpr std::uint32_t ldff1b = 0xA4026020, ldnf1b = 0xA410A020, prfb = 0x8400C020, incb = 0x0430E3E5;
+constexpr std::uint32_t nop = 0xD503201F, ret = 0xD65F03C0;
+constexpr std::uint32_t b_ne_back_1 = 0x54FFFFE1, b_ne_back_2 = 0x54FFFFC1, b_ne_back_3 = 0x54FFFFA1,
+                        b_ne_on = 0x54000041;
+
+std::vector<std::uint32_t> plain_between(std::size_t plain) {
+  std::vector<std::uint32_t> code(plain + 2, nop);
+  code.front() = code.back() = add;
+  return code;
+}
 
 const collected runs[] = {
-    {"no emulated word", {nop, add}, 8, 0},
-    {"to the first other word", {add, add, nop, add}, 16, 2},
+    {"no emulated word", {ret, add}, 8, 0},
+    {"to the first other word", {add, add, ret, add}, 16, 2},
+    {"the program's own instructions between, not behind", {add, nop, add, nop, nop, ret}, 24, 3},
+    {"as many of them as are worth it", plain_between(8), 40, 10},
+    {"not more", plain_between(9), 44, 1},
+    {"none for words that are not called", {incb, nop, incb, ret}, 16, 1},
+    {"but for a later one that is", {incb, nop, add, ret}, 16, 3},
+    {"a loop", {add, add, nop, b_ne_back_2, add}, 20, 4},
+    {"a loop that begins behind the first word", {incb, add, b_ne_back_1, add}, 16, 3},
+    {"no loop to before the run", {add, nop, b_ne_back_3, add}, 16, 1},
+    {"no loop without a word that is called", {add, nop, b_ne_back_1, add}, 16, 1},
+    {"no way on", {add, nop, b_ne_on, add}, 16, 1},
+    {"no loop whose branch can't be read", {add, nop, b_ne_back_2}, 8, 1},
     {"to the end of what may be read", {add, add, add}, 8, 2},
     {"loads that probe and a prefetch are words like others", {ldff1b, ldnf1b, prfb, add}, 16, 4},
     {"the most", std::vector<std::uint32_t>(max_run + 3, add), 4 * (max_run + 3), max_run},

@@ -32,10 +32,10 @@
         .balign 65536
         .global quern_place
 quern_place:
-        .skip   128
+        .skip   256
         .global quern_place_code
 quern_place_code:
-        .skip   4096
+        .skip   8192
         .balign 65536
 
         .bss

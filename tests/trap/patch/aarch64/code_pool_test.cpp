@@ -15,7 +15,8 @@ namespace quern {
 namespace {
 
 constexpr std::size_t page_bytes = 4096, piece_bytes = 65536, bound = 16 << 20;
-constexpr std::size_t site_bytes = 8, sites_in_page = 32, most_sites = bound / max_run_code_bytes + 2 * sites_in_page;
+constexpr std::size_t site_bytes = 8, sites_in_page = piece_bytes / max_run_code_bytes;
+constexpr std::size_t most_sites = bound / max_run_code_bytes + 2 * sites_in_page;
 
 constexpr aarch64::word add = 0x04250083, other = 0x04660083, ret = 0xD65F03C0, breakpoint = 0xD4200000;
 

@@ -18,9 +18,11 @@ namespace quern {
 namespace {
 
 constexpr std::size_t place_bytes = 65536;
+static_assert(4 * (max_run + 1) <= 256 && max_run_code_bytes <= 8192, "the room in call_place.S");
 
 void make_executable() {
-  if (mprotect(quern_place, place_bytes, PROT_READ | PROT_WRITE | PROT_EXEC) == 0) return;
+  static const bool is_ready = mprotect(quern_place, place_bytes, PROT_READ | PROT_WRITE | PROT_EXEC) == 0;
+  if (is_ready) return;
   std::perror("mprotect");
   std::abort();
 }
@@ -30,22 +32,31 @@ void put_branch(unsigned char* at, const unsigned char* to) {
   std::memcpy(at, &branch, sizeof branch);
 }
 
+void call_place(std::size_t words, processor_registers& processor) {
+  put_branch(quern_place + 4 * words, quern_after_place);
+  __builtin___clear_cache(reinterpret_cast<char*>(quern_place), reinterpret_cast<char*>(quern_place + place_bytes));
+  quern_call_place(&processor.state, processor.v[0], &processor.own_sp);
+}
+
 }  // namespace
 
 const run_code& last_code() { return *reinterpret_cast<const run_code*>(quern_place_code); }
 
 void run_patched(std::span<const run_word> run, processor_registers& processor, thread_registers& registers) {
-  static const bool is_ready = (make_executable(), true);
-  static_cast<void>(is_ready);
+  make_executable();
   const auto offset = static_cast<std::size_t>(reinterpret_cast<unsigned char*>(&registers) -
                                                static_cast<unsigned char*>(__builtin_thread_pointer()));
   alignas(64) static unsigned char room[max_run_code_bytes];
   make_run_code(run, quern_place, offset, quern_place_code, room);
   std::memcpy(quern_place_code, room, sizeof room);
   put_branch(quern_place, last_code().at(last_code().entry));
-  put_branch(quern_place + 4 * run.size(), quern_after_place);
-  __builtin___clear_cache(reinterpret_cast<char*>(quern_place), reinterpret_cast<char*>(quern_place + place_bytes));
-  quern_call_place(&processor.state, processor.v[0], &processor.own_sp);
+  call_place(run.size(), processor);
+}
+
+void run_unpatched(std::span<const std::uint32_t> words, processor_registers& processor) {
+  make_executable();
+  std::memcpy(quern_place, words.data(), words.size_bytes());
+  call_place(words.size(), processor);
 }
 
 }  // namespace quern

@@ -17,6 +17,9 @@ struct processor_registers {
 // `registers` is what the code calls the thread's.
 void run_patched(std::span<const run_word> run, processor_registers& processor, thread_registers& registers);
 
+// Runs other words, of the processor's own, as they are.
+void run_unpatched(std::span<const std::uint32_t> words, processor_registers& processor);
+
 // The code that run_patched made last.
 const run_code& last_code();
 
