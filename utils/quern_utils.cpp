@@ -1,12 +1,11 @@
 // libquern_utils: takes the trace records of a process. A record costs no system call and no lock, and is in the page
 // cache when trace_mem returns, so that it outlives the process however that ends.
-#include "utils/quern_utils.h"
-
 #include <pthread.h>
 
 #include <atomic>
 
 #include "sve/memory/trace.h"
+#include "sve/memory/trace_forked.h"
 #include "sve/memory/trace_vector_length.h"
 #include "utils/chunk_packer.h"
 #include "utils/module_log.h"

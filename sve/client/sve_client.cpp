@@ -12,6 +12,7 @@
 #include "sve/client/signal_vectors.h"
 #include "sve/client/thread_state.h"
 #include "sve/memory/trace.h"
+#include "sve/memory/trace_forked.h"
 #include "sve/memory/trace_vector_length.h"
 #include "sve/state/vector_length.h"
 
@@ -33,6 +34,11 @@ void check_arguments(int argc, const char* argv[]) {
 }
 
 constexpr unsigned int log_level = 1;
+
+// The application's fork runs no handlers of libraries that the framework has loaded for the client.
+void event_fork(void*) {
+  if (quern_trace_forked) quern_trace_forked();
+}
 
 // drreg was never started, yet its end succeeds: it counts its users, and one who never came is not the last.
 void event_exit() {
@@ -57,6 +63,7 @@ DR_EXPORT void dr_client_main(client_id_t, int argc, const char* argv[]) {
   drmgr_register_thread_init_event(event_thread_init);
   drmgr_register_thread_exit_event(event_thread_exit);
   register_exit_event(event_exit);
+  dr_register_fork_init_event(event_fork);
   drmgr_priority_t priority{sizeof priority, "emulate_instruction", nullptr, nullptr, 0};
   client_assert(drmgr_register_bb_app2app_event(event_instruction_change, &priority), "false");
   client_assert(drmgr_register_kernel_xfer_event(event_kernel_transfer), "false");

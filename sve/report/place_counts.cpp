@@ -15,6 +15,8 @@ namespace {
 
 place_report* report = nullptr;
 origin_finder* find_origin = nullptr;
+// The process that has asked last for its index, and in the lower half that index: a forked child is another process.
+constinit std::atomic<std::uint64_t> known_index{0};
 
 void describe(reported_place& entry, const placed_word& place, bool is_emulated) {
   const code_origin origin = find_origin(place.address);
@@ -24,13 +26,35 @@ void describe(reported_place& entry, const placed_word& place, bool is_emulated)
   entry.offset = origin.module != 0 ? place.address - origin.base : place.address;
 }
 
+constexpr std::uint32_t no_index = place_report::most_processes;
+
+// Finds or adds the process. Numbers of processes may have more bits than an index.
+std::uint32_t find_index(std::uint32_t process) {
+  for (std::uint32_t i = 0; i != place_report::most_processes; ++i) {
+    const std::uint32_t index = (process + i) % place_report::most_processes;
+    std::uint32_t found = 0;
+    if (report->processes[index].compare_exchange_strong(found, process) || found == process) return index;
+  }
+  return no_index;
+}
+
+std::uint32_t own_index() {
+  const auto process = static_cast<std::uint32_t>(getpid());
+  const std::uint64_t last = known_index.load(std::memory_order_relaxed);
+  if (last >> 32 == process) return static_cast<std::uint32_t>(last);
+  const std::uint32_t index = find_index(process);
+  known_index.store(std::uint64_t{process} << 32 | index, std::memory_order_relaxed);
+  return index;
+}
+
 // Places are looked for from where their address leads; processes that share the report have their own. Answers whether
 // it was a place's first, or there was no room for it.
 bool count(const placed_word& place, bool is_emulated) {
   constexpr std::uint64_t hash_factor = 0x9E3779B97F4A7C15;
-  const std::uint64_t key = place.address | static_cast<std::uint64_t>(getpid()) << 48;
+  const std::uint32_t process = own_index();
+  const std::uint64_t key = place.address | std::uint64_t{process} << 48;
   const std::uint64_t first = key * hash_factor >> 32;
-  for (std::uint64_t i = 0; i != place_report::most_places; ++i) {
+  for (std::uint64_t i = 0; process != no_index && i != place_report::most_places; ++i) {
     reported_place& entry = report->places[(first + i) % place_report::most_places];
     std::uint64_t found = 0;
     if (entry.key.compare_exchange_strong(found, key))
@@ -47,6 +71,7 @@ bool count(const placed_word& place, bool is_emulated) {
 
 void open_place_report(origin_finder* finder) {
   report = nullptr;
+  known_index = 0;
   find_origin = finder;
   const char* const path = std::getenv(place_report_variable);
   if (path == nullptr) return;

@@ -9,7 +9,7 @@ namespace quern {
 
 // A place of code in a process. Whoever sets the key fills in the rest.
 struct reported_place {
-  std::atomic<std::uint64_t> key;  // address and process; 0: not in use
+  std::atomic<std::uint64_t> key;  // its address, and from bit 48 on its process's index; 0: not in use
   std::atomic<std::uint64_t> count;
   std::uint64_t offset;  // from where the module is loaded, or the address where there is none
   std::uint32_t word;
@@ -23,7 +23,7 @@ struct reported_module {
 };
 
 struct place_report {
-  static constexpr std::uint32_t most_modules = 128, most_places = 1 << 15;
+  static constexpr std::uint32_t most_modules = 128, most_places = 1 << 15, most_processes = 1 << 16;
   // Set by quern run.
   bool counts_emulated;  // not only those that can't be emulated
   bool is_strict;        // the first that can't be emulated ends the program
@@ -32,6 +32,7 @@ struct place_report {
   reported_place death;             // where a fault may have ended a process, whose number is its key; the last one
   std::uint32_t death_signal;       // by which
   reported_module modules[most_modules];
+  std::atomic<std::uint32_t> processes[most_processes];  // their numbers, from the index on that each ends in; 0: none
   reported_place places[most_places];
 };
 

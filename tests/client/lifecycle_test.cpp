@@ -20,12 +20,13 @@ using Lifecycle = client_test;
 
 TEST_F(Lifecycle, StartsInOrder) {
   start();
-  EXPECT_THAT(framework.calls,
-              ElementsAre("dr_set_client_name(Zel SVE emulation client)", "drmgr_init",
-                          "drmgr_register_thread_init_event", "drmgr_register_thread_exit_event",
-                          "dr_register_exit_event", "drmgr_register_bb_app2app_event(emulate_instruction, 0)",
-                          "drmgr_register_kernel_xfer_event", "drmgr_register_signal_event", "drmgr_register_tls_field",
-                          "sve_init(0, an_application)", "dr_log(null, 0xFFFFFF, 1, SVE client initializing\n)"));
+  EXPECT_THAT(
+      framework.calls,
+      ElementsAre("dr_set_client_name(Zel SVE emulation client)", "drmgr_init", "drmgr_register_thread_init_event",
+                  "drmgr_register_thread_exit_event", "dr_register_exit_event", "dr_register_fork_init_event",
+                  "drmgr_register_bb_app2app_event(emulate_instruction, 0)", "drmgr_register_kernel_xfer_event",
+                  "drmgr_register_signal_event", "drmgr_register_tls_field", "sve_init(0, an_application)",
+                  "dr_log(null, 0xFFFFFF, 1, SVE client initializing\n)"));
   EXPECT_EQ(framework.error_stream, "");
 }
 
@@ -40,6 +41,13 @@ TEST_F(Lifecycle, EndsInOrder) {
   framework.process_exit();
   EXPECT_THAT(framework.calls, ElementsAre("dr_log(null, 0xFFFFFF, 1, SVE client exiting\n)", "sve_exit",
                                            "drmgr_unregister_bb_app2app_event", "drreg_exit", "drmgr_exit"));
+}
+
+TEST_F(Lifecycle, AForkedChildHasATraceOfItsOwn) {
+  start();
+  framework.calls.clear();
+  framework.process_fork(framework.drcontext());
+  EXPECT_THAT(framework.calls, ElementsAre("quern_trace_forked"));
 }
 
 TEST_F(Lifecycle, TwoDashesEndTheArguments) {

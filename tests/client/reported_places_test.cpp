@@ -125,6 +125,27 @@ TEST_F(ReportedPlaces, TellOfAFailedEmulationOnceAPlace) {
   EXPECT_NE(testing::internal::GetCapturedStderr(), "");
 }
 
+// Of another process that has come first, and whose number has the same low bits.
+TEST_F(ReportedPlaces, AreApartInProcessesWhoseNumbersEndAlike) {
+  report->counts_emulated = true;
+  const auto self = static_cast<std::uint32_t>(getpid());
+  report->processes[self % place_report::most_processes] = self + place_report::most_processes;
+  unsigned char* const pc = application_word(word_add_b);
+  for (int i = 0; i != 2; ++i) emulate(pc, word_add_b);
+  const std::uint32_t index = (self + 1) % place_report::most_processes;
+  ASSERT_NE(only_place(), nullptr);
+  EXPECT_EQ(only_place()->key >> 48, index);
+  EXPECT_EQ(report->processes[index], self);
+}
+
+TEST_F(ReportedPlaces, AreLostInAProcessTooMany) {
+  report->counts_emulated = true;
+  for (auto& process : report->processes) process = static_cast<std::uint32_t>(getpid()) + 1;
+  emulate(application_word(word_add_b), word_add_b);
+  EXPECT_EQ(only_place(), nullptr);
+  EXPECT_EQ(report->lost, 1u);
+}
+
 TEST_F(ReportedPlaces, LeaveOtherSignalsOut) {
   report->is_strict = true;
   signal(SIGILL, application_word(word_udf));

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <thread>
 
+#include "sve/memory/trace_forked.h"
 #include "tests/utils/traced_process.h"
-#include "utils/quern_utils.h"
 
 namespace quern::test {
 namespace {

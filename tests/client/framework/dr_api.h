@@ -130,6 +130,7 @@ extern file_t our_stderr;
 bool dr_set_client_name(const char* name, const char* contact);
 const char* dr_get_application_name();
 void dr_register_exit_event(void (*event)());
+void dr_register_fork_init_event(void (*event)(void* drcontext));
 void dr_log(void* drcontext, uint mask, uint level, const char* format, ...) __attribute__((format(printf, 4, 5)));
 std::size_t dr_fprintf(file_t file, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void dr_abort();

@@ -72,6 +72,10 @@ void dr_register_exit_event(void (*event)()) {
   framework().answer("dr_register_exit_event");
   framework().process_exit = event;
 }
+void dr_register_fork_init_event(void (*event)(void* drcontext)) {
+  framework().answer("dr_register_fork_init_event");
+  framework().process_fork = event;
+}
 void dr_log(void* drcontext, uint mask, uint level, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);

@@ -90,6 +90,7 @@ class framework_double {
   void (*thread_init)(void*) = nullptr;
   void (*thread_exit)(void*) = nullptr;
   void (*process_exit)() = nullptr;
+  void (*process_fork)(void*) = nullptr;
   drmgr_xform_cb_t block_event = nullptr;
   drmgr_kernel_xfer_t kernel_transfer = nullptr;
   drmgr_signal_t signal = nullptr;
