@@ -11,8 +11,6 @@ namespace {
 
 constexpr std::uint64_t most_noted_units = 1 << 16;  // of an access whose size can't be true
 
-std::uint64_t last_byte(const trace_record& record) { return record.addr + std::min(record.size - 1, ~record.addr); }
-
 void note_units(distinct_count& units, std::uint64_t first, std::uint64_t last, std::uint64_t unit) {
   const std::uint64_t end = std::min(last / unit, first / unit + most_noted_units);
   for (std::uint64_t number = first / unit; number <= end; ++number) units.add(number);
@@ -63,7 +61,7 @@ void access_stats::add(const trace_record& record, const access_history& history
   }
   for (unsigned i = 0; i != history.lines; ++i) reuse.add_to_bin(history.reuse[i]);
   if (record.size == 0) return;
-  const std::uint64_t last = last_byte(record);
+  const std::uint64_t last = record.last_byte();
   across_lines += record.addr / line_bytes != last / line_bytes;
   across_pages += record.addr / page_bytes != last / page_bytes;
   note_units(lines, record.addr, last, line_bytes);
@@ -84,7 +82,7 @@ access_history access_memory::next(const trace_record& record) {
   history.stride = strides_.stride_of(record);
   if (record.size == 0) return history;
   const std::uint64_t first = record.addr / access_stats::line_bytes;
-  const std::uint64_t lines = last_byte(record) / access_stats::line_bytes - first + 1;
+  const std::uint64_t lines = record.last_byte() / access_stats::line_bytes - first + 1;
   history.lines = static_cast<unsigned>(std::min<std::uint64_t>(lines, access_history::most_lines));
   for (unsigned i = 0; i != history.lines; ++i) history.reuse[i] = static_cast<std::uint8_t>(reuse_.access(first + i));
   return history;

@@ -84,6 +84,20 @@ code_place code_names::place(std::uint64_t pc, std::size_t module) {
   return place;
 }
 
+std::optional<code_names::variable> code_names::variable_at(std::uint64_t address, std::size_t module) {
+  if (module >= modules_.all().size()) return std::nullopt;
+  const loaded_file* const file = file_of(module);
+  if (file == nullptr) return std::nullopt;
+  const trace_module& loaded = modules_.all()[module];
+  const std::uint64_t in_file = file->code.address_in_file(address, loaded.begin);
+  const auto found = file->code.code().variable_at(in_file);
+  if (!found) return std::nullopt;
+  const std::string library = fs::path(loaded.path).filename();
+  const std::uint64_t first = address - (in_file - found->start);
+  return variable{library == program_ ? found->name : fmt::format("{} ({})", found->name, library), first,
+                  first + (found->size - 1)};
+}
+
 bool code_names::is_in(std::uint64_t pc, std::size_t module, const std::string& function) {
   if (module >= modules_.all().size()) return false;
   if (is_in_.size() == most_remembered) is_in_.clear();

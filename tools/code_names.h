@@ -39,6 +39,14 @@ class code_names {
   // The names of a place in a module. Says once on standard error what is wrong with a file.
   code_place place(std::uint64_t pc, std::size_t module);
 
+  // The variable that a data address in a module is in, and where in memory that lies. Its name tells the module as
+  // code_place::text() does.
+  struct variable {
+    std::string name;
+    std::uint64_t first, last;
+  };
+  std::optional<variable> variable_at(std::uint64_t address, std::size_t module);
+
   // Whether the place is in a function of that name, with or without its parameters.
   bool is_in(std::uint64_t pc, std::size_t module, const std::string& function);
 

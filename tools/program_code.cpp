@@ -44,7 +44,9 @@ void program_code::add_symbols(std::uint32_t kind) {
     if (symbol.name.starts_with("$d") || symbol.name.starts_with("$x"))
       data_begins_[entry.st_value] = symbol.name[1] == 'd';
     else if (ELF64_ST_TYPE(entry.st_info) == STT_FUNC && entry.st_shndx != SHN_UNDEF)
-      functions_.insert_or_assign(entry.st_value, function{entry.st_size, symbol.name});
+      functions_.insert_or_assign(entry.st_value, named{entry.st_size, symbol.name});
+    else if (ELF64_ST_TYPE(entry.st_info) == STT_OBJECT && entry.st_shndx != SHN_UNDEF && entry.st_size != 0)
+      variables_.insert_or_assign(entry.st_value, named{entry.st_size, symbol.name});
   }
 }
 
@@ -67,6 +69,12 @@ std::optional<program_code::function_name> program_code::function_at(std::uint64
   const auto& [start, symbol] = *found;
   if (symbol.size != 0 && address - start >= symbol.size) return std::nullopt;
   return function_name{demangled(std::string(symbol.name)), start};
+}
+
+std::optional<program_code::variable> program_code::variable_at(std::uint64_t address) const {
+  const auto found = at_or_below(variables_, address);
+  if (found == variables_.end() || address - found->first >= found->second.size) return std::nullopt;
+  return variable{demangled(std::string(found->second.name)), found->first, found->second.size};
 }
 
 void program_code::for_each_function(const std::function<void(const std::string& name)>& take) const {

@@ -30,6 +30,13 @@ class program_code {
   };
   std::optional<function_name> function_at(std::uint64_t address) const;
 
+  // The variable that an address is in.
+  struct variable {
+    std::string name;
+    std::uint64_t start, size;
+  };
+  std::optional<variable> variable_at(std::uint64_t address) const;
+
   // All that there are.
   void for_each_function(const std::function<void(const std::string& name)>& take) const;
 
@@ -39,7 +46,7 @@ class program_code {
   struct range {
     std::uint64_t address, offset, size;
   };
-  struct function {
+  struct named {
     std::uint64_t size;
     std::string_view name;
   };
@@ -49,7 +56,7 @@ class program_code {
 
   const elf_image* image_;
   std::vector<range> ranges_;
-  std::map<std::uint64_t, function> functions_;
+  std::map<std::uint64_t, named> functions_, variables_;
   std::map<std::uint64_t, bool> data_begins_;  // from here on there is data, or code again
 };
 

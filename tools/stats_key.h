@@ -3,10 +3,10 @@
 
 namespace quern {
 
-enum class stats_key { place, function, thread, region };
+enum class stats_key { place, function, array, thread, region };
 
 constexpr const char* name_of(stats_key key) {
-  constexpr const char* names[] = {"place", "function", "thread", "region"};
+  constexpr const char* names[] = {"place", "function", "array", "thread", "region"};
   return names[static_cast<int>(key)];
 }
 

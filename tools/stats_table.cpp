@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
 namespace quern {
@@ -11,7 +12,9 @@ namespace {
 
 class table_builder {
  public:
-  table_builder(filtered_records& records, stats_key by) : records_(records), by_(by) {}
+  // `arrays` is needed for rows by array alone.
+  table_builder(filtered_records& records, stats_key by, const std::optional<array_names>& arrays)
+      : records_(records), by_(by), arrays_(arrays) {}
 
   access_stats& row_of(const trace_record& record) {
     const key wanted = key_of(record);
@@ -40,6 +43,7 @@ class table_builder {
     switch (by_) {
       case stats_key::thread: return {record.thread, 0};
       case stats_key::region: return {records_.region(), 0};
+      case stats_key::array: return {arrays_->array_of(record), 0};
       case stats_key::place:
       case stats_key::function: break;
     }
@@ -47,16 +51,16 @@ class table_builder {
   }
   stats_row fresh_row(const key& wanted) const {
     const auto& [number, module] = wanted;
-    stats_row row;
-    if (by_ == stats_key::thread || by_ == stats_key::region) {
-      row.name = by_ == stats_key::region && number == 0 ? "outside" : std::to_string(number);
-      return row;
+    const auto named = [](std::string name) { return stats_row{std::move(name), {}, 0, {}}; };
+    switch (by_) {
+      case stats_key::thread: return named(std::to_string(number));
+      case stats_key::region: return named(number == 0 ? "outside" : std::to_string(number));
+      case stats_key::array: return named(arrays_->name(number));
+      case stats_key::function: return named(records_.names().place(number, module).function_text());
+      case stats_key::place: break;
     }
     const code_place place = records_.names().place(number, module);
-    row.name = by_ == stats_key::place ? place.text() : place.function_text();
-    if (by_ == stats_key::place) row.source = place.source;
-    row.pc = number;
-    return row;
+    return {place.text(), place.source, number, {}};
   }
   access_stats& named_row(const key& wanted) {
     stats_row row = fresh_row(wanted);
@@ -68,6 +72,7 @@ class table_builder {
 
   filtered_records& records_;
   stats_key by_;
+  const std::optional<array_names>& arrays_;
   std::map<std::string, std::unique_ptr<stats_row>> rows_;
   std::map<key, access_stats*> rows_by_key_;
   stats_row others_{.name = "others", .source = {}, .pc = 0, .stats = {}};
@@ -77,13 +82,15 @@ class table_builder {
 
 }  // namespace
 
-stats_table count_accesses(trace_reader& reader, const trace_filter& filter, stats_key by) {
+stats_table count_accesses(trace_reader& reader, const trace_filter& filter, stats_key by,
+                           const std::vector<given_array>& given) {
+  const std::optional<array_names> arrays = find_arrays(by == stats_key::array, reader, filter, given);
   stats_table table;
   filtered_records records(reader, filter);
-  table_builder rows(records, by);
+  table_builder rows(records, by, arrays);
   access_memory memory;
   while (const std::optional<trace_record> record = records.next()) {
-    if (record->kind != trace_kind::load && record->kind != trace_kind::store) continue;
+    if (!record->is_access()) continue;
     const access_history history = memory.next(*record);
     table.total.add(*record, history, reader.header().vector_bytes);
     rows.row_of(*record).add(*record, history, reader.header().vector_bytes);

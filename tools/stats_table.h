@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/access_stats.h"
+#include "tools/array_names.h"
 #include "tools/stats_key.h"
 #include "tools/trace_filter.h"
 
@@ -24,7 +25,9 @@ struct stats_table {
   std::vector<stats_row> rows;  // most records first
 };
 
-stats_table count_accesses(trace_reader& reader, const trace_filter& filter, stats_key by);
+// Walks through the trace once, by array twice; `arrays` are those that the user has named.
+stats_table count_accesses(trace_reader& reader, const trace_filter& filter, stats_key by,
+                           const std::vector<given_array>& arrays);
 
 double percent(std::uint64_t part, std::uint64_t whole);
 

@@ -80,18 +80,24 @@ constexpr const char* stats_footer =
     "eight has the same. The reuse distance of a line is the number of other lines, all threads "
     "together, between two accesses of it: exact to the power of two up to 1,048,576.";
 
+constexpr const char* array_footer =
+    "\nAn array is one that --array names, else a variable of the program or a library, else a stretch of memory "
+    "without a gap of 4,096 bytes that no access touches. An access is counted with the array that it begins in.";
+
 void add_stats_options(CLI::App* command, const std::shared_ptr<trace_options>& options) {
   add_choice<stats_key>(command, "--by", options->stats.by,
-                        "place, function, thread or region (place): what a row is for",
+                        "place, function, array, thread or region (place): what a row is for",
                         {{"place", stats_key::place},
                          {"function", stats_key::function},
+                         {"array", stats_key::array},
                          {"thread", stats_key::thread},
                          {"region", stats_key::region}});
   add_choice<stats_format>(command, "--format", options->stats.format, "text, csv or json (text)",
                            {{"text", stats_format::text}, {"csv", stats_format::csv}, {"json", stats_format::json}});
   command->add_option("--top", options->stats.top, "So many rows, those with most records (20)")->type_name("NUMBER");
+  add_array_option(*command, options->stats.arrays);
   add_filter_options(*command, options->filter);
-  command->footer(stats_footer);
+  command->footer(std::string(stats_footer) + array_footer);
 }
 
 // Two files: each is read with a bar of its own.
@@ -132,8 +138,8 @@ void add_trace_command(CLI::App& app, int& status) {
   add_filter_options(*dump, options->filter);
 
   CLI::App* const stats = add_reading_command(
-      trace, "stats", "Count the accesses of a trace by place, function, thread or region", reading::then_printing,
-      options,
+      trace, "stats", "Count the accesses of a trace by place, function, array, thread or region",
+      reading::then_printing, options,
       [](trace_reader& reader, const trace_options& given) { print_trace_stats(reader, given.filter, given.stats); });
   add_stats_options(stats, options);
   add_diff_command(trace, options);
@@ -156,9 +162,15 @@ void add_trace_command(CLI::App& app, int& status) {
       ->type_name("CACHE")
       ->expected(1)
       ->take_all();
-  cache->add_option("--top", options->cache.top, "So many places, those with most misses (20)")->type_name("NUMBER");
+  add_choice<bool>(cache, "--by", options->cache.by_array, "place or array (place): what a row is for",
+                   {{"place", false}, {"array", true}});
+  cache->add_option("--top", options->cache.top, "So many rows, those with most misses (20)")->type_name("NUMBER");
+  add_array_option(*cache, options->cache.arrays);
   add_filter_options(*cache, options->filter);
-  cache->footer("All threads share the caches. They throw out the least recently used line; a store fetches its line.");
+  cache->footer(
+      std::string(
+          "All threads share the caches. They throw out the least recently used line; a store fetches its line.") +
+      array_footer);
 
   CLI::App* const plot = add_reading_command(
       trace, "plot", "Draw the accesses of a trace: a page to look into, and pictures", reading::then_printing, options,

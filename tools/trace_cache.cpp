@@ -4,9 +4,12 @@
 #include <bit>
 #include <charconv>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "tools/cache_model.h"
+#include "tools/printable.h"
+#include "tools/stats_table.h"
 #include "tools/trace_commands.h"
 #include "tools/user_error.h"
 
@@ -67,10 +70,6 @@ std::vector<cache_shape> parse_levels(const std::vector<std::string>& texts) {
   return shapes;
 }
 
-double percent(std::uint64_t part, std::uint64_t whole) {
-  return whole == 0 ? 0 : 100.0 * static_cast<double>(part) / static_cast<double>(whole);
-}
-
 void print_levels(const std::vector<std::string>& names, const level_counts& total) {
   fmt::print("{:<22}{:>12}{:>12}{:>12}{:>9}\n", "cache", "accesses", "hits", "misses", "misses %");
   for (std::size_t level = 0; level != names.size(); ++level) {
@@ -80,22 +79,24 @@ void print_levels(const std::vector<std::string>& names, const level_counts& tot
   }
 }
 
-// By the instruction's address, and the number of the module that had been loaded there.
-using place_table = std::map<std::pair<std::uint64_t, std::size_t>, level_counts>;
+// By the instruction's address and the number of the module that had been loaded there, or by the array's number.
+using row_key = std::pair<std::uint64_t, std::size_t>;
+using row_table = std::map<row_key, level_counts>;
 
-void print_places(const place_table& places, code_names& names, std::size_t levels, std::size_t top) {
-  std::vector<std::pair<place_table::key_type, const level_counts*>> rows;
-  rows.reserve(places.size());
-  for (const auto& [place, counts] : places) rows.emplace_back(place, &counts);
+template <class Name>
+void print_rows(const row_table& table, std::string_view heading, const Name& name, std::size_t levels,
+                std::size_t top) {
+  std::vector<std::pair<row_key, const level_counts*>> rows;
+  rows.reserve(table.size());
+  for (const auto& [key, counts] : table) rows.emplace_back(key, &counts);
   std::stable_sort(rows.begin(), rows.end(),
                    [](const auto& a, const auto& b) { return a.second->reaching(1) > b.second->reaching(1); });
   fmt::print("\n{:>12}", "accesses");
   for (std::size_t level = 1; level <= levels; ++level) fmt::print("{:>12}", fmt::format("L{} misses", level));
-  fmt::print("  place\n");
+  fmt::print("  {}\n", heading);
   for (std::size_t i = 0; i != std::min(top, rows.size()); ++i) {
     for (std::size_t level = 0; level <= levels; ++level) fmt::print("{:>12}", rows[i].second->reaching(level));
-    const auto& [pc, module] = rows[i].first;
-    fmt::print("  {}\n", names.place(pc, module).text());
+    fmt::print("  {}\n", printable(name(rows[i].first)));
   }
 }
 
@@ -103,25 +104,34 @@ void print_places(const place_table& places, code_names& names, std::size_t leve
 
 void print_trace_cache(trace_reader& reader, const trace_filter& filter, const cache_options& options) {
   const std::vector<cache_shape> shapes = parse_levels(options.levels);
+  const std::optional<array_names> arrays = find_arrays(options.by_array, reader, filter, options.arrays);
   cache_hierarchy caches(shapes);
   const level_counts none{std::vector<std::uint64_t>(shapes.size() + 1)};
   level_counts total = none;
-  place_table places;
+  row_table rows;
   filtered_records records(reader, filter);
+  code_names& code = records.names();
   while (const std::optional<trace_record> record = records.next()) {
-    if ((record->kind != trace_kind::load && record->kind != trace_kind::store) || record->size == 0) continue;
-    const std::size_t module = records.names().module_of(record->pc, record->count);
-    level_counts& place = places.try_emplace({record->pc, module}, none).first->second;
+    if (!record->is_access() || record->size == 0) continue;
+    const row_key key =
+        arrays ? row_key{arrays->array_of(*record), 0} : row_key{record->pc, code.module_of(record->pc, record->count)};
+    level_counts& row = rows.try_emplace(key, none).first->second;
     const std::uint64_t line = caches.line_bytes();
     const std::uint64_t lines = (record->addr % line + std::min(record->size, most_access_bytes) - 1) / line + 1;
     for (std::uint64_t i = 0; i != lines; ++i) {
       const std::size_t level = caches.access(record->addr + i * line);
       ++total.found[level];
-      ++place.found[level];
+      ++row.found[level];
     }
   }
   print_levels(options.levels, total);
-  if (!places.empty()) print_places(places, records.names(), shapes.size(), options.top);
+  if (rows.empty()) return;
+  const auto array_text = [&](const row_key& key) { return arrays->name(key.first); };
+  const auto place_text = [&](const row_key& key) { return code.place(key.first, key.second).text(); };
+  if (arrays)
+    print_rows(rows, "array", array_text, shapes.size(), options.top);
+  else
+    print_rows(rows, "place", place_text, shapes.size(), options.top);
 }
 
 }  // namespace quern

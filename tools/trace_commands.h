@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/array_names.h"
 #include "tools/stats_key.h"
 #include "tools/trace_filter.h"
 #include "utils/trace_reader.h"
@@ -24,6 +25,7 @@ void dump_trace(trace_reader& reader, const trace_filter& filter, dump_format fo
 enum class stats_format { text, csv, json };
 struct stats_options {
   stats_key by = stats_key::place;
+  std::vector<given_array> arrays;
   stats_format format = stats_format::text;
   std::size_t top = 20;  // rows, those with most records
 };
@@ -37,11 +39,13 @@ void print_trace_diff(trace_reader& first, trace_reader& second, const trace_fil
 enum class export_format { din, lackey };
 void export_trace(trace_reader& reader, const trace_filter& filter, export_format format);
 
-// Hits and misses in caches that the program's threads share, by level and by place. Stores fetch their line as loads
-// do.
+// Hits and misses in caches that the program's threads share, by level and by place or array. Stores fetch their line
+// as loads do.
 struct cache_options {
   std::vector<std::string> levels{"32K,8,64", "1M,16,64"};  // bytes, ways, bytes a line
-  std::size_t top = 20;                                     // places, those with most misses
+  bool by_array = false;
+  std::vector<given_array> arrays;
+  std::size_t top = 20;  // rows, those with most misses
 };
 void print_trace_cache(trace_reader& reader, const trace_filter& filter, const cache_options& options);
 

@@ -108,8 +108,8 @@ void print_json(const stats_table& a, const stats_table& b, stats_key by, std::s
 
 void print_trace_diff(trace_reader& first, trace_reader& second, const trace_filter& filter,
                       const stats_options& options) {
-  const stats_table a = count_accesses(first, filter, options.by);
-  const stats_table b = count_accesses(second, filter, options.by);
+  const stats_table a = count_accesses(first, filter, options.by, options.arrays);
+  const stats_table b = count_accesses(second, filter, options.by, options.arrays);
   switch (options.format) {
     case stats_format::text: return print_text(a, b, options.by, options.top);
     case stats_format::csv: return print_csv(a, b, options.by, options.top);

@@ -20,18 +20,14 @@ const char* name_of(trace_kind kind) {
   return "unknown";
 }
 
-bool is_marker(const trace_record& record) {
-  return record.kind == trace_kind::start_marker || record.kind == trace_kind::stop_marker;
-}
-
 std::string text_line(const trace_record& record) {
-  if (is_marker(record)) return fmt::format("{:>10} {:>8} {}\n", record.count, record.thread, name_of(record.kind));
+  if (record.is_marker()) return fmt::format("{:>10} {:>8} {}\n", record.count, record.thread, name_of(record.kind));
   return fmt::format("{:>10} {:>8} {:<7} {:>5} {:>6} {:#018x} {:#018x}\n", record.count, record.thread,
                      name_of(record.kind), record.group, record.size, record.addr, record.pc);
 }
 
 std::string csv_line(const trace_record& record) {
-  if (is_marker(record)) return fmt::format("{},{},{},,,,\n", record.count, record.thread, name_of(record.kind));
+  if (record.is_marker()) return fmt::format("{},{},{},,,,\n", record.count, record.thread, name_of(record.kind));
   return fmt::format("{},{},{},{},{},{:#x},{:#x}\n", record.count, record.thread, name_of(record.kind), record.group,
                      record.size, record.addr, record.pc);
 }
@@ -39,7 +35,7 @@ std::string csv_line(const trace_record& record) {
 // Addresses are text, since many readers of JSON keep 53 bits of a number.
 std::string json_line(const trace_record& record) {
   nlohmann::ordered_json object{{"count", record.count}, {"thread", record.thread}, {"kind", name_of(record.kind)}};
-  if (!is_marker(record)) {
+  if (!record.is_marker()) {
     object["group"] = record.group;
     object["size"] = record.size;
     object["addr"] = fmt::format("{:#x}", record.addr);

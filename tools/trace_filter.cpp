@@ -8,15 +8,6 @@
 namespace quern {
 namespace {
 
-std::optional<std::uint64_t> parse_number(std::string_view text) {
-  const int base = text.starts_with("0x") || text.starts_with("0X") ? 16 : 10;
-  if (base == 16) text.remove_prefix(2);
-  std::uint64_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  if (text.empty() || error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
 number_range parse_range(const std::string& option, const std::string& text) {
   const std::size_t dash = text.find('-');
   const auto first = parse_number(std::string_view(text).substr(0, dash));
@@ -35,12 +26,16 @@ void add_range_option(CLI::App& command, const std::string& name, std::optional<
       ->type_name("FROM[-TO]");
 }
 
-std::uint64_t last_byte(const trace_record& record) {
-  const std::uint64_t last = record.addr + (record.size == 0 ? 0 : record.size - 1);
-  return last < record.addr ? ~std::uint64_t{0} : last;
-}
-
 }  // namespace
+
+std::optional<std::uint64_t> parse_number(std::string_view text) {
+  const int base = text.starts_with("0x") || text.starts_with("0X") ? 16 : 10;
+  if (base == 16) text.remove_prefix(2);
+  std::uint64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  if (text.empty() || error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
 
 void add_group_filter_options(CLI::App& command, trace_filter& filter) {
   command.add_option("--thread", filter.thread, "Only this thread's records")->type_name("NUMBER");
@@ -83,9 +78,8 @@ bool filtered_records::takes(const trace_record& record) {
   if (filter_.thread && record.thread != *filter_.thread) return false;
   if (filter_.kind && record.kind != *filter_.kind) return false;
   if (filter_.region && region_ != *filter_.region) return false;
-  const bool is_marker = record.kind == trace_kind::start_marker || record.kind == trace_kind::stop_marker;
-  if (is_marker && (filter_.addresses || filter_.pcs || filter_.symbol)) return false;
-  if (filter_.addresses && !filter_.addresses->meets(record.addr, last_byte(record))) return false;
+  if (record.is_marker() && (filter_.addresses || filter_.pcs || filter_.symbol)) return false;
+  if (filter_.addresses && !filter_.addresses->meets(record.addr, record.last_byte())) return false;
   if (filter_.pcs && !filter_.pcs->meets(record.pc, record.pc)) return false;
   return !filter_.symbol || names_.is_in(record.pc, names_.module_of(record.pc, record.count), *filter_.symbol);
 }

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "tools/code_names.h"
 #include "utils/trace_reader.h"
@@ -24,6 +25,9 @@ struct trace_filter {
   std::optional<std::string> symbol;
   std::optional<std::uint64_t> region, limit;
 };
+
+// Of a decimal or, behind 0x, a hexadecimal text; nothing if it is none.
+std::optional<std::uint64_t> parse_number(std::string_view text);
 
 // Adds the options --thread, --kind, --address, --pc, --symbol, --region and --limit to a command.
 void add_filter_options(CLI::App& command, trace_filter& filter);

@@ -6,7 +6,7 @@
 namespace quern {
 
 void print_trace_stats(trace_reader& reader, const trace_filter& filter, const stats_options& options) {
-  const stats_table table = count_accesses(reader, filter, options.by);
+  const stats_table table = count_accesses(reader, filter, options.by, options.arrays);
   switch (options.format) {
     case stats_format::text: return print_stats_text(table, options.by, options.top);
     case stats_format::csv: return print_stats_csv(table, options.by, options.top);

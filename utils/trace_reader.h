@@ -2,6 +2,7 @@
 // in a file is trusted.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -32,6 +33,11 @@ struct trace_record {
   std::uint64_t region;  // of a marker: the number of the one that it begins or ends, or 0
   std::uint32_t thread;  // the kernel's number of the thread, also in markers
   trace_kind kind;
+
+  bool is_access() const { return kind == trace_kind::load || kind == trace_kind::store; }
+  bool is_marker() const { return kind == trace_kind::start_marker || kind == trace_kind::stop_marker; }
+  // Of an access: that of its first byte where it has none, and at most that of the address space.
+  std::uint64_t last_byte() const { return addr + (size == 0 ? 0 : std::min(size - 1, ~addr)); }
 };
 
 struct trace_summary {

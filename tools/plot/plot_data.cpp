@@ -15,12 +15,10 @@ namespace {
 constexpr std::size_t most_counted_places = 1 << 16;  // those that come later are not listed
 constexpr std::uint64_t most_access_bytes = 1 << 16;  // what is believed of a size
 
-bool is_access(const trace_record& record) {
-  return (record.kind == trace_kind::load || record.kind == trace_kind::store) && record.size != 0;
-}
+bool is_drawn(const trace_record& record) { return record.is_access() && record.size != 0; }
 
 std::uint64_t last_byte(const trace_record& record) {
-  return record.addr + std::min({record.size - 1, most_access_bytes - 1, ~record.addr});
+  return std::min(record.last_byte() - record.addr, most_access_bytes - 1) + record.addr;
 }
 
 // What the first walk finds.
@@ -69,7 +67,7 @@ trace_extent extent_of(trace_reader& reader, const trace_filter& filter) {
   filtered_records records(reader, filter);
   while (const std::optional<trace_record> record = records.next()) {
     if (record->kind == trace_kind::start_marker) extent.note_region(records.region(), record->count);
-    if (is_access(*record)) extent.note_access(*record, records.names());
+    if (is_drawn(*record)) extent.note_access(*record, records.names());
   }
   extent.list_hottest(records.names());
   if (extent.hottest.empty()) throw user_error{"the trace has no accesses to plot, or the filters let none through"};
@@ -137,7 +135,7 @@ plot_data collect_plot_data(trace_reader& reader, const trace_filter& filter) {
   plot_counter counter(data);
   filtered_records records(reader, filter);
   while (const std::optional<trace_record> record = records.next())
-    if (is_access(*record) && record->count >= data.first_time && record->count <= data.last_time) counter.add(*record);
+    if (is_drawn(*record) && record->count >= data.first_time && record->count <= data.last_time) counter.add(*record);
   data.footprint.finish();
   return data;
 }
