@@ -69,9 +69,9 @@ expect 0 'plain
   linked    dynamically
   host      embedded
   markers   0 start, 0 stop
-  SVE       0 instructions that quern emulates, 0 that it can'\''t' check plain
+  SVE       0 instructions that quern emulates, 0 that it can'\''t' check --no-libraries plain
 [[ $("${quern[@]}" check --all static) == *'many(int)+0x8'* ]] || fail 'not all places are listed with --all'
-[ "$("${quern[@]}" check plain static | grep -c '  linked ')" = 2 ] || fail 'two programs are not two reports'
+[ "$("${quern[@]}" check --no-libraries plain static | grep -c '  linked ')" = 2 ] || fail 'two programs are not two reports'
 
 # Without symbols, places are addresses, and data is taken for code.
 [[ $("${quern[@]}" check stripped) == *'sqdmlalb      5'*'0x'* ]] || fail "stripped: $("${quern[@]}" check stripped)"
@@ -83,6 +83,59 @@ expect 1 '{"file":"library.so","linked":"a library","host":"that of the program 
 '{"extension":"SME","mnemonic":"smstart","places":["many(int)+0x18"]},'\
 '{"extension":"SVE2","mnemonic":"sqdmlalb","places":["_start+0x10","many(int)+0x0","many(int)+0x4","many(int)+0x8"]},'\
 '{"extension":"unknown","mnemonic":"45a28020","places":["many(int)+0x1c"]}]}' check --format jsonl library.so
+
+# The libraries that a program needs, and those that they need: found as the dynamic linker finds them, each told once.
+mkdir -p elsewhere root/lib root/usr/lib wrong
+shared() { $compiler -nostdlib -shared -Wl,-e,0 -x assembler code.s -o "$@"; }
+shared elsewhere/liblast.so
+$compiler -nostdlib -shared -Wl,-e,0,--no-as-needed -Lelsewhere -llast -x c /dev/null -o root/lib/libmiddle.so
+shared libfirst.so
+echo 'not for AArch64' >wrong/liblast.so
+# needs OPTIONS...: links a program that needs libfirst.so and libmiddle.so, the latter of which needs liblast.so.
+needs() {
+  $compiler -nostdlib -pie -Wl,-e,main,--no-as-needed,--dynamic-linker=/lib/ld-linux-aarch64.so.1,--allow-shlib-undefined \
+    -L. -Lroot/lib -Wl,-rpath-link,elsewhere "$@" -x c - -x none -lfirst -lmiddle -o needing <<<'int main(void) { return 0; }'
+}
+# libraries WANTED ARGUMENTS...: the libraries that are told, and whether they are found.
+libraries() {
+  local wanted=$1 printed
+  shift
+  printed=$("${quern[@]}" check --sysroot root "$@" | sed -n "s,^$folder/,,; s/^\(.*\), which \(.*\) needs/\1 \2/p" | tr '\n' ';') || true
+  [ "$printed" = "$wanted" ] || fail "check $*: $printed, wanted $wanted"
+}
+last=' libmiddle.so;'
+missing=', is not found (see --sysroot);'
+# shellcheck disable=SC2016
+needs -Wl,--enable-new-dtags,-rpath,'/none:$ORIGIN'
+libraries "libfirst.so needing;root/lib/libmiddle.so needing;liblast.so libmiddle.so$missing" needing
+LD_LIBRARY_PATH=wrong:elsewhere libraries "libfirst.so needing;root/lib/libmiddle.so needing;elsewhere/liblast.so$last" needing
+LD_LIBRARY_PATH=elsewhere libraries "libfirst.so needing;root/lib/libmiddle.so needing;elsewhere/liblast.so$last" needing libfirst.so
+LD_LIBRARY_PATH=elsewhere libraries '' --no-libraries needing
+cp elsewhere/liblast.so root/usr/lib
+libraries "libfirst.so needing;root/lib/libmiddle.so needing;root/usr/lib/liblast.so$last" needing
+rm root/usr/lib/liblast.so
+# RPATH holds for the libraries of libraries, too; RUNPATH does not.
+# shellcheck disable=SC2016
+needs -Wl,--disable-new-dtags,-rpath,'$ORIGIN:${ORIGIN}/elsewhere'
+libraries "libfirst.so needing;root/lib/libmiddle.so needing;elsewhere/liblast.so$last" needing
+# shellcheck disable=SC2016
+needs -Wl,--enable-new-dtags,-rpath,'$ORIGIN:${ORIGIN}/elsewhere'
+libraries "libfirst.so needing;root/lib/libmiddle.so needing;liblast.so libmiddle.so$missing" needing
+needs elsewhere/liblast.so
+LD_LIBRARY_PATH=. libraries "elsewhere/liblast.so needing;./libfirst.so needing;root/lib/libmiddle.so needing;liblast.so libmiddle.so$missing" \
+  needing
+# shellcheck disable=SC2016
+needs -Wl,-rpath,'$ORIGIN'
+expect 1 'needing
+  linked    dynamically
+  host      embedded
+  markers   0 start, 0 stop
+  SVE       0 instructions that quern emulates, 0 that it can'\''t
+'"$folder/libfirst.so, which needing needs
+$found"'
+libmiddle.so, which needing needs, is not found (see --sysroot)' check --sysroot wrong needing
+[ "$("${quern[@]}" check --format jsonl --sysroot wrong needing | tail -1)" = \
+  '{"file":"libmiddle.so","needed_by":"needing","missing":true}' ] || fail 'a missing library in JSON'
 
 # Files that are no programs, and command lines that make no sense.
 expect 126 'quern: code.s is not a program (no ELF file)' check code.s
