@@ -11,7 +11,7 @@
 
 namespace quern {
 
-inline constexpr std::size_t block_bytes = std::min<std::size_t>(VL_BYTES, 2 * sizeof(doubles));
+inline constexpr std::size_t block_bytes = std::min<std::size_t>(VL_BYTES, 4 * sizeof(doubles));
 template <class T>
 inline constexpr std::size_t block_lanes = block_bytes / sizeof(T);
 
@@ -26,9 +26,9 @@ struct lane_block {
  private:
   static void copy(unsigned char* destination, const unsigned char* source) {
     doubles groups[block_lanes<doubles>];
-#pragma GCC unroll 2
+#pragma GCC unroll 4
     for (std::size_t i = 0; i != block_lanes<doubles>; ++i) groups[i] = lane<doubles>(source, i);
-#pragma GCC unroll 2
+#pragma GCC unroll 4
     for (std::size_t i = 0; i != block_lanes<doubles>; ++i) set_lane(destination, i, groups[i]);
   }
 };
@@ -37,19 +37,29 @@ struct lane_block {
 template <class T>
 inline lane_block active_masks(const lane_block& predicate) {
   lane_block masks;
-#pragma GCC unroll 2
+#pragma GCC unroll 4
   for (std::size_t i = 0; i != block_lanes<doubles>; ++i)
     set_lane(masks.bytes, i, active_lanes<lane_of<T>>(lane<doubles>(predicate.bytes, i)));
   return masks;
 }
 
-// Whether every lane of T is active.
+// Whether every lane of T is active. In as many partial results as a block has groups, lest each waits for the load
+// before it.
 template <class T>
 inline bool all_active(const unsigned char* predicate) {
-  doubles common = lane<doubles>(predicate, 0);
-#pragma GCC unroll 16
-  for (std::size_t i = 1; i != lane_count<doubles>; ++i) common &= lane<doubles>(predicate, i);
-  return (common[0] & common[1] & ones_apiece<T>) == ones_apiece<T>;
+  constexpr std::size_t parts = block_lanes<doubles>;
+  doubles common[parts];
+#pragma GCC unroll 4
+  for (std::size_t k = 0; k != parts; ++k) common[k] = lane<doubles>(predicate, k);
+#pragma GCC unroll 4
+  for (std::size_t i = parts; i != lane_count<doubles>; i += parts)
+#pragma GCC unroll 4
+    for (std::size_t k = 0; k != parts; ++k) common[k] = formed(common[k] & lane<doubles>(predicate, i + k));
+#pragma GCC unroll 2
+  for (std::size_t half = parts / 2; half != 0; half /= 2)
+#pragma GCC unroll 2
+    for (std::size_t k = 0; k != half; ++k) common[k] = formed(common[k] & common[k + half]);
+  return (~(common[0][0] & common[0][1]) & ones_apiece<T>) == 0;
 }
 
 // Lane i is op(source's lane i...).
@@ -62,10 +72,18 @@ inline lane_block map_block(Op op, const Block&... source) {
   return r;
 }
 
+// The same with 1.0 in place of what an inactive lane of a source holds. All that op will see is made first: the
+// compiler moves nothing across an operation that sets flags, and a processor emulator would wait for each vector.
+template <lane_group T, class Op, class... Block>
+inline lane_block map_block_or_ones(Op op, const lane_block& active, const Block&... source) {
+  constexpr auto or_ones = [](T mask, T x) { return formed(or_one(mask, x)); };
+  return map_block<T>(op, map_block<T>(or_ones, active, source)...);
+}
+
 // d's block = map(block of each source...), block after block.
 template <class Map, class... Source>
 inline void each_block(Map map, unsigned char* d, const Source*... source) {
-#pragma GCC unroll 8
+#pragma GCC unroll 4
   for (std::size_t b = 0; b != VL_BYTES; b += block_bytes) map(lane_block(source + b)...).copy_to(d + b);
 }
 

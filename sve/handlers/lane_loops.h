@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 
 #include "sve/handlers/lane_block.h"
 #include "sve/handlers/register_bytes.h"
@@ -57,8 +58,13 @@ inline void pass_over_lanes(Op op, unsigned char* d, const unsigned char* pg, co
 template <lane_group T, class Op, class... Source>
 inline void merge_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
   if (all_active<lane_of<T>>(pg)) return each_lane<T>(op, d, source...);
-  each_masked_lane<T>([=](T active, T old, auto... x) { return select(active, op(or_one(active, x)...), old); },
-                      formed(d), formed(pg), formed(d), formed(source)...);
+  each_block(
+      [=](const lane_block& predicate, const lane_block& old, const auto&... block) {
+        const lane_block active = active_masks<T>(predicate);
+        return map_block<T>([](T mask, T x, T kept) { return select(mask, x, kept); }, active,
+                            map_block_or_ones<T>(op, active, block...), old);
+      },
+      formed(d), formed(pg), formed(d), formed(source)...);
 }
 
 // d[i] = op(source[i]...) where the lane is active, else 0. op runs for inactive lanes too.
@@ -71,8 +77,12 @@ inline void zero_lanes(Op op, unsigned char* d, const unsigned char* pg, const S
 template <lane_group T, class Op, class... Source>
 inline void zero_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
   if (all_active<lane_of<T>>(pg)) return each_lane<T>(op, d, source...);
-  each_masked_lane<T>([=](T active, auto... x) { return op(or_one(active, x)...) & active; }, formed(d), formed(pg),
-                      formed(source)...);
+  each_block(
+      [=](const lane_block& predicate, const auto&... block) {
+        const lane_block active = active_masks<T>(predicate);
+        return map_block<T>(std::bit_and{}, map_block_or_ones<T>(op, active, block...), active);
+      },
+      formed(d), formed(pg), formed(source)...);
 }
 
 // d[i] = yes[i] where the lane is active, else no[i].

@@ -7,7 +7,7 @@ constinit thread_local kept_registers kept_destination{};
 
 void put_destination_back() {
   for (unsigned i = 0; i != kept_destination.count; ++i)
-    std::memcpy(kept_destination.places[i], kept_destination.bytes[i], VL_BYTES);
+    copy_vector(kept_destination.places[i], kept_destination.bytes[i]);
   kept_destination.count = 0;
 }
 

@@ -3,10 +3,9 @@
 #pragma once
 
 #include <atomic>
-#include <cstring>
 
 #include "sve/memory/trace.h"
-#include "sve/state/vector_length.h"
+#include "sve/state/vector_copy.h"
 
 namespace quern {
 
@@ -30,7 +29,7 @@ class destination_kept {
     static_assert(N <= max_destinations);
     if constexpr (kind == MEM_LOAD) {
       for (unsigned i = 0; i != N; ++i) {
-        std::memcpy(kept_destination.bytes[i], registers[i], VL_BYTES);
+        copy_vector(kept_destination.bytes[i], registers[i]);
         kept_destination.places[i] = registers[i];
       }
       kept_destination.count = N;

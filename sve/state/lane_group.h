@@ -60,6 +60,15 @@ inline constexpr int group_lanes = sizeof(T) / sizeof(lane_of<T>);
 template <lane_group T>
 inline constexpr std::uint32_t size_code<T> = size_code<lane_of<T>>;
 
+// The group itself, but the compiler knows nothing of how it was made: it would put operations in another order.
+template <lane_group T>
+inline T formed(T group) {
+#ifdef __aarch64__
+  asm("" : "+w"(group));
+#endif
+  return group;
+}
+
 // The same value in each lane.
 template <lane_group T>
 inline T in_each_lane(lane_of<T> value) {
@@ -105,6 +114,29 @@ inline T shuffle(T a, T b) {
   constexpr int n = group_lanes<T>;
   return [=]<int... I>(std::integer_sequence<int, I...>) { return __builtin_shufflevector(a, b, Index(I, n)...); }
   (std::make_integer_sequence<int, n>{});
+}
+
+// The lanes of even (odd) number of a and b in turn. On AArch64 by shifting a lane into its neighbour, if one of twice
+// its width is there: the permutation takes no longer on a processor, but much longer where one is emulated.
+template <lane_group T>
+inline T even_in_turn(T a, T b) {
+#ifdef __aarch64__
+  if constexpr (group_lanes<T> == 16) return T(vsliq_n_u16(uint16x8_t(a), uint16x8_t(b), 8));
+  if constexpr (group_lanes<T> == 8) return T(vsliq_n_u32(uint32x4_t(a), uint32x4_t(b), 16));
+  if constexpr (group_lanes<T> == 4) return T(vsliq_n_u64(uint64x2_t(a), uint64x2_t(b), 32));
+#endif
+  constexpr auto even = [](int i, int lanes) { return i - i % 2 + i % 2 * lanes; };
+  return shuffle<even>(a, b);
+}
+template <lane_group T>
+inline T odd_in_turn(T a, T b) {
+#ifdef __aarch64__
+  if constexpr (group_lanes<T> == 16) return T(vsriq_n_u16(uint16x8_t(b), uint16x8_t(a), 8));
+  if constexpr (group_lanes<T> == 8) return T(vsriq_n_u32(uint32x4_t(b), uint32x4_t(a), 16));
+  if constexpr (group_lanes<T> == 4) return T(vsriq_n_u64(uint64x2_t(b), uint64x2_t(a), 32));
+#endif
+  constexpr auto odd = [](int i, int lanes) { return i - i % 2 + 1 + i % 2 * lanes; };
+  return shuffle<odd>(a, b);
 }
 
 // The lanes of even (odd) number, first those of a, then those of b.

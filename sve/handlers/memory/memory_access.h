@@ -19,6 +19,7 @@
 #include "sve/memory/pages.h"
 #include "sve/state/cpu_state.h"
 #include "sve/state/lanes.h"
+#include "sve/state/vector_copy.h"
 
 namespace quern {
 
@@ -100,18 +101,12 @@ inline void move_two_blocks(unsigned char* z, const unsigned char* pg, std::uint
 
 // Accesses whose elements all lie in one page, active or not: none but the first one can fault.
 
-// With all lanes active, which have been noted. The first 16 bytes go before the others, which the compiler orders as
-// it likes, so that a fault is the first one's.
+// With all lanes active, which have been noted.
 template <memaccess_type_t kind, class T, class U>
 inline void move_all_in_page(unsigned char* z, std::uint64_t address) {
   if constexpr (sizeof(T) == sizeof(U)) {
     auto* const elements = reinterpret_cast<unsigned char*>(address);
-    unsigned char* const to = kind == MEM_LOAD ? z : elements;
-    const unsigned char* const from = kind == MEM_LOAD ? elements : z;
-    constexpr std::size_t first = sizeof(doubles);
-    set_lane(to, 0, lane<doubles>(from, 0));
-    settle();
-    std::memcpy(to + first, from + first, VL_BYTES - first);
+    copy_vector(kind == MEM_LOAD ? z : elements, kind == MEM_LOAD ? elements : z);
     settle();
   } else {
     move_block<kind, T, U>(z, address, lane_count<U>);

@@ -11,33 +11,34 @@ using namespace quern;
 namespace {
 
 // Where the register of `bytes` bytes goes or comes from, in the access that follows.
-void* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t bytes, memaccess_type_t kind) {
+unsigned char* place(const cpu_state* state, aarch64_i_rsp_reg base, int imm, std::size_t bytes,
+                     memaccess_type_t kind) {
   const std::uint64_t address = read_x(state, base) + scaled(imm, bytes);
   note_access(address, bytes, kind);
-  return reinterpret_cast<void*>(address);
+  return reinterpret_cast<unsigned char*>(address);
 }
 
 // Of two pages the second may be the one that faults.
-[[gnu::noinline]] void load_from_two_pages(unsigned char* z, const void* from) {
+[[gnu::noinline]] void load_from_two_pages(unsigned char* z, const unsigned char* from) {
   const destination_kept<MEM_LOAD, 1> kept({z});
-  std::memcpy(z, from, VL_BYTES);
+  copy_vector(z, from);
 }
 
 }  // namespace
 
 aarch64_decode_rc sve_ldr_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
   unsigned char* const z = bytes_of(state, zt);
-  const void* const from = place(state, base, imm, VL_BYTES, MEM_LOAD);
+  const unsigned char* const from = place(state, base, imm, VL_BYTES, MEM_LOAD);
   if (!is_in_page(reinterpret_cast<std::uint64_t>(from), VL_BYTES)) [[unlikely]] {
     load_from_two_pages(z, from);
   } else {
-    std::memcpy(z, from, VL_BYTES);
+    copy_vector(z, from);
   }
   return DECODE_OK;
 }
 
 aarch64_decode_rc sve_str_zri(cpu_state* state, aarch64_z_reg zt, aarch64_i_rsp_reg base, int imm) {
-  std::memcpy(place(state, base, imm, VL_BYTES, MEM_STORE), bytes_of(state, zt), VL_BYTES);
+  copy_vector(place(state, base, imm, VL_BYTES, MEM_STORE), bytes_of(state, zt));
   return DECODE_OK;
 }
 

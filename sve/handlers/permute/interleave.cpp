@@ -46,8 +46,7 @@ template <bool Odd>
 struct transpose {
   template <lane_group T>
   static T group(source a, source b, std::size_t g) {
-    constexpr auto pair = [](int i, int lanes) { return i - i % 2 + Odd + i % 2 * lanes; };
-    return shuffle<pair>(lane<T>(a, g), lane<T>(b, g));
+    return Odd ? odd_in_turn(lane<T>(a, g), lane<T>(b, g)) : even_in_turn(lane<T>(a, g), lane<T>(b, g));
   }
 };
 

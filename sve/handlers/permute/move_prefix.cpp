@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "sve/handlers/lane_loops.h"
+#include "sve/state/vector_copy.h"
 
 using namespace quern;
 
@@ -21,6 +22,6 @@ aarch64_decode_rc sve_movprfx_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_
 }
 
 aarch64_decode_rc sve_movprfx_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn) {
-  std::memmove(bytes_of(state, zd), bytes_of(state, zn), VL_BYTES);
+  copy_vector(bytes_of(state, zd), bytes_of(state, zn));
   return DECODE_OK;
 }

@@ -5,11 +5,12 @@
 #include <functional>
 
 #include "sve/handlers/lane_loops.h"
+#include "sve/state/vector_copy.h"
 
 using namespace quern;
 
 aarch64_decode_rc sve_rdffr_p(cpu_state* state, aarch64_p_reg pd) {
-  std::memcpy(bytes_of(state, pd), state->ffr, VL_BYTES);
+  copy_vector(bytes_of(state, pd), state->ffr);
   return DECODE_OK;
 }
 
@@ -19,7 +20,7 @@ aarch64_decode_rc sve_rdffr_pp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg
 }
 
 aarch64_decode_rc sve_wrffr_p(cpu_state* state, aarch64_p_reg pn) {
-  std::memcpy(state->ffr, bytes_of(state, pn), VL_BYTES);
+  copy_vector(state->ffr, bytes_of(state, pn));
   return DECODE_OK;
 }
 

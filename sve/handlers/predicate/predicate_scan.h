@@ -5,11 +5,11 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 
 #include "sve/state/lane_group.h"
 #include "sve/state/packed_shift.h"
+#include "sve/state/vector_copy.h"
 
 namespace quern {
 
@@ -107,7 +107,7 @@ inline const unsigned char* first_elements(std::size_t count) {
 // Sets the first `count` elements and clears the others.
 template <class T>
 inline void set_first_elements(unsigned char* predicate, std::size_t count) {
-  std::memcpy(predicate, first_elements<T>(count), VL_BYTES);
+  copy_vector(predicate, first_elements<T>(count));
 }
 
 }  // namespace quern
