@@ -88,4 +88,11 @@ access_history access_memory::next(const trace_record& record) {
   return history;
 }
 
+void access_stats::add_elements(std::uint64_t count, std::uint32_t bytes_each) {
+  ++known_records;
+  elements += count;
+  element_bytes += count * bytes_each;
+  element_sizes[bytes_each] += count;
+}
+
 }  // namespace quern

@@ -74,7 +74,12 @@ struct access_stats {
   power_histogram<reuse_distance::bins> reuse;   // by line that is touched
   std::map<std::uint64_t, std::uint64_t> sizes;  // records by their bytes, rounded up to a power of two
 
+  // Of the records whose instruction is known: these, their elements, and the bytes of all of them in memory.
+  std::uint64_t known_records = 0, elements = 0, element_bytes = 0;
+  std::map<std::uint32_t, std::uint64_t> element_sizes;  // elements by their bytes in memory
+
   void add(const trace_record& record, const access_history& history, std::uint64_t vector_bytes);
+  void add_elements(std::uint64_t count, std::uint32_t bytes_each);
 };
 
 }  // namespace quern

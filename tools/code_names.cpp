@@ -98,6 +98,18 @@ std::optional<code_names::variable> code_names::variable_at(std::uint64_t addres
                   first + (found->size - 1)};
 }
 
+std::optional<element_form> code_names::elements_at(std::uint64_t pc, std::size_t module) {
+  if (module >= modules_.all().size()) return std::nullopt;
+  if (elements_.size() == most_remembered) elements_.clear();
+  const auto [at, is_new] = elements_.try_emplace({pc, module}, std::nullopt);
+  const loaded_file* const file = is_new ? file_of(module) : nullptr;
+  if (file != nullptr) {
+    const auto word = file->code.word_at(file->code.address_in_file(pc, modules_.all()[module].begin));
+    if (word) at->second = element_form_of(*word);
+  }
+  return at->second;
+}
+
 bool code_names::is_in(std::uint64_t pc, std::size_t module, const std::string& function) {
   if (module >= modules_.all().size()) return false;
   if (is_in_.size() == most_remembered) is_in_.clear();

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/accessed_elements.h"
 #include "tools/module_code.h"
 #include "tools/source_lines.h"
 #include "utils/trace_modules.h"
@@ -47,6 +48,9 @@ class code_names {
   };
   std::optional<variable> variable_at(std::uint64_t address, std::size_t module);
 
+  // What the instruction there makes of a lane; nothing where no file tells, and of those that are not traced.
+  std::optional<element_form> elements_at(std::uint64_t pc, std::size_t module);
+
   // Whether the place is in a function of that name, with or without its parameters.
   bool is_in(std::uint64_t pc, std::size_t module, const std::string& function);
 
@@ -73,6 +77,7 @@ class code_names {
   std::array<recent, 256> recent_;
   std::map<std::size_t, std::unique_ptr<loaded_file>> files_;  // by module; null where the file is of no use
   std::map<std::pair<std::uint64_t, std::size_t>, bool> is_in_;
+  std::map<std::pair<std::uint64_t, std::size_t>, std::optional<element_form>> elements_;
 };
 
 // Whether a function's name, as symbols have it when demangled, is what a user gave.

@@ -8,6 +8,8 @@
 namespace quern {
 
 elf_image::elf_image(const std::filesystem::path& path) {
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(path, ignored)) return;  // the path may be one that a damaged trace gives
   std::ifstream file(path, std::ios::binary);
   bytes_.assign(std::istreambuf_iterator<char>(file), {});
   const auto header = at<Elf64_Ehdr>(0);

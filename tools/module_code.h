@@ -1,7 +1,9 @@
 // A program or library that was in a process's memory: its file, and the names of its places.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "tools/elf_image.h"
@@ -20,6 +22,9 @@ class module_code {
 
   // The file's address of what lay at `address` when the file's first byte lay at `begin`.
   std::uint64_t address_in_file(std::uint64_t address, std::uint64_t begin) const;
+
+  // The instruction at an address of the file; nothing where the file has no code for AArch64 there.
+  std::optional<std::uint32_t> word_at(std::uint64_t address) const;
 
   // Its bytes; empty where the file has none.
   std::string_view build_id() const;

@@ -28,7 +28,10 @@ std::vector<std::pair<const char*, std::uint64_t>> numbers_of(const access_stats
           {"lines", s.lines.count()},
           {"pages", s.pages.count()},
           {"across_lines", s.across_lines},
-          {"across_pages", s.across_pages}};
+          {"across_pages", s.across_pages},
+          {"known_records", s.known_records},
+          {"elements", s.elements},
+          {"element_bytes", s.element_bytes}};
 }
 
 std::string name_columns(stats_key by) { return by == stats_key::place ? "pc,place,source" : name_of(by); }
@@ -80,6 +83,9 @@ json json_of(const access_stats& stats) {
   json sizes = json::object();
   for (const auto& [size, records] : stats.sizes) sizes[std::to_string(size)] = records;
   object["sizes"] = std::move(sizes);
+  json element_sizes = json::object();
+  for (const auto& [bytes, elements] : stats.element_sizes) element_sizes[std::to_string(bytes)] = elements;
+  object["element_sizes"] = std::move(element_sizes);
   if (const auto most = stats.strides.most()) object["stride"] = {{"bytes", most->number}, {"records", most->count}};
   json strides = json::array();
   add_bins(strides, stats.backward_strides, true);

@@ -92,8 +92,11 @@ stats_table count_accesses(trace_reader& reader, const trace_filter& filter, sta
   while (const std::optional<trace_record> record = records.next()) {
     if (!record->is_access()) continue;
     const access_history history = memory.next(*record);
-    table.total.add(*record, history, reader.header().vector_bytes);
-    rows.row_of(*record).add(*record, history, reader.header().vector_bytes);
+    const auto elements = records.elements_of(*record);
+    for (access_stats* const counted : {&table.total, &rows.row_of(*record)}) {
+      counted->add(*record, history, reader.header().vector_bytes);
+      if (elements) counted->add_elements(elements->count, elements->form.memory_bytes);
+    }
   }
   table.rows = rows.take_rows();
   return table;

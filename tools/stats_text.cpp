@@ -83,6 +83,12 @@ void print_counts(const access_stats& total) {
   line("  lane stores",
        lanes_text(share(total.lane_stores), total.lane_stores, total.lane_store_instructions, "scatters"));
   line("  full vectors", share(total.whole_vectors));
+  if (total.known_records != 0)
+    line("elements",
+         fmt::format("{}, of {} bytes in memory{}", total.elements, total.element_bytes,
+                     total.known_records == total.records
+                         ? ""
+                         : fmt::format(" (of the {:.1f} % known)", percent(total.known_records, total.records))));
   line("footprint", fmt::format("{} lines of {} bytes, {} pages of {}", count_text(total.lines),
                                 access_stats::line_bytes, count_text(total.pages), access_stats::page_bytes));
   line("across lines", share(total.across_lines));
@@ -93,6 +99,9 @@ void print_histograms(const access_stats& total) {
   histogram_lines sizes("sizes", total.records);
   for (const auto& [size, records] : total.sizes) sizes.add(fmt::format("up to {}", size), records);
   sizes.finish();
+  histogram_lines elements("element sizes", total.elements);
+  for (const auto& [bytes, count] : total.element_sizes) elements.add(fmt::format("{}", bytes), count);
+  elements.finish();
 
   using stride_histogram = decltype(total.forward_strides);
   std::uint64_t strides = 0;

@@ -20,7 +20,7 @@ struct trace_options {
   std::string path, second_path;
   bool modules = false;
   trace_filter filter;
-  dump_format dump = dump_format::text;
+  dump_options dump;
   stats_options stats;
   export_format exported = export_format::din;
   cache_options cache;
@@ -133,9 +133,13 @@ void add_trace_command(CLI::App& app, int& status) {
   CLI::App* const dump = add_reading_command(
       trace, "dump", "Print the records of a trace in their order", reading::while_printing, options,
       [](trace_reader& reader, const trace_options& given) { dump_trace(reader, given.filter, given.dump); });
-  add_choice<dump_format>(dump, "--format", options->dump, "text, csv or jsonl (text)",
+  add_choice<dump_format>(dump, "--format", options->dump.format, "text, csv or jsonl (text)",
                           {{"text", dump_format::text}, {"csv", dump_format::csv}, {"jsonl", dump_format::jsonl}});
+  dump->add_flag("--elements", options->dump.elements,
+                 "Also the number of elements of each record, and their bytes in memory and in the register");
   add_filter_options(*dump, options->filter);
+  dump->footer(
+      "The elements are told by the instructions, in the files of the programs and libraries that were traced.");
 
   CLI::App* const stats = add_reading_command(
       trace, "stats", "Count the accesses of a trace by place, function, array, thread or region",

@@ -19,7 +19,11 @@ void print_trace_modules(const trace_modules& modules);
 
 // A line a record, in count order. A file that is cut is said to be so on standard error.
 enum class dump_format { text, csv, jsonl };
-void dump_trace(trace_reader& reader, const trace_filter& filter, dump_format format);
+struct dump_options {
+  dump_format format = dump_format::text;
+  bool elements = false;  // also those that each record is about
+};
+void dump_trace(trace_reader& reader, const trace_filter& filter, const dump_options& options);
 
 // Loads and stores counted, all and by what they have in common.
 enum class stats_format { text, csv, json };

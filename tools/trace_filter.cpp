@@ -84,6 +84,13 @@ bool filtered_records::takes(const trace_record& record) {
   return !filter_.symbol || names_.is_in(record.pc, names_.module_of(record.pc, record.count), *filter_.symbol);
 }
 
+std::optional<filtered_records::elements> filtered_records::elements_of(const trace_record& record) {
+  if (record.kind != trace_kind::load && record.kind != trace_kind::store) return std::nullopt;
+  const auto form = names_.elements_at(record.pc, names_.module_of(record.pc, record.count));
+  const auto count = form ? quern::elements_of(record, *form, reader_.header().vector_bytes) : std::nullopt;
+  return count ? std::optional<elements>({*form, *count}) : std::nullopt;
+}
+
 std::optional<trace_record> filtered_records::next() {
   if (filter_.limit && given_ == *filter_.limit) {
     reader_.end_progress();

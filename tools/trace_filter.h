@@ -56,6 +56,13 @@ class filtered_records {
   std::uint64_t region() const { return region_; }  // of the record that came last
   code_names& names() { return names_; }
 
+  // The elements of a record, where the instruction at its pc tells of them.
+  struct elements {
+    element_form form;
+    std::uint64_t count;
+  };
+  std::optional<elements> elements_of(const trace_record& record);
+
  private:
   bool takes(const trace_record& record);
 

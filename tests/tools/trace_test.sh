@@ -38,6 +38,15 @@ expect 0 '{"count":0,"thread":'$thread',"kind":"start"}
 {"count":6,"thread":'$thread',"kind":"load","group":0,"size":8,"addr":"0xfffffffffffffff0","pc":"0x400010"}' \
   trace dump small --format jsonl
 
+# Elements, of code that is in no file: nothing is told.
+expect 0 "     count   thread kind    group   size   lanes address        pc
+         0 $(printf %8d "$thread") start
+         1 $(printf %8d "$thread") load        0    256       - 0x000000002000 0x000000400000" \
+  trace dump --elements --limit 2 small
+expect 0 "count,thread,kind,group,size,addr,pc,elements,element_bytes,lane_bytes
+0,$thread,start,,,,,,,
+1,$thread,load,0,256,0x2000,0x400000,,," trace dump --elements --format csv --limit 2 small
+
 # Filters, which leave the numbers as they are; those for addresses leave markers out.
 expect 0 "count,thread,kind,group,size,addr,pc
 1,$thread,load,0,256,0x2000,0x400000
@@ -86,14 +95,15 @@ reuse distance 1                        1  12.5 %  ####
          3   75.0    66.7         6   mixed  1
          1   25.0   100.0         1   mixed  outside" trace stats --by region small
 columns=records,instructions,loads,stores,loaded_bytes,stored_bytes,lane_loads,lane_load_instructions,lane_stores,\
-lane_store_instructions,whole_vectors,lines,pages,across_lines,across_pages,stride,stride_records
+lane_store_instructions,whole_vectors,lines,pages,across_lines,across_pages,\
+known_records,elements,element_bytes,stride,stride_records
 expect 0 "pc,place,source,$columns
-0x400000,0x400000,,1,1,1,0,256,0,0,0,0,0,$full,4,1,1,0,,0
-0x400004,0x400004,,1,1,1,0,4,0,1,1,0,0,0,1,1,0,0,,0" trace stats --format csv --top 2 small
+0x400000,0x400000,,1,1,1,0,256,0,0,0,0,0,$full,4,1,1,0,0,0,0,,0
+0x400004,0x400004,,1,1,1,0,4,0,1,1,0,0,0,1,1,0,0,0,0,0,,0" trace stats --format csv --top 2 small
 expect 0 "thread,$columns
-$thread,1,0,0,1,0,16,0,0,1,0,0,2,1,1,0,,0" trace stats --format csv --by thread --kind store small
+$thread,1,0,0,1,0,16,0,0,1,0,0,2,1,1,0,0,0,0,,0" trace stats --format csv --by thread --kind store small
 expect 0 "function,$columns
-?,4,3,3,1,268,16,1,1,1,0,$full,7,3,2,0,,0" trace stats --format csv --by function small
+?,4,3,3,1,268,16,1,1,1,0,$full,7,3,2,0,0,0,0,,0" trace stats --format csv --by function small
 numbers='"records": 1,
 @"instructions": 1,
 @"loads": 1,
@@ -109,9 +119,13 @@ numbers='"records": 1,
 @"pages": 1,
 @"across_lines": 0,
 @"across_pages": 0,
+@"known_records": 0,
+@"elements": 0,
+@"element_bytes": 0,
 @"sizes": {
 @  "8": 1
 @},
+@"element_sizes": {},
 @"strides": [],
 @"reuse_distance": [
 @  {

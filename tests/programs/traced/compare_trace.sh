@@ -19,12 +19,12 @@ else
   LD_PRELOAD=$QUERN_HOST "$program"
 fi
 # shellcheck disable=SC2086
-$QUERN_EMULATOR "$QUERN_COMMAND" trace dump --format csv "$QUERN_TRACE" >"$folder/dump"
+$QUERN_EMULATOR "$QUERN_COMMAND" trace dump --elements --format csv "$QUERN_TRACE" >"$folder/dump"
 
 # Without the thread, which differs from run to run; there must be one only.
-while IFS=, read -r count thread kind group size addr pc; do
+while IFS=, read -r count thread kind group size addr pc elements element_bytes lane_bytes; do
   if [ "$count" = count ]; then
-    echo "$count $kind $group $size $addr $pc"
+    echo "$count $kind $group $size $addr $pc $elements $element_bytes $lane_bytes"
     continue
   fi
   if [ "${only_thread:=$thread}" != "$thread" ]; then
@@ -33,7 +33,7 @@ while IFS=, read -r count thread kind group size addr pc; do
   if [ -z "$pc" ]; then
     echo "$count $kind"
   else
-    echo "$count $kind $group $size $addr +$((pc - ${first_pc:=$pc}))"
+    echo "$count $kind $group $size $addr +$((pc - ${first_pc:=$pc})) $elements $element_bytes $lane_bytes"
   fi
 done <"$folder/dump" >"$folder/told"
 diff "$golden" "$folder/told" || {
