@@ -1,8 +1,10 @@
-// Exceptions thrown from signal handlers, of faults of plain and of emulated loads and of sent signals, are caught by
-// the code that was interrupted, with the objects in between destroyed.
+// Exceptions thrown from signal handlers, of faults of plain and of emulated loads, of sent signals, and of those that
+// arrive within runs, are caught by the code that was interrupted, with the objects in between destroyed.
 #include <sys/mman.h>
+#include <sys/time.h>
 #include <csignal>
 
+#include "counting_run.h"
 #include "program.h"
 #include "sve_code.h"
 
@@ -21,6 +23,10 @@ void throw_fault(int signal) {
   throw fault{signal};
 }
 
+void throw_if_counting(int signal, siginfo_t*, void* context) {
+  if (is_counting(static_cast<const ucontext_t*>(context))) throw_fault(signal);
+}
+
 struct object {
   ~object() { ++destroyed; }
 };
@@ -32,6 +38,10 @@ __attribute__((noipa)) void load_vector() {
 }
 
 __attribute__((noipa)) void send() { raise(SIGUSR1); }
+
+__attribute__((noipa)) void count() {
+  while (count_by_run() == COUNTED_WORDS) {}
+}
 
 __attribute__((noipa)) void call(void (*cause)()) {
   const object in_between;
@@ -65,5 +75,12 @@ int main() {
   check("of a load", is_caught(load, SIGSEGV));
   check("of an emulated load", is_caught(load_vector, SIGSEGV));
   check("of a sent signal", is_caught(send, SIGUSR1));
+  action.sa_sigaction = throw_if_counting;
+  action.sa_flags |= SA_SIGINFO;
+  sigaction(SIGALRM, &action, nullptr);
+  const itimerval often{{0, 1000}, {0, 1000}}, never{};
+  setitimer(ITIMER_REAL, &often, nullptr);
+  check("of a signal within a run", is_caught(count, SIGALRM));
+  setitimer(ITIMER_REAL, &never, nullptr);
   return finish("throw_from_handler");
 }
