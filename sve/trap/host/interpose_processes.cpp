@@ -1,10 +1,11 @@
-// New threads and programs inherit the mask that the application believes to have.
+// New threads and programs inherit the mask that the application believes to have, and programs this host.
 #include <errno.h>
 
 #include <cstdarg>
 #include <cstdlib>
 
 #include "sve/trap/host/export.h"
+#include "sve/trap/host/handed_environment.h"
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/shown_processor.h"
 #include "sve/trap/host/start.h"
@@ -42,6 +43,18 @@ int create_thread(Result (*routine)(void*), void* argument, int out_of_memory, C
   return result;
 }
 
+// Calls execute(environment) with the mask and the environment as a new program is to have them. (Null is an empty
+// one.)
+template <typename Execute>
+int hand_on(char* const* environment, Execute execute) {
+  static char* const nothing[] = {nullptr};
+  if (!environment) environment = nothing;
+  // On the stack, as exec may be called between vfork and the new program, where the heap is not to be touched.
+  void* const room = __builtin_alloca(room_for_environment(environment));
+  const inherited_mask mask;
+  return execute(environment_with_host(environment, room));
+}
+
 // The arguments of an execl: up to and with the null pointer.
 template <typename Exec>
 int exec_list(const char* first, va_list rest, Exec exec) {
@@ -50,7 +63,6 @@ int exec_list(const char* first, va_list rest, Exec exec) {
   std::size_t count = 1;
   for (const char* argument = first; argument; ++count) argument = va_arg(counted, const char*);
   va_end(counted);
-  // On the stack, as exec may be called between vfork and the new program, where the heap is not to be touched.
   auto* const arguments = static_cast<char**>(__builtin_alloca(count * sizeof(char*)));
   arguments[0] = const_cast<char*>(first);
   for (std::size_t i = 1; i < count; ++i) arguments[i] = va_arg(rest, char*);
@@ -78,30 +90,37 @@ QUERN_EXPORT int thrd_create(thrd_t* thread, thrd_start_t routine, void* argumen
                        [&](int (*run)(void*), void* start) { return next().thrd_create(thread, run, start); });
 }
 
-// Each of these hands the mask on to a new program.
-#define HAND_ON(result, name, parameters, arguments) \
-  QUERN_EXPORT result name parameters {              \
-    const inherited_mask mask;                       \
-    return next().name arguments;                    \
+// Each of these hands the mask on to a new program, and the first ones an environment.
+#define HAND_ON(name, parameters, environment, call)                            \
+  QUERN_EXPORT int name parameters {                                            \
+    return hand_on(environment, [&](char* const* all) { return next().call; }); \
   }
-HAND_ON(int, execve, (const char* path, char* const* argv, char* const* envp) noexcept, (path, argv, envp))
-HAND_ON(int, execv, (const char* path, char* const* argv) noexcept, (path, argv))
-HAND_ON(int, execvp, (const char* file, char* const* argv) noexcept, (file, argv))
-HAND_ON(int, execvpe, (const char* file, char* const* argv, char* const* envp) noexcept, (file, argv, envp))
-HAND_ON(int, fexecve, (int fd, char* const* argv, char* const* envp) noexcept, (fd, argv, envp))
-HAND_ON(int, execveat, (int fd, const char* path, char* const* argv, char* const* envp, int flags) noexcept,
-        (fd, path, argv, envp, flags))
-HAND_ON(int, posix_spawn,
+HAND_ON(execve, (const char* path, char* const* argv, char* const* envp) noexcept, envp, execve(path, argv, all))
+HAND_ON(execv, (const char* path, char* const* argv) noexcept, environ, execve(path, argv, all))
+HAND_ON(execvp, (const char* file, char* const* argv) noexcept, environ, execvpe(file, argv, all))
+HAND_ON(execvpe, (const char* file, char* const* argv, char* const* envp) noexcept, envp, execvpe(file, argv, all))
+HAND_ON(fexecve, (int fd, char* const* argv, char* const* envp) noexcept, envp, fexecve(fd, argv, all))
+HAND_ON(execveat, (int fd, const char* path, char* const* argv, char* const* envp, int flags) noexcept, envp,
+        execveat(fd, path, argv, all, flags))
+HAND_ON(posix_spawn,
         (pid_t * pid, const char* path, const posix_spawn_file_actions_t* actions, const posix_spawnattr_t* attributes,
          char* const* argv, char* const* envp),
-        (pid, path, actions, attributes, argv, envp))
-HAND_ON(int, posix_spawnp,
+        envp, posix_spawn(pid, path, actions, attributes, argv, all))
+HAND_ON(posix_spawnp,
         (pid_t * pid, const char* file, const posix_spawn_file_actions_t* actions, const posix_spawnattr_t* attributes,
          char* const* argv, char* const* envp),
-        (pid, file, actions, attributes, argv, envp))
-HAND_ON(int, system, (const char* command), (command))
-HAND_ON(FILE*, popen, (const char* command, const char* mode), (command, mode))
+        envp, posix_spawnp(pid, file, actions, attributes, argv, all))
 #undef HAND_ON
+
+QUERN_EXPORT int system(const char* command) {
+  const inherited_mask mask;
+  return next().system(command);
+}
+
+QUERN_EXPORT FILE* popen(const char* command, const char* mode) {
+  const inherited_mask mask;
+  return next().popen(command, mode);
+}
 
 QUERN_EXPORT int execl(const char* path, const char* first, ...) noexcept {
   va_list rest;

@@ -18,8 +18,7 @@
 // Every such function that is called on; the others are done by system calls.
 // clang-format off
 #define QUERN_NEXT_FUNCTIONS(FUNCTION) \
-  FUNCTION(execv) \
-  FUNCTION(execve) FUNCTION(execveat) FUNCTION(execvp) FUNCTION(execvpe) FUNCTION(fexecve) FUNCTION(popen) \
+  FUNCTION(execve) FUNCTION(execveat) FUNCTION(execvpe) FUNCTION(fexecve) FUNCTION(popen) \
   FUNCTION(posix_spawn) FUNCTION(posix_spawnp) FUNCTION(system) FUNCTION(pthread_create) FUNCTION(thrd_create) \
   FUNCTION(pthread_cancel) \
   FUNCTION(epoll_pwait) FUNCTION(epoll_pwait2) FUNCTION(ppoll) FUNCTION(pselect) FUNCTION(sigsuspend) \

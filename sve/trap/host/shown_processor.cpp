@@ -21,8 +21,6 @@ namespace {
 
 constinit Elf64_auxv_t* vector = nullptr;
 constinit bool sve_is_shown = false;
-// In the environment, this takes PR_SVE_VL_INHERIT to a new program.
-constexpr const char* inherit_variable = "QUERN_INHERITS_LENGTH";
 constinit thread_local bool inherits = false;
 
 Elf64_auxv_t* entry_of(Elf64_auxv_t* entry, unsigned long type) {

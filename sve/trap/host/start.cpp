@@ -13,6 +13,7 @@
 #include "sve/memory/trace.h"
 #include "sve/memory/trace_vector_length.h"
 #include "sve/state/vector_length.h"
+#include "sve/trap/host/handed_environment.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/own_actions.h"
@@ -45,6 +46,7 @@ __attribute__((constructor(101))) void start(int argument_count, char** argument
   environ = environment;
   show_processor(environment);
   next();
+  note_own_variables(environment);
   use_memory_host({set_memory_action, can_read});
   own_trap_signals();
   adopt_kernel_mask();

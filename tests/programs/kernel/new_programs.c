@@ -1,5 +1,6 @@
 // New programs come up with the mask, the ignored signals and the waiting ones of the old, and SVE runs in them: by
-// exec from a child, from a thread, between vfork and exec, by posix_spawn and by a shell.
+// exec from a child, from a thread, between vfork and exec, by posix_spawn and by a shell, and with environments in
+// which nothing tells of an emulator.
 #include <pthread.h>
 #include <signal.h>
 #include <spawn.h>
@@ -37,6 +38,8 @@ static bool is_ignored(int signal) {
 
 // The program run again by its other main: tells by its status what it finds.
 static int report(const char* what) {
+  const char* const libraries = getenv("LD_PRELOAD");
+  if (strcmp(what, "no libraries") == 0) return libraries && !*libraries ? NONE : OTHER;
   if (!vectors_work()) return 1;
   sigset_t mask;
   sigprocmask(SIG_BLOCK, NULL, &mask);
@@ -83,6 +86,38 @@ static int by_shell(const char* what) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
+static int with_environment(const char* what, char** environment) {
+  const pid_t child = fork();
+  if (child == 0) {
+    execle(program, program, what, (char*)NULL, environment);
+    _exit(2);
+  }
+  return status_of(child);
+}
+
+static int by_exec_alone(const char* what) { return with_environment(what, (char*[]){NULL}); }
+
+static int by_exec_with_libraries(const char* what) {
+  return with_environment(what, (char*[]){"A=1", "LD_PRELOAD=libm.so.6:libgcc_s.so.1", "B=2", NULL});
+}
+
+static int by_exec_of_emptied(const char* what) {
+  char* const arguments[] = {program, (char*)what, NULL};
+  const pid_t child = fork();
+  if (child == 0) {
+    clearenv();
+    execvp(program, arguments);
+    _exit(2);
+  }
+  return status_of(child);
+}
+
+static int by_spawn_alone(const char* what) {
+  char* const arguments[] = {program, (char*)what, NULL};
+  pid_t child;
+  return posix_spawn(&child, program, NULL, NULL, arguments, (char*[]){NULL}) == 0 ? status_of(child) : 2;
+}
+
 static void* exec_from_thread(void* what) {
   if (vectors_work()) execl(program, program, what, (char*)NULL);
   return NULL;
@@ -106,7 +141,11 @@ static const struct {
             {"vfork", by_vfork},
             {"posix_spawn", by_spawn},
             {"shell", by_shell},
-            {"exec from a thread", by_thread}};
+            {"exec from a thread", by_thread},
+            {"exec without environment", by_exec_alone},
+            {"exec with other libraries", by_exec_with_libraries},
+            {"exec after clearenv", by_exec_of_emptied},
+            {"posix_spawn without environment", by_spawn_alone}};
 enum { WAYS = sizeof ways / sizeof *ways };
 
 static void run_all(const char* what) {
@@ -140,6 +179,7 @@ int main(int count, char** arguments) {
   run_all("ignored");
   signal(SIGUSR1, SIG_DFL);
 
+  check("no libraries are wanted", with_environment("no libraries", (char*[]){"LD_PRELOAD=", NULL}) == NONE);
   check("ended in vfork", die_in_vfork(false) == -SIGKILL);
   check("ended by a fault in vfork", die_in_vfork(true) == -SIGSEGV);
 
