@@ -104,7 +104,7 @@ void own_cancel_signal() {
   const change_lock lock;
   signal_action in_kernel{};
   kernel::set_action(cancel_signal, nullptr, &in_kernel);
-  if (!has_handler(in_kernel)) return;
+  if (!has_handler(in_kernel) || in_kernel.handler == dispatcher()) return;
   set_application_action(cancel_signal, in_kernel);
   install_over(cancel_signal, in_kernel);
 }

@@ -1,6 +1,9 @@
-// pthread_cancel. No stack can be unwound from generated code, so the signal by which the C library cancels a thread
-// that may be cancelled anywhere comes to us first, and waits for the end of the present word as others do.
+// pthread_setcanceltype and pthread_cancel. No stack can be unwound from generated code, so the signal by which the C
+// library cancels a thread that may be cancelled anywhere comes to us first, and waits for the end of the present word
+// as others do.
 #include <pthread.h>
+
+#include <atomic>
 
 #include "sve/trap/host/export.h"
 #include "sve/trap/host/kernel.h"
@@ -9,6 +12,8 @@
 
 namespace quern {
 namespace {
+
+constinit std::atomic<bool> handler_is_ours{false};
 
 void* end_at_once(void*) { return nullptr; }
 
@@ -23,6 +28,7 @@ void have_handler_installed() {
     next().pthread_cancel(thread);
     pthread_join(thread, nullptr);
     own_cancel_signal();
+    handler_is_ours.store(true, std::memory_order_release);
   }
   pthread_setcancelstate(state, nullptr);
 }
@@ -32,8 +38,15 @@ void have_handler_installed() {
 
 using namespace quern;
 
-QUERN_EXPORT int pthread_cancel(pthread_t thread) {
+QUERN_EXPORT int pthread_setcanceltype(int type, int* old) {
   static pthread_once_t once = PTHREAD_ONCE_INIT;
-  pthread_once(&once, have_handler_installed);
-  return next().pthread_cancel(thread);
+  if (type == PTHREAD_CANCEL_ASYNCHRONOUS) pthread_once(&once, have_handler_installed);
+  return next().pthread_setcanceltype(type, old);
+}
+
+// The first call may install the C library's handler, just when another thread has ours installed.
+QUERN_EXPORT int pthread_cancel(pthread_t thread) {
+  const int result = next().pthread_cancel(thread);
+  if (handler_is_ours.load(std::memory_order_acquire)) own_cancel_signal();
+  return result;
 }

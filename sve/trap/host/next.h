@@ -20,7 +20,7 @@
 #define QUERN_NEXT_FUNCTIONS(FUNCTION) \
   FUNCTION(execve) FUNCTION(execveat) FUNCTION(execvpe) FUNCTION(fexecve) FUNCTION(popen) \
   FUNCTION(posix_spawn) FUNCTION(posix_spawnp) FUNCTION(system) FUNCTION(pthread_create) FUNCTION(thrd_create) \
-  FUNCTION(pthread_cancel) \
+  FUNCTION(pthread_cancel) FUNCTION(pthread_setcanceltype) \
   FUNCTION(epoll_pwait) FUNCTION(epoll_pwait2) FUNCTION(ppoll) FUNCTION(pselect) FUNCTION(sigsuspend) \
   FUNCTION(sigtimedwait) FUNCTION(siglongjmp) FUNCTION(longjmp) FUNCTION(_longjmp) \
   FUNCTION(getcontext) FUNCTION(setcontext) FUNCTION(swapcontext) FUNCTION(sysconf) \
