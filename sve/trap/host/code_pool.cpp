@@ -16,7 +16,7 @@
 namespace quern {
 namespace {
 
-constexpr std::size_t piece_bytes = 65536;
+constexpr std::size_t piece_bytes = 262144;
 constexpr std::size_t max_pieces = 256;
 // Less than a branch reaches, as it starts and ends within a piece.
 constexpr std::int64_t reach = aarch64::branch_reach - (2 << 20);

@@ -43,7 +43,7 @@ bool is_within_run(ucontext_t& frame) {
     std::memcpy(&machine.regs[19], reinterpret_cast<const void*>(machine.sp), sizeof machine.regs[19]);
     machine.sp += 16;
     machine.pc = reinterpret_cast<std::uintptr_t>(code->behind_site());
-  } else if (pc >= code->at(code->way_out)) {
+  } else if (pc >= code->at(code->way_out) && pc < code->at(code->cold)) {
     leave_run(*code, code->behind_site(), frame);
   } else if (word_at(pc) == aarch64::cbnz_x(aarch64::x0, code->early_end_at() - pc)) {
     leave_run(*code, behind_word(), frame);  // too late to set what it tests

@@ -86,6 +86,12 @@ constexpr word adr(reg t, std::int64_t distance) {
 }
 constexpr word cbnz_x(reg t, std::int64_t distance) { return 0xB5000000 | scaled(distance, 4, 19) << 5 | t.number; }
 
+// A conditional branch with a distance of 0, and where it is to lead: of 14 bits where it tests one bit, else of 19.
+constexpr word with_distance(word branch, std::int64_t distance) {
+  const bool tests_bit = (branch & 0x7E000000) == 0x36000000;
+  return branch | scaled(distance, 4, tests_bit ? 14 : 19) << 5;
+}
+
 // The branch, the distances that it reaches, and where it leads.
 inline constexpr std::int64_t branch_reach = 128 << 20;
 constexpr word b(std::int64_t distance) { return 0x14000000 | scaled(distance, 4, 26); }

@@ -58,7 +58,7 @@ std::optional<plain_instruction> plain_instruction_of(std::uint32_t word) {
 std::optional<plain_branch> plain_branch_of(std::uint32_t word) {
   const bool tests_flags = (word & 0xFF000010) == 0x54000000, tests_register = (word & 0x7E000000) == 0x34000000;
   if (!tests_flags && !tests_register) return {};
-  constexpr std::uint32_t distance = ((1u << plain_branch::distance_bits) - 1) << plain_branch::distance_bit;
+  constexpr std::uint32_t distance = 0x00FFFFE0;
   plain_branch b{word & ~distance, none, tests_flags, way_on_of(word).distance};
   b.tested = replace(tests_register, 0, 0, b.word);
   return b;

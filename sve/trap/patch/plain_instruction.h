@@ -22,8 +22,6 @@ struct plain_branch {
   std::uint32_t tested;
   bool tests_flags;
   std::int64_t distance;  // in bytes
-
-  static constexpr int distance_bit = 5, distance_bits = 19;  // where it stands in the word, in instructions
 };
 // Nothing for any other word.
 std::optional<plain_branch> plain_branch_of(std::uint32_t word);

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "sve/decoder/decode_row.h"
+#include "sve/trap/patch/inlined_thunk.h"
 #include "sve/trap/patch/instructions.h"
 #include "sve/trap/patch/plain_instruction.h"
 
@@ -45,6 +46,56 @@ written_registers written_by(std::span<const run_word> run) {
   return all;
 }
 
+// The cold code of a run's inlined thunks, which stands behind all else; numbers of instructions in it are followed by
+// distances in bytes from the run_code. For one thread at a time.
+class cold_code {
+ public:
+  static constexpr std::size_t most_words = 3072;
+
+  void clear() { word_count_ = exit_count_ = return_count_ = 0; }
+  // Whether there is room for what one thunk has.
+  bool has_room() const {
+    return word_count_ + max_cold_words <= most_words && exit_count_ + 32 <= exits_.size() &&
+           return_count_ + 32 <= returns_.size();
+  }
+  std::size_t bytes() const { return word_count_ * sizeof(word); }
+
+  // Takes the cold code of a thunk whose hot code stands from `hot_begin` to `hot_end`.
+  void add(const inlined_thunk& thunk, std::size_t hot_begin, std::size_t hot_end) {
+    for (const inlined_thunk::exit& e : thunk.exits())
+      exits_[exit_count_++] = {hot_begin + e.from * sizeof(word), word_count_ + e.to};
+    for (const std::uint16_t r : thunk.cold().returns()) returns_[return_count_++] = {hot_end, word_count_ + r};
+    for (const word w : thunk.cold().code()) words_[word_count_++] = w;
+  }
+
+  // Writes it to its place, and its distance to the branches that lead there.
+  void put_at(std::size_t place, std::span<unsigned char> room) {
+    for (const link& r : std::span(returns_).first(return_count_)) {
+      const std::size_t from = place + r.number * sizeof(word);
+      words_[r.number] = adr({words_[r.number]}, distance(from, r.hot));
+    }
+    std::memcpy(room.data() + place, words_.data(), bytes());
+    for (const link& e : std::span(exits_).first(exit_count_)) {
+      word branch;
+      std::memcpy(&branch, room.data() + e.hot, sizeof branch);
+      branch = with_distance(branch, distance(e.hot, place + e.number * sizeof(word)));
+      std::memcpy(room.data() + e.hot, &branch, sizeof branch);
+    }
+  }
+
+ private:
+  struct link {
+    std::size_t hot = 0, number = 0;
+  };
+  static std::int64_t distance(std::size_t from, std::size_t to) {
+    return static_cast<std::int64_t>(to) - static_cast<std::int64_t>(from);
+  }
+
+  std::array<word, most_words> words_{};
+  std::array<link, 512> exits_{}, returns_{};
+  std::size_t word_count_ = 0, exit_count_ = 0, return_count_ = 0;
+};
+
 class generator {
  public:
   generator(std::span<const run_word> run, unsigned char* site, const unsigned char* place,
@@ -67,6 +118,7 @@ class generator {
       put(run_[0].ordinary);
       header_.way_out = header_.pop = here();
     } else {
+      cold_.clear();
       bring_in(registers_offset);
       for (std::size_t i = 0; i != run_.size(); ++i) carry_out(i);
       if (!is_called(run_.back())) settle_last();
@@ -75,6 +127,8 @@ class generator {
     }
     header_.last = here();
     put(b(header_.behind_site() - (place_ + size_)));
+    header_.cold = here();
+    if (header_.last != header_.way_out) put_cold();
     header_.end = here();
     std::memcpy(room_.data(), &header_, offsetof(run_code, literals) + run_.size() * sizeof(run_literal));
     return size_;
@@ -174,11 +228,37 @@ class generator {
   void call(std::size_t i) {
     tell_pc(i);
     header_.literals[i].thunk = use_.fpsr ? run_[i].thunk : run_[i].row->under_host_fpsr;
+    if (!inline_thunk(i)) call_thunk(i);
+    end_early_if_wanted();
+  }
+
+  // Its code in the place of a call, if there is room.
+  bool inline_thunk(std::size_t i) {
+    constinit static inlined_thunk thunk{};
+    constexpr std::size_t most = (max_hot_words + max_cold_words) * sizeof(word);
+    if (!cold_.has_room() || size_ + cold_.bytes() + most > max_run_code_bytes - max_bytes_of_calls) return false;
+    if (!thunk.make(header_.literals[i].thunk, run_[i].word, written_.x | own_x)) return false;
+    const std::size_t begin = size_, end = begin + thunk.hot().code().size_bytes();
+    for (const word w : thunk.hot().code()) put(w);
+    for (const std::uint16_t r : thunk.hot().returns()) {
+      const std::size_t at = begin + r * sizeof(word);
+      const word address = adr({thunk.hot().code()[r]}, static_cast<std::int64_t>(end - at));
+      std::memcpy(room_.data() + at, &address, sizeof address);
+    }
+    cold_.add(thunk, begin, end);
+    return true;
+  }
+
+  void put_cold() {
+    cold_.put_at(size_, room_);
+    size_ += cold_.bytes();
+  }
+
+  void call_thunk(std::size_t i) {
     put(mov_x(x0, base));
     put(ldr_w_literal(x1, distance_to(literal(i) + offsetof(run_literal, word))));
     put(ldr_x_literal(x2, distance_to(literal(i) + offsetof(run_literal, thunk))));
     put(blr(x2));
-    end_early_if_wanted();
   }
 
   // An ordinary instruction, in X0: its registers are in cpu_state, where the stack pointer comes after X30.
@@ -211,8 +291,7 @@ class generator {
       put(msr(system_register::nzcv, x0));
     }
     const std::size_t target = i - static_cast<std::size_t>(-branch.distance) / sizeof(word);
-    put(branch.word | scaled(distance_to(starts_[target]), sizeof(word), plain_branch::distance_bits)
-                          << plain_branch::distance_bit);
+    put(with_distance(branch.word, distance_to(starts_[target])));
   }
 
   // The base's own value waits on the stack: when others may use the registers again, there is nothing left in them.
@@ -236,6 +315,7 @@ class generator {
     put(ldr_x_post(base, sp, 16));
   }
 
+  static inline constinit cold_code cold_{};
   const std::span<const run_word> run_;
   const register_use use_;
   const written_registers written_;

@@ -47,8 +47,9 @@ struct run_code {
   bool fpsr;             // FPSR stands in cpu_state too
   std::uint16_t words;
   // Bytes from the start of this record: of the code, of its last part, in which no more thunk is called, of its last
-  // two instructions, which take X19 from the stack and branch, and behind that.
-  std::uint16_t entry, way_out, pop, last, end;
+  // two instructions, which take X19 from the stack and branch, of what stands behind them for the ways out of thunks'
+  // code that are seldom taken, and behind that.
+  std::uint16_t entry, way_out, pop, last, cold, end;
   run_literal literals[max_run];  // as many as there are words; then the code
 
   // Pieces of code begin at such multiples.
@@ -62,7 +63,9 @@ struct run_code {
 };
 
 // The room that a run's code needs at most.
-inline constexpr std::size_t max_run_code_bytes = 4096;
+inline constexpr std::size_t max_run_code_bytes = 16384;
+// Of it, what is needed if no thunk's code is inlined.
+inline constexpr std::size_t max_bytes_of_calls = 4096;
 
 // Makes the code of a run for `site`. It is written to `room`, which starts at a multiple of 64 bytes, and is to run at
 // `place`, within reach of a branch from the site. Each thread has its thread_registers at `registers_offset` from the

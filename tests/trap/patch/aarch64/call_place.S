@@ -35,7 +35,7 @@ quern_place:
         .skip   256
         .global quern_place_code
 quern_place_code:
-        .skip   8192
+        .skip   16384
         .balign 65536
 
         .bss

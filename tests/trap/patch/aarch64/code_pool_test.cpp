@@ -14,7 +14,7 @@
 namespace quern {
 namespace {
 
-constexpr std::size_t page_bytes = 4096, piece_bytes = 65536, bound = 16 << 20;
+constexpr std::size_t page_bytes = 4096, piece_bytes = 262144, bound = 64 << 20;
 constexpr std::size_t site_bytes = 8, sites_in_page = piece_bytes / max_run_code_bytes;
 constexpr std::size_t most_sites = bound / max_run_code_bytes + 2 * sites_in_page;
 

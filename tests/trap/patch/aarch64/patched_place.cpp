@@ -18,7 +18,7 @@ namespace quern {
 namespace {
 
 constexpr std::size_t place_bytes = 65536;
-static_assert(4 * (max_run + 1) <= 256 && max_run_code_bytes <= 8192, "the room in call_place.S");
+static_assert(4 * (max_run + 1) <= 256 && max_run_code_bytes <= 16384, "the room in call_place.S");
 
 void make_executable() {
   static const bool is_ready = mprotect(quern_place, place_bytes, PROT_READ | PROT_WRITE | PROT_EXEC) == 0;

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "sve/trap/patch/inlined_thunk.h"
 #include "sve/trap/patch/ordinary_instruction.h"
 #include "tests/harness/comparison.h"
 #include "tests/random_cases/case_choice.h"
@@ -164,6 +165,24 @@ TEST(WrittenByThunks, IsUnderstoodForNineTenthsOfTheDirectOnes) {
   }
   EXPECT_GT(direct, 800u);
   EXPECT_GT(understood, direct * 9 / 10);
+}
+
+TEST(InlinedThunks, AreThoseOfNearlyAllDirectRows) {
+  constexpr std::uint32_t usable = 0x4003FFFF;
+  const auto thunk = std::make_unique<inlined_thunk>();
+  random_source random(24);
+  std::size_t direct = 0, inlined = 0, whole = 0;
+  for (const case_row& row : rows()) {
+    if (row.row->handler.empty()) continue;
+    ++direct;
+    if (!thunk->make(row.row->under_host_fpsr, make_word(row, random), usable)) continue;
+    ++inlined;
+    constexpr aarch64::word jump = 0xD61F0000;
+    const std::span<const aarch64::word> hot = thunk->hot().code();
+    whole += hot.size() < 3 || (hot[hot.size() - 3] & 0xFFFFFC1F) != jump;
+  }
+  EXPECT_GT(inlined, direct * 98 / 100);
+  EXPECT_GT(whole, direct / 2) << "without a jump into the thunk at their end";
 }
 
 TEST_F(AgainstThunks, EachWordAlone) { judge_all(0); }

@@ -1,0 +1,458 @@
+// A walk along the common way through a thunk's code: what is known is carried out, the rest is copied.
+#include "sve/trap/patch/inlined_thunk.h"
+
+#include <bit>
+#include <cstring>
+
+#include "sve/trap/patch/constant_memory.h"
+#include "sve/trap/patch/instruction_effect.h"
+
+namespace quern {
+namespace {
+
+using namespace aarch64;
+using kind = known_value::kind;
+
+constexpr std::uint32_t base = x19.number, link = 30, none = 31;
+
+constexpr std::uint32_t field(word w, int high, int low) { return w << (31 - high) >> (31 - high + low); }
+constexpr bool is_set(word w, int bit) { return w >> bit & 1; }
+constexpr std::uint32_t set_of(std::uint32_t n) { return n == none ? 0 : std::uint32_t{1} << n; }
+constexpr std::int64_t signed_field(word w, int high, int low) {
+  return static_cast<std::int32_t>(w << (31 - high)) >> (31 - high + low);
+}
+constexpr word with_base(word w) { return (w & ~word{31 << 5}) | base << 5; }
+
+constexpr word movz(std::uint32_t d, word value, word quarter) { return 0xD2800000 | quarter << 21 | value << 5 | d; }
+constexpr word movk(std::uint32_t d, word value, word quarter) { return 0xF2800000 | quarter << 21 | value << 5 | d; }
+constexpr word br(std::uint32_t n) { return 0xD61F0000 | n << 5; }
+
+word word_at(const unsigned char* pc) {
+  word w;
+  std::memcpy(&w, pc, sizeof w);
+  return w;
+}
+
+// Of sums, logical operations and conditional comparisons.
+bool sets_flags(word w) {
+  const bool is_sum = (w & 0x1F800000) == 0x11000000 || (w & 0x1F000000) == 0x0B000000;
+  const bool is_logical = (w & 0x1F800000) == 0x12000000 || (w & 0x1F000000) == 0x0A000000;
+  const bool has_carry = (w & 0x1FE00000) == 0x1A000000, is_conditional = (w & 0x1FE00000) == 0x1A400000;
+  return is_conditional || ((is_sum || has_carry) && is_set(w, 29)) || (is_logical && field(w, 30, 29) == 3);
+}
+
+bool reads_flags(word w) {
+  const word group = w & 0x1FE00000;
+  return group == 0x1A000000 || group == 0x1A400000 || group == 0x1A800000;
+}
+
+// Whether a whole number of units from 0 to `most` makes the offset.
+bool fits(std::uint64_t offset, unsigned scale, std::uint64_t most) {
+  return (offset & ((std::uint64_t{1} << scale) - 1)) == 0 && offset >> scale <= most;
+}
+
+constexpr std::uint64_t max_unsigned_offset = 4095;
+constexpr std::int64_t max_pair_offset = 63;
+
+}  // namespace
+
+template <class Part>
+void inlined_thunk::put_known(Part& part, std::uint32_t n) {
+  const known_value value = known_[n];
+  if (value.is == kind::way_back) return part.put_way_back(n);
+  if (value.is == kind::state) {
+    const bool is_far = value.number >> 12 != 0;
+    if (value.number >> 24 != 0) part.is_too_long = true;
+    if (is_far) part.put(add_x_4096({n}, {base}, value.number >> 12 & 4095));
+    if (!is_far || (value.number & 4095) != 0) part.put(add_x({n}, {is_far ? n : base}, value.number & 4095));
+    return;
+  }
+  put_number(part, n, value.number);
+}
+
+template <class Part>
+void inlined_thunk::put_number(Part& part, std::uint32_t n, std::uint64_t number) {
+  bool is_first = true;
+  for (word quarter = 0; quarter != 4; ++quarter) {
+    const word bits = number >> (16 * quarter) & 0xFFFF;
+    const bool is_needed = bits != 0 || (is_first && quarter == 3);
+    if (is_needed) part.put(is_first ? movz(n, bits, quarter) : movk(n, bits, quarter));
+    is_first = is_first && !is_needed;
+  }
+}
+
+// One that the thunk can't have use for, as it has not set it, nor is it an argument's or to be kept.
+std::uint32_t inlined_thunk::unused_register() const {
+  constexpr std::uint32_t temporary = 0x3FFFC;  // X2 to X17
+  const std::uint32_t unused = usable_ & temporary & ~set_;
+  return unused == 0 ? none : static_cast<std::uint32_t>(std::countr_zero(unused));
+}
+
+template <class Part>
+void inlined_thunk::put_flags(Part& part) {
+  const std::uint32_t n = unused_register();
+  if (n == none) has_failed_ = true;
+  part.put(movz(n, flags_ >> 16, 1));
+  part.put(msr(system_register::nzcv, {n}));
+}
+
+template <class Part>
+void inlined_thunk::put_exit(Part& part, const unsigned char* target) {
+  for (std::uint32_t n = 0; n != none; ++n)
+    if (missing_ & set_of(n)) put_known(part, n);
+  if (flags_are_known_) put_flags(part);
+  const std::uint32_t n = unused_register();
+  if (n == none) has_failed_ = true;
+  if (word_is_stored_) {
+    put_number(part, n, word_);
+    part.put(str_x({n}, {base}, offsetof(cpu_state, instr_word)));
+  }
+  part.put(ldr_x_literal({n}, 2 * sizeof(word)));
+  part.put(br(n));
+  const auto address = reinterpret_cast<std::uint64_t>(target);
+  part.put(static_cast<word>(address));
+  part.put(static_cast<word>(address >> 32));
+}
+
+const unsigned char* inlined_thunk::leave(const unsigned char* target) {
+  put_exit(hot_, target);
+  is_done_ = true;
+  return nullptr;
+}
+
+// Takes note of a way from the next instructions of the hot code to the next of the cold.
+bool inlined_thunk::add_exit() {
+  if (exit_count_ == exits_.size()) return false;
+  exits_[exit_count_++] = {static_cast<std::uint16_t>(hot_.count), static_cast<std::uint16_t>(cold_.count)};
+  return true;
+}
+
+void inlined_thunk::put_instr_word() {
+  const std::uint32_t n = unused_register();
+  if (!word_is_stored_) return;
+  if (n == none) has_failed_ = true;
+  put_number(hot_, n, word_);
+  hot_.put(str_x({n}, {base}, offsetof(cpu_state, instr_word)));
+  word_is_stored_ = false;
+}
+
+// For an instruction that is copied. The state's address may come back from it without being known.
+void inlined_thunk::need(std::uint32_t n) {
+  if (n != none && known_[n].is == kind::state) put_instr_word();
+  need_base(n);
+}
+
+// For an access by the register. A number that takes more than two moves is loaded.
+void inlined_thunk::need_base(std::uint32_t n) {
+  if (!(missing_ & set_of(n))) return;
+  missing_ &= ~set_of(n);
+  const known_value value = known_[n];
+  if (value.is == kind::number && value.number >> 32 != 0 && add_exit()) {
+    hot_.put(ldr_x_literal({n}, 0));
+    cold_.put(static_cast<word>(value.number));
+    cold_.put(static_cast<word>(value.number >> 32));
+  } else {
+    put_known(hot_, n);
+  }
+}
+
+void inlined_thunk::need_flags() {
+  if (flags_are_known_) put_flags(hot_);
+  flags_are_known_ = false;
+}
+
+void inlined_thunk::set(std::uint32_t n, known_value value) {
+  if (n == none) return;
+  known_[n] = value;
+  missing_ |= set_of(n);
+  set_ |= set_of(n);
+}
+
+// From memory, or by an instruction that is copied.
+void inlined_thunk::load(std::uint32_t n) {
+  if (n == none) return;
+  known_[n] = {};
+  missing_ &= ~set_of(n);
+  set_ |= set_of(n);
+}
+
+bool inlined_thunk::compute(word w, const unsigned char* pc) {
+  const bool is_comparison = (w & 0x1FE00000) == 0x1A400000;
+  const bool is_of_flags = (w & 0x1FE00000) == 0x1A000000 && field(w, 15, 10) != 0;  // RMIF, SETF
+  const std::uint32_t d = is_comparison ? none : field(w, 4, 0);
+  if (d == base || is_of_flags) return false;
+  if (const auto result = result_of(w, pc, known_)) {
+    set(result->d, result->value);
+    if (result->nzcv) flags_ = *result->nzcv;
+    flags_are_known_ = flags_are_known_ || result->nzcv;
+    return true;
+  }
+  const bool has_immediate = (w & 0x1C000000) == 0x10000000;
+  const bool is_wide_move = (w & 0x1F800000) == 0x12800000, changes_bits = (w & 0x7F800000) == 0x33000000;
+  const bool has_third = (w & 0x1F000000) == 0x1B000000, is_extract = (w & 0x1F800000) == 0x13800000;
+  if (is_wide_move || changes_bits) need(d);
+  if (!is_wide_move) need(field(w, 9, 5));
+  if (!has_immediate || is_extract) need(field(w, 20, 16));
+  if (has_third) need(field(w, 14, 10));
+  if (reads_flags(w)) need_flags();
+  hot_.put(w);
+  if (sets_flags(w)) flags_are_known_ = false;
+  load(d);
+  return true;
+}
+
+// The distance of an address in the state from its start, if the base is known to be one.
+std::optional<std::uint64_t> inlined_thunk::distance_in_state(std::uint32_t n) const {
+  if (n == none || known_[n].is != kind::state) return {};
+  return known_[n].number;
+}
+
+bool inlined_thunk::pair_access(word w) {
+  const bool is_vector = is_set(w, 26), is_load = is_set(w, 22), moves_base = is_set(w, 23);
+  const std::uint32_t t = field(w, 4, 0), t2 = field(w, 14, 10), n = field(w, 9, 5), size = field(w, 31, 30);
+  const bool writes_base = (is_load && !is_vector && (t == base || t2 == base)) || (moves_base && n == base);
+  if (writes_base || (size == 1 && !is_vector)) return false;
+  if (!is_vector && !is_load) need(t), need(t2);
+  const bool is_plain = field(w, 24, 23) == 2;
+  const std::int64_t bytes = is_vector ? 4 << size : size == 2 ? 8 : 4;
+  const auto known = is_plain ? distance_in_state(n) : std::nullopt;
+  const std::int64_t offset = static_cast<std::int64_t>(known.value_or(0)) + signed_field(w, 21, 15) * bytes;
+  if (known && offset % bytes == 0 && offset >= 0 && offset / bytes <= max_pair_offset) {
+    hot_.put(with_base(w & ~word{0x7F << 15}) | static_cast<word>(offset / bytes) << 15);
+  } else {
+    need_base(n);
+    hot_.put(w);
+  }
+  if (is_load && !is_vector) load(t), load(t2);
+  if (moves_base) load(n);
+  return true;
+}
+
+// What the index register of an access adds to its address.
+std::optional<std::uint64_t> inlined_thunk::known_index(word w, unsigned scale) const {
+  const std::uint32_t m = field(w, 20, 16), option = field(w, 15, 13);
+  const known_value by = m == none ? known_value{kind::number, 0} : known_[m];
+  const bool is_doubleword = is_set(option, 0), is_unsigned_word = option == 2;
+  if (by.is != kind::number || !(is_doubleword || is_unsigned_word)) return {};
+  return (is_doubleword ? by.number : by.number & 0xFFFFFFFF) << (is_set(w, 12) ? scale : 0);
+}
+
+// The word is stored by each thunk, and read by few.
+bool inlined_thunk::access_instr_word(word w, std::uint64_t offset, bool is_load) {
+  const std::uint32_t t = field(w, 4, 0), size = field(w, 31, 30), operation = field(w, 23, 22);
+  if (offset != offsetof(cpu_state, instr_word) || t == none) return false;
+  const known_value stored{kind::number, word_};
+  if (!is_load && size == 3 && known_[t] == stored) return word_is_stored_ = true;
+  if (!is_load || operation != 1 || size < 2 || !word_is_stored_) return false;
+  set(t, stored);
+  return true;
+}
+
+// LDR of a doubleword that never changes.
+bool inlined_thunk::load_constant(word w) {
+  const std::uint32_t t = field(w, 4, 0), n = field(w, 9, 5);
+  const bool is_doubleword = (w & 0xFFC00000) == 0xF9400000;
+  if (!is_doubleword || t == base || n == none || known_[n].is != kind::number) return false;
+  const std::uint64_t address = known_[n].number + field(w, 21, 10) * 8;
+  if (!is_constant_memory(address)) return false;
+  std::uint64_t value;
+  std::memcpy(&value, reinterpret_cast<const void*>(address), sizeof value);
+  set(t, {kind::number, value});
+  return true;
+}
+
+bool inlined_thunk::single_access(word w) {
+  if (load_constant(w)) return true;
+  const bool is_vector = is_set(w, 26);
+  const std::uint32_t t = field(w, 4, 0), n = field(w, 9, 5), m = field(w, 20, 16), size = field(w, 31, 30);
+  const std::uint32_t operation = field(w, 23, 22), mode = field(w, 11, 10);
+  const unsigned scale = is_vector ? (operation >> 1) << 2 | size : size;
+  const bool is_load = is_vector ? is_set(operation, 0) : operation != 0;
+  const bool is_prefetch = !is_vector && size == 3 && operation == 2;
+  const bool has_unsigned = is_set(w, 24), has_register = !has_unsigned && is_set(w, 21);
+  const bool moves_base = !has_unsigned && !has_register && is_set(mode, 0);
+  const bool is_other = !has_unsigned && (has_register ? mode != 2 : mode == 2);
+  const bool writes_base = (is_load && !is_vector && t == base) || (moves_base && n == base);
+  if (is_prefetch || is_other || writes_base) return false;
+  const auto in_state = moves_base ? std::nullopt : distance_in_state(n);
+  auto offset = in_state;  // from the state, or from the base's own address
+  if (has_unsigned) {
+    if (offset) *offset += std::uint64_t{field(w, 21, 10)} << scale;
+  } else if (has_register) {
+    offset = known_index(w, scale);
+    if (offset) *offset += in_state.value_or(0);
+  } else if (offset) {
+    *offset += static_cast<std::uint64_t>(signed_field(w, 20, 12));
+  }
+  if (in_state && offset && !is_vector && access_instr_word(w, *offset, is_load)) return true;
+  if (!is_vector && !is_load) need(t);
+  if (offset && fits(*offset, scale, max_unsigned_offset)) {
+    if (!in_state) need_base(n);
+    const word rebased = in_state ? with_base(w) : w;
+    hot_.put((rebased & ~word{0x3FFC00}) | word{1} << 24 | static_cast<word>(*offset >> scale) << 10);
+  } else {
+    need_base(n);
+    if (has_register) need(m);
+    hot_.put(w);
+  }
+  if (is_load && !is_vector) load(t);
+  if (moves_base) load(n);
+  return true;
+}
+
+bool inlined_thunk::access(word w) {
+  if ((w & 0x3A000000) == 0x28000000) return pair_access(w);
+  if ((w & 0x3A000000) == 0x38000000) return single_access(w);
+  const bool is_of_structures = (w & 0xBE000000) == 0x0C000000, moves_base = is_set(w, 23);
+  const std::uint32_t n = field(w, 9, 5);
+  if (!is_of_structures || (moves_base && n == base)) return false;
+  need_base(n);
+  if (moves_base) need(field(w, 20, 16));
+  hot_.put(w);
+  if (moves_base) load(n);
+  return true;
+}
+
+// UMOV and FMOV of a doubleword that MOVI has set: so compilers fill halves of several general registers.
+bool inlined_thunk::move_known_vector(word w) {
+  const std::uint32_t d = field(w, 4, 0);
+  const bool is_moved = (w & 0xFFFFFC00) == 0x4E083C00 || (w & 0xFFFFFC00) == 0x9E660000;
+  if (is_moved && d != base && known_vector_ & set_of(field(w, 9, 5))) {
+    set(d, {kind::number, doubleword_});
+    return true;
+  }
+  const bool is_movi_of_words = (w & 0xBFF8FC00) == 0x0F000400;
+  if (!is_movi_of_words) return false;
+  hot_.put(w);
+  known_vector_ = std::uint32_t{1} << d;
+  doubleword_ = (field(w, 18, 16) << 5 | field(w, 9, 5)) * 0x100000001;
+  return true;
+}
+
+// General registers that it may read or write are looked at as if it did both.
+bool inlined_thunk::vector_operation(word w) {
+  if (move_known_vector(w)) return true;
+  const std::uint32_t d = field(w, 4, 0);
+  const bool may_be_general = effect_of(w & ~word{31})->x != 0;
+  const bool compares = (w & 0xFF20FC00) == 0x1E202000, compares_on_condition = (w & 0xFF200C00) == 0x1E200400;
+  const bool selects = (w & 0xFF200C00) == 0x1E200C00;
+  const bool is_from_vector = (w & 0xBFE0EC00) == 0x0E002C00 || (w & 0x7FBFFC00) == 0x1E260000;  // SMOV, UMOV, FMOV
+  if (may_be_general && d == base) return false;
+  if (may_be_general && !is_from_vector) need(field(w, 9, 5)), need(d);
+  if (compares_on_condition || selects) need_flags();
+  hot_.put(w);
+  if (compares || compares_on_condition) flags_are_known_ = false;
+  if (may_be_general) load(d);
+  return true;
+}
+
+bool inlined_thunk::system_operation(word w) {
+  constexpr word nop = 0xD503201F, nzcv = 0xD51B4200;
+  const std::uint32_t t = field(w, 4, 0);
+  const bool is_write = (w & 0xFFF00000) == 0xD5100000, is_read = (w & 0xFFF00000) == 0xD5300000;
+  const bool is_barrier = (w & 0xFFFFF000) == 0xD5033000, is_of_flags = (w & 0xFFDFFFE0) == nzcv;
+  if (w == nop) return true;
+  if (!(is_write || is_read || is_barrier) || (is_read && t == base)) return false;
+  if (is_write) need(t);
+  if (is_of_flags && is_read) need_flags();
+  hot_.put(w);
+  if (is_of_flags) flags_are_known_ = false;
+  if (is_read) load(t);
+  return true;
+}
+
+bool inlined_thunk::carry_out(word w, const unsigned char* pc) {
+  if (const auto effect = effect_of(w)) known_vector_ &= ~effect->v;
+  switch (field(w, 28, 25)) {
+    case 0b1000:
+    case 0b1001:
+    case 0b0101:
+    case 0b1101: return compute(w, pc);
+    case 0b1010:
+    case 0b1011: return system_operation(w);
+    case 0b0100:
+    case 0b0110:
+    case 0b1100:
+    case 0b1110: return access(w);
+    case 0b0111:
+    case 0b1111: return vector_operation(w);
+    default: return false;
+  }
+}
+
+// A condition that is not known leads on; where it would lead away, the code leaves for the thunk's own.
+const unsigned char* inlined_thunk::follow_condition(word w, const unsigned char* pc, std::int64_t distance) {
+  const bool is_of_flags = (w & 0xFF000010) == 0x54000000, is_of_bit = (w & 0x7E000000) == 0x36000000;
+  const std::uint32_t t = is_of_flags ? none : field(w, 4, 0);
+  const known_value value = t == none ? known_value{kind::number, 0} : known_[t];
+  const unsigned char *const target = pc + distance, *const next = pc + sizeof w;
+  if (is_of_flags && flags_are_known_) return meets(flags_, field(w, 3, 0)) ? target : next;
+  if (!is_of_flags && value.is == kind::number) {
+    const std::uint64_t whole = is_set(w, 31) ? value.number : value.number & 0xFFFFFFFF;
+    const bool is_zero = is_of_bit ? !(value.number >> (field(w, 31, 31) << 5 | field(w, 23, 19)) & 1) : whole == 0;
+    return is_zero != is_set(w, 24) ? target : next;
+  }
+  need(t);
+  if (!add_exit()) has_failed_ = true;
+  hot_.put(w & ~(is_of_bit ? word{0x0007FFE0} : word{0x00FFFFE0}));
+  put_exit(cold_, target);
+  return next;
+}
+
+const unsigned char* inlined_thunk::follow_return(word w, const unsigned char* pc) {
+  constexpr word ret = 0xD65F03C0;
+  const known_value to = known_[link];
+  if (w != ret) return leave(pc);
+  if (to.is == kind::number) return reinterpret_cast<const unsigned char*>(to.number);
+  if (to.is != kind::way_back) hot_.put(w);
+  is_done_ = true;
+  return nullptr;
+}
+
+const unsigned char* inlined_thunk::follow_branch(word w, const unsigned char* pc) {
+  const way_on way = way_on_of(w);
+  if (way.is_call) {
+    set(link, {kind::number, reinterpret_cast<std::uint64_t>(pc) + sizeof w});
+    return pc + way.distance;
+  }
+  switch (way.to) {
+    case way_on::kind::jump: return pc + way.distance;
+    case way_on::kind::jump_and_next: return follow_condition(w, pc, way.distance);
+    case way_on::kind::none: return follow_return(w, pc);
+    default: return leave(pc);
+  }
+}
+
+const unsigned char* inlined_thunk::step(const unsigned char* pc) {
+  constexpr std::size_t room_to_leave = 32;
+  const word w = word_at(pc);
+  if (hot_.count + room_to_leave > max_hot_words || cold_.count + room_to_leave > max_cold_words) return leave(pc);
+  if (way_on_of(w).to != way_on::kind::next) return follow_branch(w, pc);
+  return carry_out(w, pc) ? pc + sizeof w : leave(pc);
+}
+
+void inlined_thunk::begin(std::uint32_t w, std::uint32_t usable) {
+  known_.fill({});
+  known_[0] = {kind::state, 0};
+  known_[1] = {kind::number, w};
+  known_[link] = {kind::way_back, 0};
+  known_vector_ = 0;
+  word_is_stored_ = false;
+  word_ = w;
+  missing_ = set_ = set_of(0) | set_of(1) | set_of(link);
+  usable_ = usable;
+  flags_are_known_ = is_done_ = has_failed_ = false;
+  hot_.clear();
+  cold_.clear();
+  exit_count_ = 0;
+}
+
+bool inlined_thunk::make(sve_handler thunk, std::uint32_t w, std::uint32_t usable) {
+  constexpr int most_steps = 1000;
+  begin(w, usable);
+  const unsigned char* pc = reinterpret_cast<const unsigned char*>(thunk);
+  for (int i = 0; i != most_steps && pc; ++i) pc = step(pc);
+  return is_done_ && !has_failed_ && !hot_.is_too_long && !cold_.is_too_long;
+}
+
+}  // namespace quern

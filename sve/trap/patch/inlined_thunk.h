@@ -1,0 +1,125 @@
+// A thunk's code, made anew for one word: what it computes from the word and the state's address alone, operands and
+// branches among it, is computed when the code is made.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "sve/state/cpu_state.h"
+#include "sve/trap/patch/instructions.h"
+#include "sve/trap/patch/known_value.h"
+
+namespace quern {
+
+// Instructions, and those among them that need an address that is not known yet.
+template <std::size_t Most>
+struct code_part {
+  std::array<aarch64::word, Most> words{};
+  std::size_t count = 0;
+  std::array<std::uint16_t, 24> ways_back{};  // numbers of those that are to be ADR, with where the hot code ends
+  std::size_t way_back_count = 0;
+  bool is_too_long = false;
+
+  void clear() {
+    count = way_back_count = 0;
+    is_too_long = false;
+  }
+  void put(aarch64::word w) {
+    if (count == Most) {
+      is_too_long = true;
+    } else {
+      words[count++] = w;
+    }
+  }
+  // The address of the hot code's end to X<n>; the word tells n until then.
+  void put_way_back(aarch64::word n) {
+    if (way_back_count == ways_back.size()) {
+      is_too_long = true;
+    } else {
+      ways_back[way_back_count++] = static_cast<std::uint16_t>(count);
+    }
+    put(n);
+  }
+  std::span<const aarch64::word> code() const { return {words.data(), count}; }
+  std::span<const std::uint16_t> returns() const { return {ways_back.data(), way_back_count}; }
+};
+
+// The most instructions of either piece.
+inline constexpr std::size_t max_hot_words = 192, max_cold_words = 160;
+
+class inlined_thunk {
+ public:
+  // A branch, or load of a literal, from the hot code to the cold, by the numbers of their instructions.
+  struct exit {
+    std::uint16_t from, to;
+  };
+
+  // Makes the code. It expects the state's address in X19, leaves that, and may write the `usable` registers and those
+  // that the thunk writes; it has no result. It goes on into the thunk where a branch depends on what is not known, and
+  // not on the common way, or where the thunk is too long. False if the thunk can't be had this way. For one thread at
+  // a time: it takes no stack to speak of.
+  bool make(sve_handler thunk, std::uint32_t word, std::uint32_t usable);
+
+  // The hot code runs to its end; the cold code stands elsewhere.
+  const code_part<max_hot_words>& hot() const { return hot_; }
+  const code_part<max_cold_words>& cold() const { return cold_; }
+  std::span<const exit> exits() const { return {exits_.data(), exit_count_}; }
+
+ private:
+  void begin(std::uint32_t word, std::uint32_t usable);
+  const unsigned char* step(const unsigned char* pc);
+  const unsigned char* follow_branch(std::uint32_t word, const unsigned char* pc);
+  const unsigned char* follow_condition(std::uint32_t word, const unsigned char* pc, std::int64_t distance);
+  const unsigned char* follow_return(std::uint32_t word, const unsigned char* pc);
+  bool carry_out(std::uint32_t word, const unsigned char* pc);
+  bool compute(std::uint32_t word, const unsigned char* pc);
+  bool access(std::uint32_t word);
+  bool single_access(std::uint32_t word);
+  std::optional<std::uint64_t> known_index(std::uint32_t word, unsigned scale) const;
+  bool access_instr_word(std::uint32_t word, std::uint64_t offset, bool is_load);
+  template <class Part>
+  void put_number(Part& part, std::uint32_t n, std::uint64_t number);
+  bool load_constant(std::uint32_t word);
+  bool pair_access(std::uint32_t word);
+  bool vector_operation(std::uint32_t word);
+  bool move_known_vector(std::uint32_t word);
+  bool system_operation(std::uint32_t word);
+  const unsigned char* leave(const unsigned char* target);
+
+  template <class Part>
+  void put_known(Part& part, std::uint32_t n);
+  template <class Part>
+  void put_flags(Part& part);
+  template <class Part>
+  void put_exit(Part& part, const unsigned char* target);
+  void need(std::uint32_t n);
+  void need_base(std::uint32_t n);
+  void put_instr_word();
+  bool add_exit();
+  void need_flags();
+  void set(std::uint32_t n, known_value value);
+  void load(std::uint32_t n);
+  std::uint32_t unused_register() const;
+  std::optional<std::uint64_t> distance_in_state(std::uint32_t n) const;
+
+  known_registers known_{};
+  std::uint32_t missing_ = 0;  // the registers that hold something known, but not in the processor
+  std::uint32_t set_ = 0;      // the registers that have been set, known or not
+  std::uint32_t usable_ = 0;
+  bool flags_are_known_ = false;  // and then not in the processor
+  std::uint32_t flags_ = 0;
+  bool word_is_stored_ = false;  // to instr_word; but not in memory: it is put there before somebody else may read it
+  std::uint32_t word_ = 0;
+  std::uint32_t known_vector_ = 0;  // as a set: the vector whose low doubleword is known, if there is one
+  std::uint64_t doubleword_ = 0;
+  bool is_done_ = false, has_failed_ = false;
+  code_part<max_hot_words> hot_{};
+  code_part<max_cold_words> cold_{};
+  std::array<exit, 24> exits_{};
+  std::size_t exit_count_ = 0;
+};
+
+}  // namespace quern

@@ -1,0 +1,168 @@
+// Thunks of a few instructions, made anew for a word.
+#include "sve/trap/patch/inlined_thunk.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace quern {
+namespace {
+
+using aarch64::word;
+using words = std::vector<word>;
+
+constexpr std::uint32_t emulated = 0x04250083, usable = 0x4003FFFF;
+constexpr word ret = 0xD65F03C0, udf = 0;
+
+class InlinedThunk : public testing::Test {
+ protected:
+  bool make(const words& thunk, std::uint32_t registers = usable) {
+    code_ = thunk;
+    return thunk_->make(reinterpret_cast<sve_handler>(code_.data()), emulated, registers);
+  }
+  words hot() const { return {thunk_->hot().code().begin(), thunk_->hot().code().end()}; }
+  words cold() const { return {thunk_->cold().code().begin(), thunk_->cold().code().end()}; }
+  // The last words of a way out to the thunk's instruction of that number.
+  words jump_to(std::size_t instruction, word n) const {
+    const auto address = reinterpret_cast<std::uint64_t>(code_.data() + instruction);
+    return {0x58000040 | n, 0xD61F0000 | n << 5, static_cast<word>(address), static_cast<word>(address >> 32)};
+  }
+  static words joined(words first, const words& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+  }
+
+  words code_;
+  std::unique_ptr<inlined_thunk> thunk_ = std::make_unique<inlined_thunk>();
+};
+
+TEST_F(InlinedThunk, HasOperandsFromTheWord) {
+  // ubfx x3, x1, #5, #5; ubfiz x3, x3, #8, #32; add x0, x0, #320; add x1, x0, x3; ldp q0, q1, [x1]; add v0.4s, v0.4s,
+  // v1.4s; str q0, [x1, #16]; mov w0, #0
+  ASSERT_TRUE(
+      make({0xD3452423, 0xD3787C63, 0x91050000, 0x8B030001, 0xAD400420, 0x4EA18400, 0x3D800420, 0x52800000, ret}));
+  // ldp q0, q1, [x1] from z4, which pairs don't reach; str q0, [x19, #1360]
+  EXPECT_EQ(hot(), (words{0x91150261, 0xAD400420, 0x4EA18400, 0x3D815660}));
+  EXPECT_TRUE(cold().empty());
+}
+
+TEST_F(InlinedThunk, TakesBranchesThatFollowFromTheWord) {
+  // cmp w1, w1; b.ne udf; cbz w1, udf; tbz w1, #7, udf; b over; udf; mrs x2, tpidr_el0
+  ASSERT_TRUE(make({0x6B01003F, 0x540000A1, 0x34000081, 0x36380061, 0x14000002, udf, 0xD53BD042, ret}));
+  EXPECT_EQ(hot(), words{0xD53BD042});
+}
+
+TEST_F(InlinedThunk, GoesOnInTheThunkWhereABranchIsNotKnown) {
+  // ldr x2, [x0]; add x3, x1, #1; cbnz x2, 5; udf behind
+  ASSERT_TRUE(make({0xF9400002, 0x91000423, 0xB5000042, ret, udf}));
+  EXPECT_EQ(hot(), (words{0xF9400262, 0xB5000002}));
+  ASSERT_EQ(thunk_->exits().size(), 1u);
+  EXPECT_EQ(thunk_->exits()[0].from, 1);
+  EXPECT_EQ(thunk_->exits()[0].to, 0);
+  // add x0, x19, #0; movz x1; movk x1; movz x3; movk x3; the way back to x30; and the jump by x4, which nobody uses
+  EXPECT_EQ(cold(), joined({0x91000260, 0xD2801061, 0xF2A084A1, 0xD2801083, 0xF2A084A3, 30}, jump_to(4, 4)));
+  ASSERT_EQ(thunk_->cold().returns().size(), 1u);
+  EXPECT_EQ(thunk_->cold().returns()[0], 5);
+}
+
+TEST_F(InlinedThunk, BringsKnownFlagsAlong) {
+  // cmp w1, w1; ldr x2, [x0]; cbnz x2, 4
+  ASSERT_TRUE(make({0x6B01003F, 0xF9400002, 0xB5000042, ret, udf}));
+  const words all = cold();
+  ASSERT_GT(all.size(), 6u);
+  // movz x3, #0x6000, lsl #16; msr nzcv, x3
+  EXPECT_EQ((words{all.end() - 6, all.end()}), joined({0xD2AC0003, 0xD51B4203}, jump_to(4, 3)));
+}
+
+TEST_F(InlinedThunk, StoresTheWordWhereAnotherMayReadIt) {
+  const word store = aarch64::str_x({1}, {0}, offsetof(cpu_state, instr_word));
+  const word load = aarch64::ldr_x({2}, {0}, offsetof(cpu_state, instr_word));
+  // str x2, [x0]
+  ASSERT_TRUE(make({store, load, 0xF9000002, ret}));
+  EXPECT_EQ(hot(), (words{0xD2801062, 0xF2A084A2, 0xF9000262})) << "known, not loaded, nor stored";
+  // ldr x2, [x0]; cbnz x2, 4
+  ASSERT_TRUE(make({store, 0xF9400002, 0xB5000042, ret, udf}));
+  const words all = cold();
+  ASSERT_GT(all.size(), 7u);
+  const word to_state = aarch64::str_x({3}, aarch64::x19, offsetof(cpu_state, instr_word));
+  EXPECT_EQ((words{all.end() - 7, all.end()}), joined({0xD2801063, 0xF2A084A3, to_state}, jump_to(4, 3)));
+  // str x0, [sp]: the state's address may be loaded from there
+  ASSERT_TRUE(make({store, 0xF90003E0, ret}));
+  const word stored = aarch64::str_x({2}, aarch64::x19, offsetof(cpu_state, instr_word));
+  EXPECT_EQ(hot(), (words{0xD2801062, 0xF2A084A2, stored, 0x91000260, 0xF90003E0}));
+}
+
+struct left {
+  const char* text;
+  word instruction;
+};
+constexpr left left_to_the_thunk[] = {{"mov x19, x0", 0xAA0003F3},
+                                      {"ldp x19, x20, [sp]", 0xA94053F3},
+                                      {"ldr x19, [x0]", 0xF9400013},
+                                      {"umov x19, v0.d[0]", 0x4E083C13},
+                                      {"mrs x19, nzcv", 0xD53B4213},
+                                      {"ldxr x2, [x0]", 0xC85F7C02},
+                                      {"ldr x2, .+8", 0x58000042},
+                                      {"ldadd x2, x3, [x0]", 0xF8220003},
+                                      {"prfm pldl1keep, [x0]", 0xF9800000},
+                                      {"br x2", 0xD61F0040},
+                                      {"blr x2", 0xD63F0040},
+                                      {"svc #0", 0xD4000001},
+                                      {"brk #1", 0xD4200020},
+                                      {"paciasp", 0xD503233F},
+                                      {"str q0, [x19], #16", 0x3C810660},
+                                      {"ldr x2, [x19, #8]!", 0xF8408E62},
+                                      {"ld1 {v0.4s}, [x19], #16", 0x4CDF7A60}};
+
+TEST_F(InlinedThunk, LeavesToTheThunkWhatItCannotCopy) {
+  for (const left& l : left_to_the_thunk) {
+    ASSERT_TRUE(make({l.instruction, ret})) << l.text;
+    EXPECT_EQ(hot(), joined({0x91000260, 0xD2801061, 0xF2A084A1, 30}, jump_to(0, 2))) << l.text;
+  }
+}
+
+TEST_F(InlinedThunk, FollowsCallsAndReturns) {
+  // bl 3; mrs x2, tpidr_el0; b 5; mrs x3, tpidr_el0; ret; mov x30, the way back, is lost: ldr x30, [sp]; ret
+  ASSERT_TRUE(make({0x94000003, 0xD53BD042, 0x14000003, 0xD53BD043, ret, 0xF94003FE, ret}));
+  EXPECT_EQ(hot(), (words{0xD53BD043, 0xD53BD042, 0xF94003FE, ret}));
+}
+
+TEST_F(InlinedThunk, LeavesALongThunkOnItsWay) {
+  words thunk(max_hot_words, 0xD53BD042);
+  thunk.push_back(ret);
+  ASSERT_TRUE(make(thunk));
+  const words all = hot();
+  ASSERT_LE(all.size(), max_hot_words);
+  const std::size_t copied = max_hot_words - 31;
+  ASSERT_GT(all.size(), copied);
+  EXPECT_EQ((words{all.end() - 4, all.end()}), jump_to(copied, 3));
+}
+
+TEST_F(InlinedThunk, IsNoneOfALoopWithoutEnd) { EXPECT_FALSE(make({0x14000000})); }
+
+TEST_F(InlinedThunk, IsNoneWhereNoRegisterIsFreeForAJump) {
+  const words with_exit = {0xF9400002, 0xB5000042, ret, udf};
+  EXPECT_FALSE(make(with_exit, 0b111));
+  EXPECT_TRUE(make(with_exit, 0b1111));
+}
+
+// Each is copied as it is, with the state's address and the word in the registers that it reads.
+constexpr left copied[] = {
+    {"str x1, [x2, x0]", 0xF8206841},    {"madd x3, x1, x0, x2", 0x9B000823},   {"dup v0.4s, w1", 0x4E040C20},
+    {"fmov d31, x1", 0x9E67003F},        {"scvtf d0, w1", 0x1E620020},          {"msr fpsr, x1", 0xD51B4421},
+    {"ccmp x1, #0, #0, eq", 0xFA400820}, {"ld1 {v0.4s}, [x2], x1", 0x4CC17840}, {"clz x3, x1", 0xDAC01023}};
+
+TEST_F(InlinedThunk, BringsInWhatACopiedInstructionReads) {
+  for (const left& l : copied) {
+    ASSERT_TRUE(make({l.instruction, ret})) << l.text;
+    const words all = hot();
+    ASSERT_GE(all.size(), 3u) << l.text;
+    EXPECT_EQ(all.back(), l.instruction) << l.text;
+    const words moves = {0xD2801061, 0xF2A084A1};
+    EXPECT_NE(std::search(all.begin(), all.end(), moves.begin(), moves.end()), all.end()) << l.text;
+  }
+}
+
+}  // namespace
+}  // namespace quern
