@@ -3,29 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <list>
 #include <random>
 
-#include "tools/power_histogram.h"
+#include "plain_stack.h"
 
 namespace quern::test {
 namespace {
-
-class plain_stack {
- public:
-  unsigned access(std::uint64_t line) {
-    const auto found = std::find(lines_.begin(), lines_.end(), line);
-    const auto distance = static_cast<std::uint64_t>(std::distance(lines_.begin(), found));
-    const bool is_new = found == lines_.end();
-    if (!is_new) lines_.erase(found);
-    lines_.push_front(line);
-    return is_new ? reuse_distance::far : power_histogram<65>::bin_of(distance);
-  }
-
- private:
-  std::list<std::uint64_t> lines_;
-};
 
 TEST(ReuseDistance, RandomAccessesHaveTheDistancesOfAPlainList) {
   for (const unsigned lines : {1, 2, 3, 4, 5, 8, 9, 100, 1000}) {
