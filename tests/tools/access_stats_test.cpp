@@ -107,8 +107,7 @@ void expect_most_frequent_stride(const access_stats& stats, const plain_stats& p
     ++all;
   }
   const auto most = stats.strides.most();
-  for (const auto& [stride, count] : counts)
-    EXPECT_TRUE(count * 4 <= all || most.has_value()) << stride;
+  for (const auto& [stride, count] : counts) EXPECT_TRUE(count * 4 <= all || most.has_value()) << stride;
   if (!most) return;
   EXPECT_LE(most->count, counts[most->number]);
   EXPECT_GE(most->count + all / 8, counts[most->number]);
