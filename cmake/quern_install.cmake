@@ -101,4 +101,5 @@ if(HAS_LIBDW_HEADER)
   list(PREPEND recommended libdw1)  # else the command has no use for it
 endif()
 list(JOIN recommended ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS)
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "python3-numpy, python3-lz4")  # for the reader in Python
 include(CPack)
