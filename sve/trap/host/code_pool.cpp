@@ -120,6 +120,18 @@ void release_dead_pieces() {
   }
 }
 
+// Whether the branch and the words behind it stand there, though some may be branches by now.
+bool is_copy(const run_code& code, const unsigned char* place) {
+  if (place == code.site || !kernel::can_read(reinterpret_cast<std::uintptr_t>(place))) return false;
+  if (word_at(place) != aarch64::b(code.at(code.entry) - code.site)) return false;
+  for (std::size_t i = 1; i != code.words; ++i) {
+    const unsigned char* const at = place + i * sizeof(aarch64::word);
+    if (!kernel::can_read(reinterpret_cast<std::uintptr_t>(at))) return false;
+    if (word_at(at) != code.literals[i].word && !aarch64::is_b(word_at(at))) return false;
+  }
+  return true;
+}
+
 code_room room_in_pieces(const unsigned char* site, long process) {
   for (const code_piece& piece : pieces) {
     unsigned char* const place = piece.place.load(std::memory_order_relaxed);
@@ -166,6 +178,20 @@ const run_code* find_code(const unsigned char* pc) {
     return found;
   }
   return nullptr;
+}
+
+const run_code* find_code_of_copy(const unsigned char* target) {
+  const run_code* found = nullptr;
+  bool several = false;
+  for (const code_piece& piece : pieces) {
+    any_code(piece, [&](const run_code& code) {
+      if (!is_copy(code, copied_site(code, target))) return false;
+      several = several || (found && found->literals[0].word != code.literals[0].word);
+      found = &code;
+      return several;
+    });
+  }
+  return several ? nullptr : found;
 }
 
 void visit_codes_of(const unsigned char* begin, std::size_t bytes, void (*visit)(const run_code& code)) {

@@ -26,6 +26,15 @@ const run_code* find_code(const unsigned char* pc);
 // may have been unmapped or overwritten.
 bool has_site(const run_code& code);
 
+// The code of a site whose branch, copied with the words behind it to elsewhere, leads to `target`; null if there is
+// none, or one of several. For one thread at a time.
+const run_code* find_code_of_copy(const unsigned char* target);
+
+// Where that copy of the branch is.
+inline unsigned char* copied_site(const run_code& code, const unsigned char* target) {
+  return code.site + (target - code.at(code.entry));
+}
+
 // Calls visit(code) for each code whose site is one of these bytes and branches to it. The code's memory is kept for
 // good, as threads may still be in it when the site is no longer. For one thread at a time.
 void visit_codes_of(const unsigned char* begin, std::size_t bytes, void (*visit)(const run_code& code));

@@ -8,6 +8,7 @@
 #include "sve/trap/host/call_on_stack.h"
 #include "sve/trap/host/emulate.h"
 #include "sve/trap/host/kernel.h"
+#include "sve/trap/host/patch.h"
 #include "sve/trap/host/probe.h"
 #include "sve/trap/host/run_frames.h"
 #include "sve/trap/host/signal_frame.h"
@@ -111,6 +112,15 @@ void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
   run_handler(action, signal, info, frame, replaced || in_run);
 }
 
+// Whether the thread could not execute what is at its PC, to which a copied branch of ours has led it: it goes on at
+// the program's own word.
+bool go_back_to_copy(const siginfo_t& info, ucontext_t& frame) {
+  if (info.si_addr != frame_pc(frame) || emulated_frame() || own_registers().running) return false;
+  const unsigned char* const copy = mend_copied_branch(frame_pc(frame));
+  if (copy) frame.uc_mcontext.pc = reinterpret_cast<std::uintptr_t>(copy);
+  return copy != nullptr;
+}
+
 void pass_on(int signal, siginfo_t* info, ucontext_t& frame) {
   const signal_action action = application_action(signal);
   // The kernel has done its part of SA_RESETHAND. Without a handler here, another thread has just taken it away.
@@ -126,11 +136,9 @@ void quern_on_signal(int signal, siginfo_t* info, void* context) {
   auto& frame = *static_cast<ucontext_t*>(context);
   if (!is_trap(signal)) return pass_on(signal, info, frame);
   if (!is_sent(*info)) {
-    if (signal == SIGILL) {
-      if (emulate(frame)) return;
-      refuse(place_of(frame));
-    }
-    if (signal != SIGILL && recover_probe(frame)) return;
+    const bool is_done = signal == SIGILL ? emulate(frame) : recover_probe(frame);
+    if (is_done || go_back_to_copy(*info, frame)) return;
+    if (signal == SIGILL) refuse(place_of(frame));
   }
   pass_on_trap(signal, info, frame);
 }

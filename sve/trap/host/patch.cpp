@@ -131,11 +131,22 @@ const unsigned char* patch(unsigned char* pc) {
 }
 
 long move_memory(unsigned char* from, std::size_t bytes, std::size_t new_bytes, int flags, void* to) {
-  const kernel::blocked_signals blocked(all_signals);  // a handler might leave with the lock
-  const making_lock lock;                              // no place is patched anew meanwhile
+  const kernel::blocked_signals blocked(all_signals);  // as a handler might leave with the lock
+  const making_lock lock;                              // so that no place is patched anew meanwhile
   visit_codes_of(from, bytes, put_word_back);
   return kernel::call(SYS_mremap, kernel::argument(from), static_cast<long>(bytes), static_cast<long>(new_bytes), flags,
                       kernel::argument(to));
+}
+
+const unsigned char* mend_copied_branch(const unsigned char* pc) {
+  if (quern_patching_is_off) return nullptr;
+  const kernel::blocked_signals blocked(all_signals);
+  const making_lock lock;
+  const run_code* const code = lock.is_held() ? find_code_of_copy(pc) : nullptr;
+  if (!code) return nullptr;
+  unsigned char* const copy = copied_site(*code, pc);
+  const auto word = static_cast<aarch64::word>(code->literals[0].word);
+  return write_code_word(copy, word, find_mapping(copy)) ? copy : nullptr;
 }
 
 void forget_patching() { maker.store(0, std::memory_order_relaxed); }

@@ -25,6 +25,10 @@ const unsigned char* patch(unsigned char* pc);
 // Answers what the kernel does: an address, or a negated error number.
 long move_memory(unsigned char* from, std::size_t bytes, std::size_t new_bytes, int flags, void* to);
 
+// For a thread that has come to `pc`, where it can't go on: if it came there by a copy of one of our branches, which
+// leads astray, puts the program's own word there, and answers where. Else null.
+const unsigned char* mend_copied_branch(const unsigned char* pc);
+
 // In the child of a fork: no other thread is there that could be making code.
 void forget_patching();
 

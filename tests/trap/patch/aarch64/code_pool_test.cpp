@@ -22,12 +22,12 @@ constexpr aarch64::word add = 0x04250083, other = 0x04660083, ret = 0xD65F03C0, 
 
 void put_word(unsigned char* at, aarch64::word word) { std::memcpy(at, &word, sizeof word); }
 
-// Code that is none, of the most bytes, for an `add` in front of a `ret`, and the branch to it.
-void make_code_of(unsigned char* site, const code_room& room) {
+// Code that is none, of the most bytes, for a word in front of a `ret`, and the branch to it.
+void make_code_of(unsigned char* site, const code_room& room, aarch64::word word = add) {
   run_code code{};
   code.site = site;
   code.words = 1;
-  code.literals[0].word = add;
+  code.literals[0].word = word;
   code.behind = ret;
   code.entry = sizeof code;
   code.end = max_run_code_bytes;
@@ -161,6 +161,41 @@ TEST_F(CodePool, KnowsNoCodeInAPieceThatWasGivenBack) {
   put(sites, add);
   EXPECT_TRUE(has_room());
   EXPECT_EQ(find_code(entry), nullptr);
+}
+
+TEST_F(CodePool, FindsTheCodeOfACopiedBranch) {
+  const unsigned char* const site = sites_of_some_piece().front();
+  unsigned char copy[8]{};
+  std::memcpy(copy, site, sizeof copy);
+  aarch64::word branch;
+  std::memcpy(&branch, site, sizeof branch);
+  const unsigned char* const target = copy + aarch64::b_distance(branch);
+  const run_code* const code = find_code_of_copy(target);
+  ASSERT_NE(code, nullptr);
+  EXPECT_EQ(code->site, site);
+  EXPECT_EQ(copied_site(*code, target), copy);
+  put_word(copy, add);
+  EXPECT_EQ(find_code_of_copy(target), nullptr) << "there is no branch";
+  EXPECT_EQ(find_code_of_copy(code->at(code->entry)), nullptr) << "the site itself is no copy";
+}
+
+// Of two sites that are as far from each other as their codes, the branches are the same.
+TEST_F(CodePool, FindsNoCodeOfACopyThatMayBeOneOfTwo) {
+  put(sites_of_some_piece(), add);
+  unsigned char* const first = sites_of_some_piece().front() + page_bytes / 2;
+  for (const aarch64::word second_word : {add, other}) {
+    const code_room room = find_code_room(first);
+    ASSERT_NE(room.place, nullptr);
+    make_code_of(first, room);
+    const code_room next_room = find_code_room(first);
+    unsigned char* const second = first + (next_room.place - room.place);
+    make_code_of(second, next_room, second_word);
+    ASSERT_EQ(std::memcmp(first, second, sizeof(aarch64::word)), 0);
+    unsigned char copy[8]{};
+    std::memcpy(copy, first, sizeof copy);
+    const unsigned char* const target = copy + (room.place + sizeof(run_code) - first);
+    EXPECT_EQ(find_code_of_copy(target) != nullptr, second_word == add);
+  }
 }
 
 std::vector<const unsigned char*> visited;
