@@ -57,6 +57,7 @@ BEGIN {
   print "'\\\" t"
   printf ".TH %s %s \"\" \"quern %s\" \"quern\"\n", name, section, version
 }
+/^<!--.*-->$/ { next }
 /^```/ && fenced { fenced = 0; close_block(); next }
 /^```/ { fenced = 1; close_block(); block = "code"; print ".PP\n.RS 4\n.EX"; next }
 fenced { printed(escaped($0)); next }
