@@ -403,7 +403,6 @@ const unsigned char* inlined_thunk::follow_return(word w, const unsigned char* p
   constexpr word ret = 0xD65F03C0;
   const known_value to = known_[link];
   if (w != ret) return leave(pc);
-  if (to.is == kind::number) return reinterpret_cast<const unsigned char*>(to.number);
   if (to.is != kind::way_back) hot_.put(w);
   is_done_ = true;
   return nullptr;
@@ -411,10 +410,7 @@ const unsigned char* inlined_thunk::follow_return(word w, const unsigned char* p
 
 const unsigned char* inlined_thunk::follow_branch(word w, const unsigned char* pc) {
   const way_on way = way_on_of(w);
-  if (way.is_call) {
-    set(link, {kind::number, reinterpret_cast<std::uint64_t>(pc) + sizeof w});
-    return pc + way.distance;
-  }
+  if (way.is_call) return leave(pc);
   switch (way.to) {
     case way_on::kind::jump: return pc + way.distance;
     case way_on::kind::jump_and_next: return follow_condition(w, pc, way.distance);
@@ -423,10 +419,12 @@ const unsigned char* inlined_thunk::follow_branch(word w, const unsigned char* p
   }
 }
 
+// Functions are not copied: some must be where they are, as the probe of memory, whose load is known by its place.
 const unsigned char* inlined_thunk::step(const unsigned char* pc) {
   constexpr std::size_t room_to_leave = 32;
   const word w = word_at(pc);
   if (hot_.count + room_to_leave > max_hot_words || cold_.count + room_to_leave > max_cold_words) return leave(pc);
+  if (w == keeps_registers_word) return leave(pc);
   if (way_on_of(w).to != way_on::kind::next) return follow_branch(w, pc);
   return carry_out(w, pc) ? pc + sizeof w : leave(pc);
 }
