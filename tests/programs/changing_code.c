@@ -2,6 +2,7 @@
 // fork. What the process has mapped looks as it did before.
 #include <pthread.h>
 #include <sys/mman.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -37,6 +38,34 @@ static void check_written_code(void) {
     right = is_right(call(code), number) && is_right(call(code), number) && right;
   }
   check("written code", right);
+}
+
+// A piece of the program's own code is made writable, and one of its words is changed, the first or another one.
+static bool is_rewritten(uint32_t* code, size_t place, uint32_t word, uint64_t result, bool by_number) {
+  if (by_number) {
+    syscall(SYS_mprotect, code, CODE_BYTES, PROT_READ | PROT_WRITE);
+  } else {
+    mprotect(code, CODE_BYTES, PROT_READ | PROT_WRITE);
+  }
+  uint32_t words[8];
+  write_code(words, 12);
+  const bool right = ((volatile uint32_t*)code)[place] == words[place];
+  code[place] = word;
+  mprotect(code, CODE_BYTES, PROT_READ | PROT_EXEC);
+  __builtin___clear_cache((char*)code, (char*)code + CODE_BYTES);
+  return right && call(code) == result && call(code) == result;
+}
+
+static void check_rewritten_words(void) {
+  const uint32_t mov_13 = 0x25B8C1A0, ptrue_of_one = 0x2598E020;
+  bool right = true;
+  for (int by_number = 0; by_number != 2; ++by_number) {
+    unsigned char* const code = map_code(NULL, 12);
+    right = is_right(call(code), 12) && is_right(call(code), 12) && right;
+    right = is_rewritten((uint32_t*)code, 1, ptrue_of_one, 12, by_number) && right;
+    right = is_rewritten((uint32_t*)code, 0, mov_13, 13, by_number) && right;
+  }
+  check("rewritten words", right);
 }
 
 static void check_moved_code(void) {
@@ -136,6 +165,7 @@ static void check_mappings(void) {
 int main(void) {
   check_replaced_mappings();
   check_written_code();
+  check_rewritten_words();
   check_moved_code();
   check_threads();
   check_fork();

@@ -4,6 +4,7 @@
 #include <linux/memfd.h>
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 
@@ -28,6 +29,7 @@ struct code_piece {
   std::atomic<std::size_t> used;
   long process;  // that made it: in the child of a fork it is full, since it is shared with the parent
   bool is_kept;  // for good
+  std::atomic<const unsigned char*> lowest_site, highest_site;
 };
 
 constinit std::array<code_piece, max_pieces> pieces{};
@@ -76,6 +78,8 @@ bool fill(code_piece& piece, const unsigned char* site, long process) {
   piece.writable = writable;
   piece.process = process;
   piece.is_kept = false;
+  piece.lowest_site = reinterpret_cast<unsigned char*>(UINTPTR_MAX);
+  piece.highest_site = nullptr;
   piece.used.store(0, std::memory_order_relaxed);
   piece.place.store(place, std::memory_order_release);
   return true;
@@ -118,6 +122,12 @@ void release_dead_pieces() {
     unmap(place);
     unmap(piece.writable);
   }
+}
+
+// Whether some site of the piece may be among the bytes.
+bool is_about(const code_piece& piece, const unsigned char* begin, std::size_t bytes) {
+  return piece.place.load(std::memory_order_relaxed) && piece.lowest_site < begin + bytes &&
+         piece.highest_site >= begin;
 }
 
 // Whether the branch and the words behind it stand there, though some may be branches by now.
@@ -164,6 +174,9 @@ void take_code_room(const code_room& room, std::size_t bytes) {
   for (code_piece& piece : pieces) {
     const std::size_t used = piece.used.load(std::memory_order_relaxed);
     if (piece.place.load(std::memory_order_relaxed) + used != room.place) continue;
+    const unsigned char* const site = reinterpret_cast<run_code*>(room.writable)->site;
+    piece.lowest_site = std::min(piece.lowest_site.load(), site);
+    piece.highest_site = std::max(piece.highest_site.load(), site);
     piece.used.store(used + round_up(bytes), std::memory_order_release);
     return;
   }
@@ -194,9 +207,14 @@ const run_code* find_code_of_copy(const unsigned char* target) {
   return several ? nullptr : found;
 }
 
+bool may_have_codes_of(const unsigned char* begin, std::size_t bytes) {
+  return std::any_of(pieces.begin(), pieces.end(),
+                     [&](const code_piece& piece) { return is_about(piece, begin, bytes); });
+}
+
 void visit_codes_of(const unsigned char* begin, std::size_t bytes, void (*visit)(const run_code& code)) {
   for (code_piece& piece : pieces) {
-    if (!piece.place.load(std::memory_order_relaxed)) continue;
+    if (!is_about(piece, begin, bytes)) continue;
     any_code(piece, [&](const run_code& code) {
       if (code.site < begin || code.site >= begin + bytes || !has_site(code)) return false;
       piece.is_kept = true;

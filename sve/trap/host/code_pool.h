@@ -35,6 +35,9 @@ inline unsigned char* copied_site(const run_code& code, const unsigned char* tar
   return code.site + (target - code.at(code.entry));
 }
 
+// Whether there may be codes whose sites are among these bytes. Safe at any time.
+bool may_have_codes_of(const unsigned char* begin, std::size_t bytes);
+
 // Calls visit(code) for each code whose site is one of these bytes and branches to it. The code's memory is kept for
 // good, as threads may still be in it when the site is no longer. For one thread at a time.
 void visit_codes_of(const unsigned char* begin, std::size_t bytes, void (*visit)(const run_code& code));

@@ -1,17 +1,22 @@
-// mremap, by the C library's name and by syscall(): patched places may move with it.
+// mremap, mprotect and pkey_mprotect, by the C library's names and by syscall(): patched places may move by them, or
+// may be written afterwards.
 #include <sys/mman.h>
 
 #include <cstdarg>
 
 #include "sve/trap/host/export.h"
 #include "sve/trap/host/patch.h"
+#include "sve/trap/host/system_call.h"
 
 using namespace quern;
 
-extern "C" __attribute__((visibility("hidden"), used)) long quern_move_memory(long, void* from, std::size_t bytes,
-                                                                              std::size_t new_bytes, int flags,
-                                                                              void* to) {
-  const long result = move_memory(static_cast<unsigned char*>(from), bytes, new_bytes, flags, to);
+// Takes the arguments of syscall().
+extern "C" __attribute__((visibility("hidden"), used)) long quern_change_memory(long number, unsigned char* begin,
+                                                                                std::size_t bytes, long third,
+                                                                                long fourth, long fifth) {
+  const bool leaves_words = number != SYS_mremap && !(third & PROT_WRITE);
+  const long result = leaves_words ? kernel::call(number, kernel::argument(begin), long(bytes), third, fourth)
+                                   : call_with_own_words(number, begin, bytes, third, fourth, fifth);
   return result < 0 && result > -4096 ? result_of(static_cast<int>(-result)) : result;
 }
 
@@ -19,7 +24,17 @@ extern "C" __attribute__((visibility("hidden"), used)) long quern_move_memory(lo
 QUERN_EXPORT void* mremap(void* from, std::size_t bytes, std::size_t new_bytes, int flags, ...) noexcept {
   va_list rest;
   va_start(rest, flags);
-  void* const to = flags & MREMAP_FIXED ? va_arg(rest, void*) : nullptr;
+  const long to = flags & MREMAP_FIXED ? kernel::argument(va_arg(rest, void*)) : 0;
   va_end(rest);
-  return reinterpret_cast<void*>(quern_move_memory(0, from, bytes, new_bytes, flags, to));
+  auto* const begin = static_cast<unsigned char*>(from);
+  return reinterpret_cast<void*>(quern_change_memory(SYS_mremap, begin, bytes, long(new_bytes), flags, to));
+}
+
+QUERN_EXPORT int mprotect(void* begin, std::size_t bytes, int rights) noexcept {
+  return int(quern_change_memory(SYS_mprotect, static_cast<unsigned char*>(begin), bytes, rights, 0, 0));
+}
+
+QUERN_EXPORT int pkey_mprotect(void* begin, std::size_t bytes, int rights, int key) noexcept {
+  const long number = key == -1 ? SYS_mprotect : SYS_pkey_mprotect;
+  return int(quern_change_memory(number, static_cast<unsigned char*>(begin), bytes, rights, key, 0));
 }

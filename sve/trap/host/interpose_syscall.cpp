@@ -1,4 +1,4 @@
-// syscall(), by which a program changes its mask and actions and moves memory behind the C library's back, and prctl().
+// syscall(), by which a program changes its mask, its actions and its memory behind the C library's back, and prctl().
 // The calls that are this host's to answer go the way of the library's own functions; all others to the kernel as they
 // are.
 #include <errno.h>
@@ -11,8 +11,8 @@
 #include "sve/trap/host/thread_signals.h"
 
 // In assembly, since some calls (vfork) must not find a frame of ours on the stack. The numbers are those of
-// rt_sigaction, rt_sigprocmask, prctl, mremap and seccomp, and of prctl's options for seccomp and the vector length;
-// the functions for other calls than prctl take the arguments of syscall() as they stand.
+// rt_sigaction, rt_sigprocmask, prctl, mremap, mprotect, pkey_mprotect and seccomp, and of prctl's options for seccomp
+// and the vector length; the functions for other calls than prctl take the arguments of syscall() as they stand.
 asm(R"(
   // Under a filter of system calls no new place can be patched.
   .macro stop_patching
@@ -33,7 +33,11 @@ syscall:
   cmp x0, #167
   b.eq 1f
   cmp x0, #216
-  b.eq quern_move_memory
+  b.eq quern_change_memory
+  cmp x0, #226
+  b.eq quern_change_memory
+  cmp x0, #288
+  b.eq quern_change_memory
   cmp x0, #277
   b.eq 3f
 4:
@@ -87,7 +91,7 @@ prctl:
   .purgem stop_patching
 )");
 static_assert(SYS_rt_sigaction == 134 && SYS_rt_sigprocmask == 135 && SYS_prctl == 167);
-static_assert(SYS_mremap == 216 && SYS_seccomp == 277);
+static_assert(SYS_mremap == 216 && SYS_mprotect == 226 && SYS_pkey_mprotect == 288 && SYS_seccomp == 277);
 static_assert(PR_SET_SECCOMP == 22);
 static_assert(PR_SVE_SET_VL == 50 && PR_SVE_GET_VL == 51);
 

@@ -130,12 +130,15 @@ const unsigned char* patch(unsigned char* pc) {
   return nullptr;
 }
 
-long move_memory(unsigned char* from, std::size_t bytes, std::size_t new_bytes, int flags, void* to) {
+long call_with_own_words(long number, unsigned char* begin, std::size_t bytes, long third, long fourth, long fifth) {
+  const auto carry_out = [=] {
+    return kernel::call(number, kernel::argument(begin), static_cast<long>(bytes), third, fourth, fifth);
+  };
+  if (quern_patching_is_off || !may_have_codes_of(begin, bytes)) return carry_out();
   const kernel::blocked_signals blocked(all_signals);  // as a handler might leave with the lock
   const making_lock lock;                              // so that no place is patched anew meanwhile
-  visit_codes_of(from, bytes, put_word_back);
-  return kernel::call(SYS_mremap, kernel::argument(from), static_cast<long>(bytes), static_cast<long>(new_bytes), flags,
-                      kernel::argument(to));
+  visit_codes_of(begin, bytes, put_word_back);
+  return carry_out();
 }
 
 const unsigned char* mend_copied_branch(const unsigned char* pc) {

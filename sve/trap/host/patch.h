@@ -21,9 +21,10 @@ const unsigned char* patched_way(const unsigned char* pc);
 // memory is in reach, and in code that no file holds or that can be written, which a program may move or change.
 const unsigned char* patch(unsigned char* pc);
 
-// mremap. What is moved has the program's own words, as branches must not move; its places are patched anew afterwards.
-// Answers what the kernel does: an address, or a negated error number.
-long move_memory(unsigned char* from, std::size_t bytes, std::size_t new_bytes, int flags, void* to);
+// Carries out a system call that is about these bytes, by which they move, or may be written from then on: they have
+// the program's own words then, as branches must not move, and runs not have words that change. The places are patched
+// anew afterwards, but not while they may be written. Answers what the kernel does.
+long call_with_own_words(long number, unsigned char* begin, std::size_t bytes, long third, long fourth, long fifth);
 
 // For a thread that has come to `pc`, where it can't go on: if it came there by a copy of one of our branches, which
 // leads astray, puts the program's own word there, and answers where. Else null.

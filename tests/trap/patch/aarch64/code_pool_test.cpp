@@ -198,6 +198,16 @@ TEST_F(CodePool, FindsNoCodeOfACopyThatMayBeOneOfTwo) {
   }
 }
 
+TEST_F(CodePool, KnowsWhereNoSitesAre) {
+  const places sites = sites_of_some_piece();
+  EXPECT_TRUE(may_have_codes_of(sites.front(), 1));
+  EXPECT_TRUE(may_have_codes_of(sites.back() - page_bytes, 2 * page_bytes));
+  const unsigned char* const lowest = sites_of_.begin()->second.front();
+  const unsigned char elsewhere[8]{};
+  EXPECT_FALSE(may_have_codes_of(elsewhere, sizeof elsewhere));
+  EXPECT_FALSE(may_have_codes_of(nullptr, reinterpret_cast<std::uintptr_t>(lowest) / 2));
+}
+
 std::vector<const unsigned char*> visited;
 void note_visit(const run_code& code) { visited.push_back(code.site); }
 
