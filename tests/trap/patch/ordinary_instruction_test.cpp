@@ -25,7 +25,7 @@ struct counted {
 constexpr counted words[] = {
     {"incb x5", 0x0430E3E5, plus({5}, {5}, bytes)},
     {"incb x5, all, mul #16", 0x043FE3E5, plus({5}, {5}, 16 * bytes)},
-    {"decd x3, vl4, mul #3", 0x04F2E483, sub_x({3}, {3}, bytes / 8 < 4 ? 0 : 12)},
+    {"decd x3, vl4, mul #3", 0x04F2E483, bytes / 8 < 4 ? add_x({3}, {3}, 0) : sub_x({3}, {3}, 12)},
     {"cntw x7", 0x04A0E3E7, movz_x({7}, bytes / 4)},
     {"cnth x30, all, mul #16", 0x046FE3FE, movz_x({30}, 8 * bytes)},
     {"addvl sp, sp, #-1", 0x043F57FF, sub_x(sp, sp, bytes)},
