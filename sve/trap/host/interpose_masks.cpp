@@ -7,6 +7,7 @@
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/next.h"
 #include "sve/trap/host/thread_signals.h"
+#include "sve/trap/host/waiting_set.h"
 
 namespace quern {
 namespace {
@@ -28,30 +29,15 @@ int change_one(int how, int signal) {
   return result_of(change_application_mask(how, &set, nullptr));
 }
 
-// What is held while a call waits with a mask of its own.
-class held_meanwhile {
- public:
-  explicit held_meanwhile(signal_set set) : before_(held_signals()), released_(hold_and_release(set)) {}
-  ~held_meanwhile() { hold_signals(before_); }
-  held_meanwhile(const held_meanwhile&) = delete;
-  held_meanwhile& operator=(const held_meanwhile&) = delete;
-  bool released() const { return released_; }
-
- private:
-  const signal_set before_;
-  const bool released_;
-};
-
 // Calls wait(mask for the kernel); at once interrupted if the mask lets a waiting signal go.
 template <typename Wait>
 int wait_with_mask(const sigset_t* mask, Wait wait) {
   if (!mask) return wait(nullptr);
-  const signal_set wanted = from_sigset(*mask);
-  const held_meanwhile held(wanted);
-  if (held.released()) return result_of(EINTR);
-  sigset_t kernel_mask{};
-  to_sigset(wanted & ~never_blocked, kernel_mask);
-  return wait(&kernel_mask);
+  return wait_with_set(from_sigset(*mask), [&](const signal_set& kernel_set) {
+    sigset_t kernel_mask{};
+    to_sigset(kernel_set, kernel_mask);
+    return wait(&kernel_mask);
+  });
 }
 
 int suspend(signal_set mask) {

@@ -5,14 +5,19 @@
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 
+#include <cstring>
+
 #include "sve/trap/host/export.h"
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/own_actions.h"
+#include "sve/trap/host/system_call.h"
 #include "sve/trap/host/thread_signals.h"
+#include "sve/trap/host/waiting_set.h"
 
 // In assembly, since some calls (vfork) must not find a frame of ours on the stack. The numbers are those of
-// rt_sigaction, rt_sigprocmask, prctl, mremap, mprotect, pkey_mprotect and seccomp, and of prctl's options for seccomp
-// and the vector length; the functions for other calls than prctl take the arguments of syscall() as they stand.
+// rt_sigaction, rt_sigprocmask, the calls that wait with a mask, prctl, mremap, mprotect, pkey_mprotect and seccomp,
+// and of prctl's options for seccomp and the vector length; the functions for other calls than prctl take the arguments
+// of syscall() as they stand.
 asm(R"(
   // Under a filter of system calls no new place can be patched.
   .macro stop_patching
@@ -30,6 +35,16 @@ syscall:
   b.eq quern_change_action
   cmp x0, #135
   b.eq quern_change_mask
+  cmp x0, #22
+  b.eq quern_wait
+  cmp x0, #72
+  b.eq quern_wait
+  cmp x0, #73
+  b.eq quern_wait
+  cmp x0, #133
+  b.eq quern_wait
+  cmp x0, #441
+  b.eq quern_wait
   cmp x0, #167
   b.eq 1f
   cmp x0, #216
@@ -92,6 +107,7 @@ prctl:
 )");
 static_assert(SYS_rt_sigaction == 134 && SYS_rt_sigprocmask == 135 && SYS_prctl == 167);
 static_assert(SYS_mremap == 216 && SYS_mprotect == 226 && SYS_pkey_mprotect == 288 && SYS_seccomp == 277);
+static_assert(SYS_epoll_pwait == 22 && SYS_pselect6 == 72 && SYS_ppoll == 73 && SYS_rt_sigsuspend == 133);
 static_assert(PR_SET_SECCOMP == 22);
 static_assert(PR_SVE_SET_VL == 50 && PR_SVE_GET_VL == 51);
 
@@ -103,6 +119,30 @@ HIDDEN long quern_system_call_failed(long negated_error) { return result_of(stat
 
 HIDDEN long quern_change_mask(long, int how, const signal_set* set, signal_set* old, std::size_t size) {
   return result_of(size != sizeof *set ? EINVAL : change_application_mask(how, set, old));
+}
+
+// The mask is the first argument of rt_sigsuspend, and the fourth or fifth of the others; but pselect6 has it in a
+// record with its size, which is the sixth.
+HIDDEN long quern_wait(long number, long a, long b, long c, long d, long e, long f) {
+  struct {
+    long set;
+    std::size_t size;
+  } record{};
+  const bool has_record = number == SYS_pselect6 && f;
+  if (has_record) {
+    std::memcpy(&record, reinterpret_cast<void*>(f), sizeof record);
+    f = kernel::argument(&record);
+  }
+  long& set = number == SYS_pselect6 ? record.set : number == SYS_rt_sigsuspend ? a : number == SYS_ppoll ? d : e;
+  const auto carry_out = [&] {
+    const long result = kernel::call(number, a, b, c, d, e, f);
+    return result < 0 ? result_of(static_cast<int>(-result)) : result;
+  };
+  if (!set) return carry_out();
+  return wait_with_set(*reinterpret_cast<const signal_set*>(set), [&](const signal_set& kernel_set) {
+    set = kernel::argument(&kernel_set);
+    return carry_out();
+  });
 }
 
 HIDDEN long quern_change_action(long, int signal, const kernel::sigaction_record* action, kernel::sigaction_record* old,
