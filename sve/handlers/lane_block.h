@@ -62,6 +62,20 @@ inline bool all_active(const unsigned char* predicate) {
   return (~(common[0][0] & common[0][1]) & ones_apiece<T>) == 0;
 }
 
+// The bytes of as many blocks as have all active lanes of T.
+template <class T>
+inline std::size_t active_blocks(const unsigned char* predicate) {
+  std::size_t bytes = VL_BYTES;
+  for (; bytes != 0; bytes -= block_bytes) {
+    const lane_block last(predicate + bytes - block_bytes);
+    doubles any = lane<doubles>(last.bytes, 0);
+#pragma GCC unroll 4
+    for (std::size_t i = 1; i < block_lanes<doubles>; ++i) any |= lane<doubles>(last.bytes, i);
+    if (((any[0] | any[1]) & ones_apiece<T>) != 0) break;
+  }
+  return bytes;
+}
+
 // Lane i is op(source's lane i...).
 template <class T, class Op, class... Block>
 inline lane_block map_block(Op op, const Block&... source) {
@@ -85,6 +99,13 @@ template <class Map, class... Source>
 inline void each_block(Map map, unsigned char* d, const Source*... source) {
 #pragma GCC unroll 4
   for (std::size_t b = 0; b != VL_BYTES; b += block_bytes) map(lane_block(source + b)...).copy_to(d + b);
+}
+
+// The same for the first `bytes` bytes alone, a multiple of a block's. Not unrolled.
+template <class Map, class... Source>
+inline void each_block_until(std::size_t bytes, Map map, unsigned char* d, const Source*... source) {
+#pragma GCC unroll 1
+  for (std::size_t b = 0; b != bytes; b += block_bytes) map(lane_block(source + b)...).copy_to(d + b);
 }
 
 }  // namespace quern

@@ -1,8 +1,5 @@
-// The exponential accelerator, and its tables of powers of two.
+// The exponential accelerator's tables of powers of two.
 #include "sve/arith/float/exponential.h"
-
-#include <array>
-#include <cstddef>
 
 using namespace quern;
 
@@ -31,15 +28,12 @@ constexpr fixed_63 power_of_two(std::size_t i, int index_bits) {
 }
 
 template <float_bits T>
-constexpr int index_bits = sizeof(T) == 2 ? 5 : 6;
-
-// The fraction fields of 2^(i/n), rounded to nearest.
-template <float_bits T>
 constexpr auto fractions = [] {
-  std::array<mantissa<T>, 1 << index_bits<T>> table{};
+  constexpr int index_bits = powers_of_two<T>::index_bits;
+  std::array<mantissa<T>, 1 << index_bits> table{};
   constexpr int dropped = 63 - float_format<T>::fraction_bits;
   for (std::size_t i = 0; i != table.size(); ++i) {
-    const fixed_63 above_one = power_of_two(i, index_bits<T>) - one;
+    const fixed_63 above_one = power_of_two(i, index_bits) - one;
     table[i] = static_cast<mantissa<T>>((above_one + (fixed_63{1} << (dropped - 1))) >> dropped);
   }
   return table;
@@ -55,12 +49,8 @@ static_assert(fractions<std::uint64_t>[63] == 0xFA7C1819E90D8);
 }  // namespace
 
 template <float_bits T>
-T FPEXPA(T a) {
-  const std::size_t i = a & (fractions<T>.size() - 1);
-  const int exp = static_cast<int>(a >> index_bits<T>) & float_format<T>::top_exponent;
-  return pack<T>(0, exp, fractions<T>[i]);
-}
+const std::array<mantissa<T>, 1 << powers_of_two<T>::index_bits> powers_of_two<T>::fractions = ::fractions<T>;
 
-template std::uint16_t FPEXPA(std::uint16_t);
-template std::uint32_t FPEXPA(std::uint32_t);
-template std::uint64_t FPEXPA(std::uint64_t);
+template struct quern::powers_of_two<std::uint16_t>;
+template struct quern::powers_of_two<std::uint32_t>;
+template struct quern::powers_of_two<std::uint64_t>;

@@ -150,16 +150,34 @@ inline void load_in_page(unsigned char* z, const unsigned char* pg, std::uint64_
   }
 }
 
+// The active ones among the lanes that a word of the predicate governs, from lane i on.
+template <class T, class U>
+inline void store_word(unsigned char* z, std::uint64_t word, unsigned char* elements, std::size_t i) {
+  if ((word & ones_apiece<U>) == 0) return;
+#pragma GCC unroll 8
+  for (std::size_t k = 0; k != 8 / sizeof(U); ++k)
+    if ((word >> (8 * sizeof(U) * k) & 1) != 0) move_element<MEM_STORE, T, U>(z, i + k, elements, i + k);
+}
+
+// By words of the predicate, so many at once: most have either no active lane, or nothing but.
 template <class T, class U>
 inline void store_in_page(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
   auto* const elements = reinterpret_cast<unsigned char*>(address);
-  constexpr std::size_t lanes_in_word = 8 / sizeof(U);
-  for (std::size_t i = 0; i != lane_count<U>; i += lanes_in_word) {
-    const std::uint64_t word = lane<std::uint64_t>(pg, i / lanes_in_word) & ones_apiece<U>;
-    if (word == 0) continue;
-#pragma GCC unroll 8
-    for (std::size_t k = 0; k != lanes_in_word; ++k)
-      if ((word >> (8 * sizeof(U) * k) & 1) != 0) move_element<MEM_STORE, T, U>(z, i + k, elements, i + k);
+  constexpr std::size_t at_once = std::min<std::size_t>(4, predicate_words);
+  for (std::size_t j = 0; j != predicate_words; j += at_once) {
+    std::uint64_t any = 0, common = ~std::uint64_t{0};
+#pragma GCC unroll 4
+    for (std::size_t k = 0; k != at_once; ++k) {
+      any |= lane<std::uint64_t>(pg, j + k);
+      common &= lane<std::uint64_t>(pg, j + k);
+    }
+    if ((any & ones_apiece<U>) == 0) continue;
+    if (sizeof(T) == sizeof(U) && (~common & ones_apiece<U>) == 0) {
+      for (std::size_t g = j / 2; g != (j + at_once) / 2; ++g, settle()) set_lane(elements, g, lane<doubles>(z, g));
+      continue;
+    }
+    for (std::size_t k = j; k != j + at_once; ++k)
+      store_word<T, U>(z, lane<std::uint64_t>(pg, k), elements, k * (8 / sizeof(U)));
   }
 }
 

@@ -52,8 +52,25 @@ inline VecV merge_in_software(Op op, CpuContext& ctx, const VecV& inactive, cons
   return merge_active_lanes<T>([&](auto... lanes) { return op(fp, lanes...); }, ctx, inactive, pg, operands...);
 }
 
-// The same on the host's unit if it can. There a lane that is not active computes what the first active one does, and
-// so raises nothing of its own.
+// Lane i is plain(operands' lane i...), bits alone, or that of `inactive`. For what the host's unit has no instruction
+// for: plain answers in `is_special` if it does not hold for a lane, and then all are left to the software's unit.
+template <class T, class Plain, class Op, class... Operands>
+inline VecV merge_plain_lanes(Plain plain, Op op, CpuContext& ctx, const VecV& inactive, const PredV& pg,
+                              const Operands&... operands) {
+  T special = 0;
+  const auto noted = [&](auto... lanes) {
+    bool is_special = false;
+    const T value = plain(is_special, lanes...);
+    special = static_cast<T>(special | T{is_special});
+    return value;
+  };
+  const VecV result = merge_lanes<T>(noted, ctx, inactive, pg, operands...);
+  if (vector_bytes(ctx) == VL_BYTES && special == 0) return result;
+  return merge_in_software<T>(op, ctx, inactive, pg, operands...);
+}
+
+// merge_in_software() on the host's unit if it can. There a lane that is not active computes what the first active one
+// does, and so raises nothing of its own.
 template <class T, class Op, class... Operands>
 inline VecV merge_float_lanes(Op op, CpuContext& ctx, const VecV& inactive, const PredV& pg,
                               const Operands&... operands) {

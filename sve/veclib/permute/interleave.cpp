@@ -49,8 +49,19 @@ constexpr auto Zip1PP = on_predicates(Zip1VV);
 constexpr auto Zip2PP = on_predicates(Zip2VV);
 constexpr auto Uzp1PP = on_predicates(Uzp1VV);
 constexpr auto Uzp2PP = on_predicates(Uzp2VV);
-constexpr auto Trn1PP = on_predicates(Trn1VV);
-constexpr auto Trn2PP = on_predicates(Trn2VV);
+
+// Elements of packed predicates are fields of as many bits as T has bytes.
+template <bool Odd>
+constexpr auto transpose_fields = []<class T>(T, const CpuContext& ctx, const PredV& pn, const PredV& pm) {
+  constexpr std::uint64_t even = lowest_bits<T> / ((1u << sizeof(T)) + 1) * group_bits<T>;
+  const auto in_turn = [](std::uint64_t n, std::uint64_t m) {
+    if (Odd) return (n >> sizeof(T) & even) | (m & even << sizeof(T));
+    return (n & even) | (m & even) << sizeof(T);
+  };
+  return within(map_words(in_turn, pn, pm), ctx);
+};
+constexpr auto Trn1PP = transpose_fields<false>;
+constexpr auto Trn2PP = transpose_fields<true>;
 
 }  // namespace
 }  // namespace quern::veclib
