@@ -140,7 +140,10 @@ void print_json(const code_report& report) {
 class checker {
  public:
   explicit checker(const check_options& options)
-      : options_(options), root_(options.root.value_or(needs_emulator ? library_root() : "")) {}
+      : options_(options), root_(options.root.value_or(needs_emulator ? library_root() : "")) {
+    if (options.root && !fs::is_directory(root_))
+      throw user_error{fmt::format("--sysroot: there is no folder {}", *options.root), status_usage};
+  }
 
   // Whether quern emulates all that there is, and all is there.
   bool check(const std::string& name) {

@@ -114,9 +114,10 @@ fs::path find_program(const std::string& name) {
                          : fmt::format("there is no program '{}' in PATH (for one in this folder, ./{})", name, name),
                      status_not_found};
   std::error_code error;
-  throw user_error{fs::is_directory(path, error) ? fmt::format("{} is a folder, not a program", path.string())
-                                                 : fmt::format("{} may not be executed (see chmod +x)", path.string()),
-                   status_not_executable};
+  const char* const why = fs::is_directory(path, error)       ? "is a folder, not a program"
+                          : !fs::is_regular_file(path, error) ? "is no file that can be a program"
+                                                              : "may not be executed (see chmod +x)";
+  throw user_error{fmt::format("{} {}", path.string(), why), status_not_executable};
 }
 
 linkage check_program(const fs::path& program) {

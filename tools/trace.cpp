@@ -1,4 +1,5 @@
 // quern trace: the commands that read trace files.
+#include <fmt/core.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/printable.h"
 #include "tools/progress_bar.h"
 #include "tools/trace_commands.h"
 #include "utils/trace_reader.h"
@@ -27,9 +29,10 @@ struct trace_options {
   std::string plot_folder;
 };
 
-// What a command does beside reading, as far as its progress is concerned.
+// What a command does beside reading, as far as its progress is concerned, and what it tells of the file.
 enum class reading {
-  once,            // the walk through the chunks suffices
+  once,            // the walk through the chunks suffices; it tells itself if the file is cut
+  judging,         // it prints what is wrong with the file when it has read all
   then_printing,   // it prints when it has read all
   while_printing,  // a terminal shows its progress by what it prints
 };
@@ -42,6 +45,9 @@ void read_trace(const std::string& path, reading how, Action action) {
   try {
     trace_reader reader(path, [&bar](unsigned pass, double done) { bar.show(pass, done); });
     action(reader);
+    std::fflush(stdout);
+    const bool tells_itself = how == reading::once || how == reading::judging;
+    if (reader.is_cut() && !tells_itself) fmt::print(stderr, "quern: {} is cut: it was longer once\n", printable(path));
   } catch (const trace_error& error) {
     throw user_error{error.message};
   }
@@ -94,7 +100,7 @@ void add_stats_options(CLI::App* command, const std::shared_ptr<trace_options>& 
                          {"region", stats_key::region}});
   add_choice<stats_format>(command, "--format", options->stats.format, "text, csv or json (text)",
                            {{"text", stats_format::text}, {"csv", stats_format::csv}, {"json", stats_format::json}});
-  command->add_option("--top", options->stats.top, "So many rows, those with most records (20)")->type_name("NUMBER");
+  add_number_option(*command, "--top", options->stats.top, "So many rows, those with most records (20)");
   add_array_option(*command, options->stats.arrays);
   add_filter_options(*command, options->filter);
   command->footer(std::string(stats_footer) + array_footer);
@@ -168,7 +174,7 @@ void add_trace_command(CLI::App& app, int& status) {
       ->take_all();
   add_choice<bool>(cache, "--by", options->cache.by_array, "place or array (place): what a row is for",
                    {{"place", false}, {"array", true}});
-  cache->add_option("--top", options->cache.top, "So many rows, those with most misses (20)")->type_name("NUMBER");
+  add_number_option(*cache, "--top", options->cache.top, "So many rows, those with most misses (20)");
   add_array_option(*cache, options->cache.arrays);
   add_filter_options(*cache, options->filter);
   cache->footer(
@@ -188,7 +194,7 @@ void add_trace_command(CLI::App& app, int& status) {
       "footprint.svg, strides.svg, reuse.svg and places.svg. Files of the same names are overwritten.");
 
   CLI::App* const check =
-      add_reading_command(trace, "check", "Check that a trace is whole and in order", reading::then_printing, options,
+      add_reading_command(trace, "check", "Check that a trace is whole and in order", reading::judging, options,
                           [&status](trace_reader& reader, const trace_options& given) {
                             if (!check_trace(reader, given.filter)) status = 1;
                           });

@@ -1,7 +1,6 @@
 // quern trace dump: the records of a trace, for people and for programs.
 #include <fmt/core.h>
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "tools/trace_commands.h"
@@ -99,8 +98,6 @@ void dump_trace(trace_reader& reader, const trace_filter& filter, const dump_opt
   while (const std::optional<trace_record> record = records.next())
     fmt::print("{}\n", options.elements ? entry.line_with_elements(*record, records.elements_of(*record))
                                         : entry.line(*record));
-  std::fflush(stdout);
-  if (reader.is_cut()) fmt::print(stderr, "quern: the trace is cut: the file was longer once\n");
 }
 
 }  // namespace quern

@@ -3,8 +3,6 @@
 
 #include <charconv>
 
-#include "tools/user_error.h"
-
 namespace quern {
 namespace {
 
@@ -38,10 +36,10 @@ std::optional<std::uint64_t> parse_number(std::string_view text) {
 }
 
 void add_group_filter_options(CLI::App& command, trace_filter& filter) {
-  command.add_option("--thread", filter.thread, "Only this thread's records")->type_name("NUMBER");
+  add_number_option(command, "--thread", filter.thread, "Only this thread's records");
   add_range_option(command, "--pc", filter.pcs, "Only those of the instructions at these addresses");
   command.add_option("--symbol", filter.symbol, "Only those of the function of this name")->type_name("NAME");
-  command.add_option("--region", filter.region, "Only this region of interest; the first is 1")->type_name("NUMBER");
+  add_number_option(command, "--region", filter.region, "Only this region of interest; the first is 1");
 }
 
 void add_filter_options(CLI::App& command, trace_filter& filter) {
@@ -54,7 +52,7 @@ void add_filter_options(CLI::App& command, trace_filter& filter) {
       ->check(CLI::IsMember({"load", "store"}))
       ->type_name("KIND");
   add_range_option(command, "--address", filter.addresses, "Only accesses to these addresses");
-  command.add_option("--limit", filter.limit, "Only so many records, the first ones")->type_name("NUMBER");
+  add_number_option(command, "--limit", filter.limit, "Only so many records, the first ones");
 }
 
 std::uint64_t region_count::region_of(const trace_record& record) {

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "tools/code_names.h"
+#include "tools/user_error.h"
 #include "utils/trace_reader.h"
 
 namespace quern {
@@ -19,15 +20,25 @@ struct number_range {
 };
 
 struct trace_filter {
-  std::optional<std::uint32_t> thread;
   std::optional<trace_kind> kind;
   std::optional<number_range> addresses, pcs;
   std::optional<std::string> symbol;
-  std::optional<std::uint64_t> region, limit;
+  std::optional<std::uint64_t> thread, region, limit;
 };
 
 // Of a decimal or, behind 0x, a hexadecimal text; nothing if it is none.
 std::optional<std::uint64_t> parse_number(std::string_view text);
+
+// Adds an option whose value is such a number. (CLI11 takes "-1" for the greatest.)
+template <class Number>
+void add_number_option(CLI::App& command, const std::string& name, Number& number, const std::string& what) {
+  const auto take = [name, &number](const std::string& text) {
+    const std::optional<std::uint64_t> value = parse_number(text);
+    if (!value) throw user_error{name + ": '" + text + "' is no number", status_usage};
+    number = *value;
+  };
+  command.add_option_function<std::string>(name, take, what)->type_name("NUMBER");
+}
 
 // Adds the options --thread, --kind, --address, --pc, --symbol, --region and --limit to a command.
 void add_filter_options(CLI::App& command, trace_filter& filter);

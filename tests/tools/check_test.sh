@@ -141,6 +141,8 @@ libmiddle.so, which needing needs, is not found (see --sysroot)' check --sysroot
 expect 126 'quern: code.s is not a program (no ELF file)' check code.s
 expect 126 'quern: code.o is not a program, but an object file' check code.o
 expect 127 'quern: there is no program ./absent' check ./absent
+expect 126 'quern: /dev/null is no file that can be a program' check /dev/null
+expect 2 'quern: --sysroot: there is no folder absent' check --sysroot absent plain
 expect 2 'quern: PROGRAM is required (see quern check --help)' check
 head -c 200 static >cut
 expect 126 'quern: cut is cut short: it ends before what its headers tell of; copy or link it again' check cut

@@ -72,6 +72,12 @@ for range in 0x 5-4 1-2-3 -1 x; do
     trace dump --address="$range" small
 done
 
+for option in --thread --region --limit --top; do
+  for number in -1 x 1x 0x 18446744073709551616; do
+    expect 2 "quern: $option: '$number' is no number" trace stats $option="$number" small
+  done
+done
+
 # The one record of 256 bytes is a whole vector, or is not.
 bits=$("${quern[@]}" --version | sed -n 's/.*(\([0-9]*\)-bit.*/\1/p')
 full=$([ "$bits" = 2048 ] && echo 1 || echo 0)
@@ -248,7 +254,11 @@ cp small cut && truncate -s -1 cut
 truncate -s "$((second + 47))" cut
 expect 0 "     count   thread kind    group   size address            pc
          0 $t start
-quern: the trace is cut: the file was longer once" trace dump cut
+quern: cut is cut: it was longer once" trace dump cut
+for command in stats cache export; do
+  "${quern[@]}" trace $command cut 2>&1 >/dev/null | grep -qx 'quern: cut is cut: it was longer once' || fail "$command: a cut file"
+done
+"${quern[@]}" trace diff small cut 2>&1 >/dev/null | grep -qx 'quern: cut is cut: it was longer once' || fail 'diff: a cut file'
 truncate -s 100 cut
 expect 0 "file           100 bytes, cut: it was longer once
 records        0
