@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "tools/elf_image.h"
+#include "tools/host_setup.h"
 #include "tools/program_file.h"
 
 namespace quern {
@@ -37,7 +38,10 @@ struct dynamic_section {
     if (table == entries.end()) return;
     const std::string_view names = from_address(image, table->d_un.d_ptr);
     for (const Elf64_Dyn& entry : entries) {
-      const auto text = [&] { return std::string(names.substr(std::min(entry.d_un.d_val, names.size())).data()); };
+      const auto text = [&] {
+        const std::string_view rest = names.substr(std::min(entry.d_un.d_val, names.size()));
+        return std::string(rest.substr(0, rest.find('\0')));
+      };
       if (entry.d_tag == DT_NEEDED) needed.push_back(text());
       if (entry.d_tag == DT_RPATH) rpath = text();
       if (entry.d_tag == DT_RUNPATH) runpath = text();
@@ -62,7 +66,7 @@ folder_list folders_of(const std::string& list, const fs::path& file) {
     std::string folder = list.substr(from, to - from);
     for (const std::string_view origin : {"${ORIGIN}", "$ORIGIN"})
       for (std::size_t at = 0; (at = folder.find(origin, at)) != std::string::npos;)
-        folder.replace(at, origin.size(), fs::absolute(file).parent_path().string());
+        folder.replace(at, origin.size(), absolute_path(file).parent_path().string());
     folders.push_back(std::move(folder));
     from = to + 1;
   }

@@ -137,6 +137,12 @@ libmiddle.so, which needing needs, is not found (see --sysroot)' check --sysroot
 [ "$("${quern[@]}" check --format jsonl --sysroot wrong needing | tail -1)" = \
   '{"file":"libmiddle.so","needed_by":"needing","missing":true}' ] || fail 'a missing library in JSON'
 
+# A dynamic section whose names lie nowhere: d_val of DT_STRTAB (5) made enormous. What it needs has no name then.
+at=$(LC_ALL=C grep -obUaP '\x05\0{7}.{8}\x06\0{7}' needing | head -1 | cut -d: -f1)
+printf '\377\377\377\377\377\377\377\377' | dd of=needing bs=1 seek=$((at + 8)) conv=notrunc status=none
+status=0 && "${quern[@]}" check needing >printed 2>&1 || status=$?
+[ $status = 1 ] && grep -qx ', which needing needs, is not found (see --sysroot)' printed || fail "no names: status $status, $(<printed)"
+
 # Files that are no programs, and command lines that make no sense.
 expect 126 'quern: code.s is not a program (no ELF file)' check code.s
 expect 126 'quern: code.o is not a program, but an object file' check code.o

@@ -82,6 +82,8 @@ TEST_F(DamagedTraces, EveryCommandGivesAResultOrALine) {
   some.region = 1;
   some.addresses = number_range{0x10000, 0x20000};
   const fs::path plots = folder / "plots";
+  cache_options by_array;
+  by_array.by_array = true;
   const std::function<void(trace_reader&)> commands[] = {
       [](trace_reader& reader) { print_trace_info(reader); },
       [](trace_reader& reader) { print_trace_modules(reader.modules()); },
@@ -94,6 +96,7 @@ TEST_F(DamagedTraces, EveryCommandGivesAResultOrALine) {
       },
       [&](trace_reader& reader) { export_trace(reader, all, export_format::din); },
       [&](trace_reader& reader) { print_trace_cache(reader, all, {}); },
+      [&](trace_reader& reader) { print_trace_cache(reader, all, by_array); },
       [&](trace_reader& reader) { plot_trace(reader, all, plots.string()); },
       [&](trace_reader& reader) { check_trace(reader, all); },
   };
