@@ -38,11 +38,17 @@ aarch64_decode_rc governed(Op op, cpu_state* state, aarch64_p_reg pd, aarch64_p_
     return governed(op{}, state, pd, pg, pn, pm);                                                             \
   }
 GOVERNED(and, std::bit_and<int>)
-GOVERNED(orr, std::bit_or<int>)
 GOVERNED(eor, std::bit_xor<int>)
 GOVERNED(bic, and_not)
 GOVERNED(nor, both_zero)
 #undef GOVERNED
+
+// With one source in all places it is the predicates' MOV, which compilers use much, and needs that source once.
+aarch64_decode_rc sve_orr_pppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn,
+                               aarch64_p_reg pm) {
+  if (pg.num == pn.num && pn.num == pm.num) return governed(std::identity{}, state, pd, pg, pn);
+  return governed(std::bit_or<int>{}, state, pd, pg, pn, pm);
+}
 
 aarch64_decode_rc sve_not_ppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn) {
   return governed(bit_0_clear{}, state, pd, pg, pn);

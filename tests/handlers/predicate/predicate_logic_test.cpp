@@ -45,6 +45,19 @@ TEST(PredicateLogic, AgreesWithItsByteOperationAndOnlyZeroingClearsInactiveLanes
           [&](cpu_state& s, std::uint32_t, registers r) { define_logic(s, r, c.op, qualifier == p_zeroing); });
 }
 
+TEST(PredicateLogic, OrOfOnePredicateInAllPlacesMovesItsActiveBytesWhole) {
+  for (const std::uint32_t qualifier : every_qualifier)
+    expect_agreement(
+        "mov",
+        [&](cpu_state* s, std::uint32_t, registers r) {
+          return sve_orr_pppp(s, p_reg(r.d, size_b), p_reg(r.n, qualifier), p_reg(r.n, size_b), p_reg(r.n, size_b));
+        },
+        [&](cpu_state& s, std::uint32_t, registers r) {
+          define_logic(
+              s, {.d = r.d, .g = r.n, .n = r.n, .m = r.n}, [](int n, int m) { return n | m; }, qualifier == p_zeroing);
+        });
+}
+
 TEST(PredicateLogic, SelectCopiesWholeBytesOfOneOrTheOther) {
   expect_agreement(
       "sel",
