@@ -19,6 +19,14 @@ inline void each_lane(Op op, unsigned char* d, const Source*... source) {
   each_block([=](const auto&... block) { return map_block<T>(op, block...); }, d, source...);
 }
 
+// The same, unrolled no further than a block. For floating point, whose operations take so long that the loop's own
+// instructions don't count, while a processor emulator makes far more code of them than stays in a cache.
+template <class T, class Op, class... Source>
+inline void each_lane_in_turn(Op op, unsigned char* d, const Source*... source) {
+  each_block_until(
+      VL_BYTES, [=](const auto&... block) { return map_block<T>(op, block...); }, d, source...);
+}
+
 // All groups of d are one, and all its lanes one number.
 template <lane_group T>
 inline void fill_groups(unsigned char* d, T group) {
@@ -58,7 +66,7 @@ inline void pass_over_lanes(Op op, unsigned char* d, const unsigned char* pg, co
 // host may have to save those that are written.
 template <lane_group T, class Op, class... Source>
 inline void merge_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
-  if (all_active<lane_of<T>>(pg)) return each_lane<T>(op, d, source...);
+  if (all_active<lane_of<T>>(pg)) return each_lane_in_turn<T>(op, d, source...);
   const auto merged = [=](const lane_block& predicate, const lane_block& old, const auto&... block) {
     const lane_block active = active_masks<T>(predicate);
     return map_block<T>([](T mask, T x, T kept) { return select(mask, x, kept); }, active,
@@ -76,7 +84,7 @@ inline void zero_lanes(Op op, unsigned char* d, const unsigned char* pg, const S
 // The same on groups of floating-point lanes, of which op sees 1.0 where they are inactive.
 template <lane_group T, class Op, class... Source>
 inline void zero_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
-  if (all_active<lane_of<T>>(pg)) return each_lane<T>(op, d, source...);
+  if (all_active<lane_of<T>>(pg)) return each_lane_in_turn<T>(op, d, source...);
   each_block(
       [=](const lane_block& predicate, const auto&... block) {
         const lane_block active = active_masks<T>(predicate);

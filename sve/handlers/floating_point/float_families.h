@@ -25,7 +25,7 @@ template <class Op>
 inline aarch64_decode_rc float_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, Op op) {
   host_fp fp(*state);
   float_types::by_size(zd.size, [&]<class T>(T) {
-    each_lane<T>([&](T n) { return op(fp, n); }, bytes_of(state, zd), bytes_of(state, zn));
+    each_lane_in_turn<T>([&](T n) { return op(fp, n); }, bytes_of(state, zd), bytes_of(state, zn));
   });
   return DECODE_OK;
 }
@@ -34,7 +34,11 @@ inline aarch64_decode_rc float_zz(cpu_state* state, aarch64_z_reg zd, aarch64_z_
 template <class Op>
 inline aarch64_decode_rc float_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm, Op op) {
   host_fp fp(*state);
-  return each_zzz<float_types>(state, zd, zn, zm, [&](auto n, auto m) { return op(fp, n, m); });
+  float_types::by_size(zd.size, [&]<class T>(T) {
+    each_lane_in_turn<T>([&](T n, T m) { return op(fp, n, m); }, bytes_of(state, zd), bytes_of(state, zn),
+                         bytes_of(state, zm));
+  });
+  return DECODE_OK;
 }
 
 // Zd = op(fp, Zn), active lanes. Types may be one type, for a handler whose lanes have that size whatever the code.
