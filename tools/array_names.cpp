@@ -2,6 +2,7 @@
 #include "tools/array_names.h"
 
 #include <fmt/core.h>
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 

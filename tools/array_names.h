@@ -1,7 +1,6 @@
 // Which array the accesses of a trace go to, as far as it can be told from outside.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -12,6 +11,10 @@
 #include "tools/code_names.h"
 #include "tools/plot/touched_ranges.h"
 #include "tools/trace_filter.h"
+
+namespace CLI {
+class App;
+}
 
 namespace quern {
 

@@ -1,5 +1,6 @@
 // The whole command line of quern: what its main program parses, and its manual tells.
 #include <fmt/ranges.h>
+#include <CLI/CLI.hpp>
 
 #include <memory>
 

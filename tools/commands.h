@@ -2,9 +2,11 @@
 // callback runs when it was chosen, and sets the exit status of the program (0 until set), or throws a user_error.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include "tools/user_error.h"
+
+namespace CLI {
+class App;
+}
 
 namespace quern {
 

@@ -1,5 +1,6 @@
 // quern decode WORD...: what the decoder makes of instruction words.
 #include <fmt/core.h>
+#include <CLI/CLI.hpp>
 
 #include <cerrno>
 #include <charconv>

@@ -1,5 +1,6 @@
 // quern list: every instruction form that is emulated, a line a form.
 #include <fmt/core.h>
+#include <CLI/CLI.hpp>
 
 #include <map>
 #include <memory>

@@ -1,5 +1,6 @@
 // quern run: chooses the host, and runs a program under it.
 #include <fmt/core.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdlib>
 #include <memory>

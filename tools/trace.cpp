@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/number_option.h"
 #include "tools/printable.h"
 #include "tools/progress_bar.h"
 #include "tools/trace_commands.h"

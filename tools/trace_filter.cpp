@@ -3,6 +3,8 @@
 
 #include <charconv>
 
+#include "tools/number_option.h"
+
 namespace quern {
 namespace {
 

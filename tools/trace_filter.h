@@ -1,7 +1,6 @@
 // Which records of a trace a command is about, as its options say, and the regions of interest that they lie in.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -9,8 +8,11 @@
 #include <string_view>
 
 #include "tools/code_names.h"
-#include "tools/user_error.h"
 #include "utils/trace_reader.h"
+
+namespace CLI {
+class App;
+}
 
 namespace quern {
 
@@ -28,17 +30,6 @@ struct trace_filter {
 
 // Of a decimal or, behind 0x, a hexadecimal text; nothing if it is none.
 std::optional<std::uint64_t> parse_number(std::string_view text);
-
-// Adds an option whose value is such a number. (CLI11 takes "-1" for the greatest.)
-template <class Number>
-void add_number_option(CLI::App& command, const std::string& name, Number& number, const std::string& what) {
-  const auto take = [name, &number](const std::string& text) {
-    const std::optional<std::uint64_t> value = parse_number(text);
-    if (!value) throw user_error{name + ": '" + text + "' is no number", status_usage};
-    number = *value;
-  };
-  command.add_option_function<std::string>(name, take, what)->type_name("NUMBER");
-}
 
 // Adds the options --thread, --kind, --address, --pc, --symbol, --region and --limit to a command.
 void add_filter_options(CLI::App& command, trace_filter& filter);
