@@ -49,7 +49,8 @@ inline VecV within(VecV vector, const CpuContext& ctx) {
 }
 inline PredV within(PredV predicate, const CpuContext& ctx) {
   const std::size_t bits = vector_bytes(ctx);
-  return bits == VL_BYTES ? predicate : predicate & first_elements<std::uint8_t>(bits);
+  const bool is_whole = bits == 8 * sizeof predicate.words;  // a word has more bits than a short vector has bytes
+  return is_whole ? predicate : predicate & first_elements<std::uint8_t>(bits);
 }
 
 // The predicate of all elements in the context's vector length.

@@ -124,13 +124,15 @@ TEST_F(LibraryMemory, GathersIntoWordsTakeOffsetsAsUnsignedButForX) {
 
 TEST_F(LibraryMemory, ScattersWriteActiveLanesAlone) {
   const VecV zt = counting_vector<std::uint64_t>(0xA0B0C0D0), offsets = counting_vector<std::uint64_t>(1, 5);
-  const std::uint16_t between = element<std::uint16_t>(6);
+  const std::uint16_t between = element<std::uint16_t>(6), beyond = element<std::uint16_t>(11);
   VecU64Store2VSZ(some<std::uint64_t>, offsets, base(), zt, &ctx);
   EXPECT_EQ(element<std::uint16_t>(1), 0xC0D0);
   EXPECT_EQ(element<std::uint16_t>(6), between);
-  EXPECT_EQ(element<std::uint16_t>(11), 0xC0D2);
+  const bool has_third = quern::lane_count<std::uint64_t> > 2;
+  EXPECT_EQ(element<std::uint16_t>(11), has_third ? 0xC0D2 : beyond);
+  const std::uint64_t far = element<std::uint64_t>(88);
   VecU64Store8SVZ(some<std::uint64_t>, base(), offsets, zt, &ctx);
-  EXPECT_EQ(element<std::uint64_t>(88), 0xA0B0C0D2u);
+  EXPECT_EQ(element<std::uint64_t>(88), has_third ? 0xA0B0C0D2 : far);
   VecU64Store4XSVZ(some<std::uint64_t>, base(), odd_offsets, zt, &ctx);
   EXPECT_EQ(element<std::uint32_t>(-16), 0xA0B0C0D0u);
 }
@@ -162,12 +164,12 @@ TEST_F(LibraryMemory, StructuresAreInterleavedInMemory) {
     expect_some<std::uint32_t>(loaded[r],
                                [&](std::ptrdiff_t i) { return element<std::uint32_t>(28 + i * 12 + r * 4); });
   const VecV stored[2] = {counting_vector<std::uint64_t>(1), counting_vector<std::uint64_t>(101)};
-  const std::uint64_t between = element<std::uint64_t>(16);
+  const std::uint64_t between = element<std::uint64_t>(16), third = element<std::uint64_t>(40);
   VecU64E2Store8LSSZ(some<std::uint64_t>, base(), 0, stored, &ctx);
   EXPECT_EQ(element<std::uint64_t>(0), 1u);
   EXPECT_EQ(element<std::uint64_t>(8), 101u);
   EXPECT_EQ(element<std::uint64_t>(16), between);
-  EXPECT_EQ(element<std::uint64_t>(40), 103u);
+  EXPECT_EQ(element<std::uint64_t>(40), quern::lane_count<std::uint64_t> > 2 ? 103 : third);
 }
 
 TEST_F(LibraryMemory, WholeRegistersAreFilledAndSpilled) {
