@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "sve/trap/patch/constant_memory.h"
+#include "sve/trap/patch/instruction_classes.h"
 #include "sve/trap/patch/instruction_effect.h"
 
 namespace quern {
@@ -15,17 +16,7 @@ using kind = known_value::kind;
 
 constexpr std::uint32_t base = x19.number, link = 30, none = 31;
 
-constexpr std::uint32_t field(word w, int high, int low) { return w << (31 - high) >> (31 - high + low); }
-constexpr bool is_set(word w, int bit) { return w >> bit & 1; }
 constexpr std::uint32_t set_of(std::uint32_t n) { return n == none ? 0 : std::uint32_t{1} << n; }
-constexpr std::int64_t signed_field(word w, int high, int low) {
-  return static_cast<std::int32_t>(w << (31 - high)) >> (31 - high + low);
-}
-constexpr word with_base(word w) { return (w & ~word{31 << 5}) | base << 5; }
-
-constexpr word movz(std::uint32_t d, word value, word quarter) { return 0xD2800000 | quarter << 21 | value << 5 | d; }
-constexpr word movk(std::uint32_t d, word value, word quarter) { return 0xF2800000 | quarter << 21 | value << 5 | d; }
-constexpr word br(std::uint32_t n) { return 0xD61F0000 | n << 5; }
 
 word word_at(const unsigned char* pc) {
   word w;
@@ -35,15 +26,13 @@ word word_at(const unsigned char* pc) {
 
 // Of sums, logical operations and conditional comparisons.
 bool sets_flags(word w) {
-  const bool is_sum = (w & 0x1F800000) == 0x11000000 || (w & 0x1F000000) == 0x0B000000;
-  const bool is_logical = (w & 0x1F800000) == 0x12000000 || (w & 0x1F000000) == 0x0A000000;
-  const bool has_carry = (w & 0x1FE00000) == 0x1A000000, is_conditional = (w & 0x1FE00000) == 0x1A400000;
-  return is_conditional || ((is_sum || has_carry) && is_set(w, 29)) || (is_logical && field(w, 30, 29) == 3);
+  const bool is_sum = is::sum_with_immediate(w) || is::sum_of_registers(w) || is::sum_with_carry(w);
+  const bool is_logical = is::logical_with_immediate(w) || is::logical_of_registers(w);
+  return is::conditional_comparison(w) || (is_sum && is_set(w, 29)) || (is_logical && field(w, 30, 29) == 3);
 }
 
 bool reads_flags(word w) {
-  const word group = w & 0x1FE00000;
-  return group == 0x1A000000 || group == 0x1A400000 || group == 0x1A800000;
+  return is::sum_with_carry(w) || is::conditional_comparison(w) || is::conditional_selection(w);
 }
 
 // Whether a whole number of units from 0 to `most` makes the offset.
@@ -76,7 +65,7 @@ void inlined_thunk::put_number(Part& part, std::uint32_t n, std::uint64_t number
   for (word quarter = 0; quarter != 4; ++quarter) {
     const word bits = number >> (16 * quarter) & 0xFFFF;
     const bool is_needed = bits != 0 || (is_first && quarter == 3);
-    if (is_needed) part.put(is_first ? movz(n, bits, quarter) : movk(n, bits, quarter));
+    if (is_needed) part.put(is_first ? movz_x({n}, bits, quarter) : movk_x({n}, bits, quarter));
     is_first = is_first && !is_needed;
   }
 }
@@ -92,7 +81,7 @@ template <class Part>
 void inlined_thunk::put_flags(Part& part) {
   const std::uint32_t n = unused_register();
   if (n == none) has_failed_ = true;
-  part.put(movz(n, flags_ >> 16, 1));
+  part.put(movz_x({n}, flags_ >> 16, 1));
   part.put(msr(system_register::nzcv, {n}));
 }
 
@@ -108,7 +97,7 @@ void inlined_thunk::put_exit(Part& part, const unsigned char* target) {
     part.put(str_x({n}, {base}, offsetof(cpu_state, instr_word)));
   }
   part.put(ldr_x_literal({n}, 2 * sizeof(word)));
-  part.put(br(n));
+  part.put(br({n}));
   const auto address = reinterpret_cast<std::uint64_t>(target);
   part.put(static_cast<word>(address));
   part.put(static_cast<word>(address >> 32));
@@ -177,9 +166,8 @@ void inlined_thunk::load(std::uint32_t n) {
 }
 
 bool inlined_thunk::compute(word w, const unsigned char* pc) {
-  const bool is_comparison = (w & 0x1FE00000) == 0x1A400000;
-  const bool is_of_flags = (w & 0x1FE00000) == 0x1A000000 && field(w, 15, 10) != 0;  // RMIF, SETF
-  const std::uint32_t d = is_comparison ? none : field(w, 4, 0);
+  const bool is_of_flags = is::sum_with_carry(w) && field(w, 15, 10) != 0;  // RMIF, SETF
+  const std::uint32_t d = is::conditional_comparison(w) ? none : field(w, 4, 0);
   if (d == base || is_of_flags) return false;
   if (const auto result = result_of(w, pc, known_)) {
     set(result->d, result->value);
@@ -187,13 +175,10 @@ bool inlined_thunk::compute(word w, const unsigned char* pc) {
     flags_are_known_ = flags_are_known_ || result->nzcv;
     return true;
   }
-  const bool has_immediate = (w & 0x1C000000) == 0x10000000;
-  const bool is_wide_move = (w & 0x1F800000) == 0x12800000, changes_bits = (w & 0x7F800000) == 0x33000000;
-  const bool has_third = (w & 0x1F000000) == 0x1B000000, is_extract = (w & 0x1F800000) == 0x13800000;
-  if (is_wide_move || changes_bits) need(d);
-  if (!is_wide_move) need(field(w, 9, 5));
-  if (!has_immediate || is_extract) need(field(w, 20, 16));
-  if (has_third) need(field(w, 14, 10));
+  if (is::wide_move(w) || is::bit_field_insertion(w)) need(d);
+  if (!is::wide_move(w)) need(field(w, 9, 5));
+  if (!is::with_immediate(w) || is::extraction(w)) need(field(w, 20, 16));
+  if (is::of_three_registers(w)) need(field(w, 14, 10));
   if (reads_flags(w)) need_flags();
   hot_.put(w);
   if (sets_flags(w)) flags_are_known_ = false;
@@ -218,7 +203,7 @@ bool inlined_thunk::pair_access(word w) {
   const auto known = is_plain ? distance_in_state(n) : std::nullopt;
   const std::int64_t offset = static_cast<std::int64_t>(known.value_or(0)) + signed_field(w, 21, 15) * bytes;
   if (known && offset % bytes == 0 && offset >= 0 && offset / bytes <= max_pair_offset) {
-    hot_.put(with_base(w & ~word{0x7F << 15}) | static_cast<word>(offset / bytes) << 15);
+    hot_.put(with_base(w & ~word{0x7F << 15}, {base}) | static_cast<word>(offset / bytes) << 15);
   } else {
     need_base(n);
     hot_.put(w);
@@ -288,7 +273,7 @@ bool inlined_thunk::single_access(word w) {
   if (!is_vector && !is_load) need(t);
   if (offset && fits(*offset, scale, max_unsigned_offset)) {
     if (!in_state) need_base(n);
-    const word rebased = in_state ? with_base(w) : w;
+    const word rebased = in_state ? with_base(w, {base}) : w;
     hot_.put((rebased & ~word{0x3FFC00}) | word{1} << 24 | static_cast<word>(*offset >> scale) << 10);
   } else {
     need_base(n);
@@ -301,11 +286,11 @@ bool inlined_thunk::single_access(word w) {
 }
 
 bool inlined_thunk::access(word w) {
-  if ((w & 0x3A000000) == 0x28000000) return pair_access(w);
-  if ((w & 0x3A000000) == 0x38000000) return single_access(w);
-  const bool is_of_structures = (w & 0xBE000000) == 0x0C000000, moves_base = is_set(w, 23);
+  if (is::pair_access(w)) return pair_access(w);
+  if (is::single_access(w)) return single_access(w);
+  const bool moves_base = is_set(w, 23);
   const std::uint32_t n = field(w, 9, 5);
-  if (!is_of_structures || (moves_base && n == base)) return false;
+  if (!is::structure_access(w) || (moves_base && n == base)) return false;
   need_base(n);
   if (moves_base) need(field(w, 20, 16));
   hot_.put(w);
@@ -347,13 +332,11 @@ bool inlined_thunk::vector_operation(word w) {
 }
 
 bool inlined_thunk::system_operation(word w) {
-  constexpr word nop = 0xD503201F, nzcv = 0xD51B4200;
   const std::uint32_t t = field(w, 4, 0);
-  const bool is_write = (w & 0xFFF00000) == 0xD5100000, is_read = (w & 0xFFF00000) == 0xD5300000;
-  const bool is_barrier = (w & 0xFFFFF000) == 0xD5033000, is_of_flags = (w & 0xFFDFFFE0) == nzcv;
+  const bool is_read = is::system_read(w), is_of_flags = (w & 0xFFDFFFE0) == msr(system_register::nzcv, {0});
   if (w == nop) return true;
-  if (!(is_write || is_read || is_barrier) || (is_read && t == base)) return false;
-  if (is_write) need(t);
+  if (!(is::system_write(w) || is_read || is::barrier(w)) || (is_read && t == base)) return false;
+  if (is::system_write(w)) need(t);
   if (is_of_flags && is_read) need_flags();
   hot_.put(w);
   if (is_of_flags) flags_are_known_ = false;
@@ -382,7 +365,7 @@ bool inlined_thunk::carry_out(word w, const unsigned char* pc) {
 
 // A condition that is not known leads on; where it would lead away, the code leaves for the thunk's own.
 const unsigned char* inlined_thunk::follow_condition(word w, const unsigned char* pc, std::int64_t distance) {
-  const bool is_of_flags = (w & 0xFF000010) == 0x54000000, is_of_bit = (w & 0x7E000000) == 0x36000000;
+  const bool is_of_flags = is::branch_on_flags(w), is_of_bit = is::branch_on_bit(w);
   const std::uint32_t t = is_of_flags ? none : field(w, 4, 0);
   const known_value value = t == none ? known_value{kind::number, 0} : known_[t];
   const unsigned char *const target = pc + distance, *const next = pc + sizeof w;
@@ -400,7 +383,6 @@ const unsigned char* inlined_thunk::follow_condition(word w, const unsigned char
 }
 
 const unsigned char* inlined_thunk::follow_return(word w, const unsigned char* pc) {
-  constexpr word ret = 0xD65F03C0;
   const known_value to = known_[link];
   if (w != ret) return leave(pc);
   if (to.is != kind::way_back) hot_.put(w);

@@ -4,18 +4,19 @@
 #include <bit>
 #include <cstring>
 
+#include "sve/trap/patch/instruction_classes.h"
+
 namespace quern {
 namespace {
 
 using registers = std::optional<written_registers>;
 
-constexpr std::uint32_t field(std::uint32_t word, int high, int low) {
-  return word << (31 - high) >> (31 - high + low);
-}
-constexpr bool is_set(std::uint32_t word, int bit) { return word >> bit & 1; }
+using aarch64::field;
+using aarch64::is_set;
+namespace is = aarch64::is;
 
 constexpr std::int64_t distance(std::uint32_t word, int high, int low) {
-  return static_cast<std::int64_t>(static_cast<std::int32_t>(word << (31 - high)) >> (31 - high + low)) * 4;
+  return aarch64::signed_field(word, high, low) * 4;
 }
 
 constexpr std::uint32_t set_of(std::uint32_t number) { return std::uint32_t{1} << number; }
@@ -69,11 +70,11 @@ registers single_access(std::uint32_t word) {
 }
 
 registers access(std::uint32_t word) {
-  if ((word & 0xBE000000) == 0x0C000000) return structure_access(word);
-  if ((word & 0x3F000000) == 0x08000000) return exclusive_access(word);
-  if ((word & 0x3B000000) == 0x18000000) return in_file(is_set(word, 26), field(word, 4, 0));
-  if ((word & 0x3A000000) == 0x28000000) return pair_access(word);
-  if ((word & 0x3A000000) == 0x38000000) return single_access(word);
+  if (is::structure_access(word)) return structure_access(word);
+  if (is::exclusive_access(word)) return exclusive_access(word);
+  if (is::literal_access(word)) return in_file(is_set(word, 26), field(word, 4, 0));
+  if (is::pair_access(word)) return pair_access(word);
+  if (is::single_access(word)) return single_access(word);
   return {};
 }
 
@@ -87,12 +88,12 @@ written_registers vector_operation(std::uint32_t word) {
 
 // Moves of system registers, barriers, cache maintenance, and hints, of which some change a register.
 registers system_operation(std::uint32_t word) {
-  constexpr std::uint32_t nop = 0xD503201F, sign_return = 0xD503233F, check_return = 0xD50323BF;
+  constexpr std::uint32_t sign_return = 0xD503233F, check_return = 0xD50323BF;
   if ((word & 0xFFC00000) != 0xD5000000) return {};
-  if ((word & 0xFFFFF01F) == 0xD503201F) {
+  if (is::hint(word)) {
     const bool is_bti = (word & 0xFFFFFF3F) == 0xD503241F;
     if (word == sign_return || word == check_return) return general(30);
-    return word == nop || is_bti ? registers(written_registers{}) : registers();
+    return word == aarch64::nop || is_bti ? registers(written_registers{}) : registers();
   }
   return is_set(word, 21) ? general(field(word, 4, 0)) : written_registers{};
 }
@@ -120,23 +121,21 @@ std::optional<written_registers> effect_of(std::uint32_t word) {
 
 way_on way_on_of(std::uint32_t word) {
   using enum way_on::kind;
-  if ((word & 0xFC000000) == 0x14000000) return {jump, distance(word, 25, 0)};
-  if ((word & 0xFC000000) == 0x94000000) return {jump_and_next, distance(word, 25, 0), true};
-  if ((word & 0xFF000010) == 0x54000000) return {jump_and_next, distance(word, 23, 5)};
-  if ((word & 0x7E000000) == 0x34000000) return {jump_and_next, distance(word, 23, 5)};
-  if ((word & 0x7E000000) == 0x36000000) return {jump_and_next, distance(word, 18, 5)};
-  constexpr std::uint32_t ret = 0xD65F03C0;
+  if (is::jump(word)) return {jump, distance(word, 25, 0)};
+  if (is::call(word)) return {jump_and_next, distance(word, 25, 0), true};
+  if (is::branch_on_flags(word)) return {jump_and_next, distance(word, 23, 5)};
+  if (is::branch_on_zero(word)) return {jump_and_next, distance(word, 23, 5)};
+  if (is::branch_on_bit(word)) return {jump_and_next, distance(word, 18, 5)};
   const bool is_trap = (word & 0xFFE0001F) == 0xD4200000;
-  if (word == ret || is_trap) return {none};
-  if ((word & 0xFE000000) == 0xD6000000) return {elsewhere};
+  if (word == aarch64::ret || is_trap) return {none};
+  if (is::branch_to_register(word)) return {elsewhere};
   return {};
 }
 
 const unsigned char* const* slot_of_stub(const unsigned char* jump) {
-  constexpr std::uint32_t br_x17 = 0xD61F0220;
   std::uint32_t last;
   std::memcpy(&last, jump, sizeof last);
-  if (last != br_x17) return nullptr;  // what is before it may be no code
+  if (last != aarch64::br({17})) return nullptr;  // what is before it may be no code
   std::uint32_t words[3];
   const unsigned char* const stub = jump - sizeof words;
   std::memcpy(words, stub, sizeof words);

@@ -86,6 +86,9 @@ constexpr word adr(reg t, std::int64_t distance) {
 }
 constexpr word cbnz_x(reg t, std::int64_t distance) { return 0xB5000000 | scaled(distance, 4, 19) << 5 | t.number; }
 
+// The same instruction with another base.
+constexpr word with_base(word w, reg base) { return (w & ~place({}, {31})) | place({}, base); }
+
 // A conditional branch with a distance of 0, and where it is to lead: of 14 bits where it tests one bit, else of 19.
 constexpr word with_distance(word branch, std::int64_t distance) {
   const bool tests_bit = (branch & 0x7E000000) == 0x36000000;
@@ -98,6 +101,7 @@ constexpr word b(std::int64_t distance) { return 0x14000000 | scaled(distance, 4
 constexpr bool is_b(word w) { return w >> 26 == 0x05; }
 constexpr std::int64_t b_distance(word w) { return static_cast<std::int32_t>(w << 6) / 16; }
 
+constexpr word br(reg n) { return 0xD61F0000 | n.number << 5; }
 constexpr word blr(reg n) { return 0xD63F0000 | n.number << 5; }
 constexpr word mrs(reg t, system_register r) { return 0xD5200000 | static_cast<word>(r) | t.number; }
 constexpr word msr(system_register r, reg t) { return 0xD5000000 | static_cast<word>(r) | t.number; }
@@ -109,8 +113,11 @@ constexpr word add_x_4096(reg d, reg n, word value) { return 0x91400000 | value 
 constexpr word sub_x(reg d, reg n, word value) { return 0xD1000000 | value << 10 | place(d, n); }
 constexpr word sub_x_4096(reg d, reg n, word value) { return 0xD1400000 | value << 10 | place(d, n); }
 constexpr bool is_add_or_sub_x(word w) { return (w & 0xBF800000) == 0x91000000; }
-// A value of 16 bits, and all bits but its.
-constexpr word movz_x(reg d, word value) { return 0xD2800000 | value << 5 | d.number; }
+// A value of 16 bits in one quarter, with zeros in the others, or with what they had; and all bits but a value's.
+constexpr word movz_x(reg d, word value, word quarter = 0) {
+  return 0xD2800000 | quarter << 21 | value << 5 | d.number;
+}
+constexpr word movk_x(reg d, word value, word quarter) { return 0xF2800000 | quarter << 21 | value << 5 | d.number; }
 constexpr word movn_x(reg d, word value) { return 0x92800000 | value << 5 | d.number; }
 // An instruction that is none, for good.
 constexpr word udf() { return 0; }

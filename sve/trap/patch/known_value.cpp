@@ -2,19 +2,20 @@
 #include "sve/trap/patch/known_value.h"
 
 #include <bit>
+#include <utility>
 
 #include "sve/decoder/immediate.h"
+#include "sve/trap/patch/instruction_classes.h"
 
 namespace quern {
 namespace {
 
 using kind = known_value::kind;
 using result = std::optional<known_result>;
+namespace is = aarch64::is;
 
-constexpr std::uint32_t field(std::uint32_t word, int high, int low) {
-  return word << (31 - high) >> (31 - high + low);
-}
-constexpr bool is_set(std::uint32_t word, int bit) { return word >> bit & 1; }
+using aarch64::field;
+using aarch64::is_set;
 
 // `bits` low bits, 1 to 64.
 constexpr std::uint64_t ones(unsigned bits) { return ~std::uint64_t{0} >> (64 - bits); }
@@ -100,7 +101,7 @@ known_value extended_register(const fields& f, const known_registers& registers)
 }
 
 // ADR and ADRP.
-known_result address(const fields& f, const unsigned char* pc) {
+known_result place_address(const fields& f, const unsigned char* pc) {
   const std::uint64_t distance = extended(field(f.word, 23, 5) << 2 | field(f.word, 30, 29), 21, true);
   const auto here = reinterpret_cast<std::uint64_t>(pc);
   return {f.d, number(is_set(f.word, 31) ? (here & ~ones(12)) + (distance << 12) : here + distance, 64)};
@@ -158,16 +159,15 @@ result logical_of_registers(const fields& f, const known_registers& registers) {
 
 std::optional<known_result> result_of(std::uint32_t word, const unsigned char* pc, const known_registers& registers) {
   const fields f(word);
-  if ((word & 0x1F000000) == 0x10000000) return address(f, pc);
-  if ((word & 0x1F800000) == 0x11000000) return sum_with_immediate(f, registers);
-  if ((word & 0x1F800000) == 0x12000000) return logical_with_immediate(f, registers);
-  if ((word & 0x1F800000) == 0x12800000) return wide_move(f, registers);
-  if ((word & 0x1F800000) == 0x13000000) return bit_field(f, registers);
-  if ((word & 0x1F000000) == 0x0A000000) return logical_of_registers(f, registers);
-  const bool is_shifted = (word & 0x1F200000) == 0x0B000000, is_extended = (word & 0x1FE00000) == 0x0B200000;
-  if (is_shifted) return sum_of(f, value_of(f.n, registers), shifted_register(f, registers));
+  if (is::place_address(word)) return place_address(f, pc);
+  if (is::sum_with_immediate(word)) return sum_with_immediate(f, registers);
+  if (is::logical_with_immediate(word)) return logical_with_immediate(f, registers);
+  if (is::wide_move(word)) return wide_move(f, registers);
+  if (is::bit_field(word)) return bit_field(f, registers);
+  if (is::logical_of_registers(word)) return logical_of_registers(f, registers);
+  if (is::sum_of_shifted(word)) return sum_of(f, value_of(f.n, registers), shifted_register(f, registers));
   const bool may_use_sp = f.n == 31 || f.d == 31;
-  if (is_extended && !may_use_sp) return sum_of(f, registers[f.n], extended_register(f, registers));
+  if (is::sum_of_extended(word) && !may_use_sp) return sum_of(f, registers[f.n], extended_register(f, registers));
   return {};
 }
 

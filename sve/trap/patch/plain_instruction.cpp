@@ -1,6 +1,7 @@
 // The classes of such instructions, each with the bits that leave no undefined encoding in it.
 #include "sve/trap/patch/plain_instruction.h"
 
+#include "sve/trap/patch/instruction_classes.h"
 #include "sve/trap/patch/instruction_effect.h"
 
 namespace quern {
@@ -8,29 +9,31 @@ namespace {
 
 constexpr std::uint32_t none = 31;
 
-struct instruction_class {
-  std::uint32_t mask, value;
+using namespace aarch64;
+
+struct plain_class {
+  word_class words;
   std::uint32_t flags;  // the bits that say, all set, that it sets flags; 0: it does not
   bool has_d, has_n, has_m;
   bool has_sp;  // register 31 is, or may be, the stack pointer
 };
-constexpr instruction_class classes[] = {
-    {0xFFFFFFFF, 0xD503201F, 0, false, false, false, false},        // NOP
-    {0x1F800000, 0x11000000, 0x20000000, true, true, false, true},  // ADD, SUB (immediate)
-    {0x9FE00000, 0x8B000000, 0x20000000, true, true, true, false},  // ADD, SUB (shifted register: LSL), X
-    {0x9FE08000, 0x0B000000, 0x20000000, true, true, true, false},  // the same, W
-    {0x9FC00000, 0x8A000000, 0x60000000, true, true, true, false},  // AND, ORR, EOR and kin (LSL), X
-    {0x9FC08000, 0x0A000000, 0x60000000, true, true, true, false},  // the same, W
-    {0xBF800000, 0x92800000, 0, true, false, false, false},         // MOVN, MOVZ, X
-    {0xBFC00000, 0x12800000, 0, true, false, false, false},         // the same, W
-    {0xBFC00000, 0x93400000, 0, true, true, false, false},          // SBFM, UBFM (shifts, extensions), X
-    {0xBFE08000, 0x13000000, 0, true, true, false, false},          // the same, W
-    {0x7FE0FC00, 0x1B007C00, 0, true, true, true, false},           // MUL
+constexpr plain_class classes[] = {
+    {{0xFFFFFFFF, nop}, 0, false, false, false, false},               // NOP
+    {{0x1F800000, 0x11000000}, 0x20000000, true, true, false, true},  // ADD, SUB (immediate)
+    {{0x9FE00000, 0x8B000000}, 0x20000000, true, true, true, false},  // ADD, SUB (shifted register: LSL), X
+    {{0x9FE08000, 0x0B000000}, 0x20000000, true, true, true, false},  // the same, W
+    {{0x9FC00000, 0x8A000000}, 0x60000000, true, true, true, false},  // AND, ORR, EOR and kin (LSL), X
+    {{0x9FC08000, 0x0A000000}, 0x60000000, true, true, true, false},  // the same, W
+    {{0xBF800000, 0x92800000}, 0, true, false, false, false},         // MOVN, MOVZ, X
+    {{0xBFC00000, 0x12800000}, 0, true, false, false, false},         // the same, W
+    {{0xBFC00000, 0x93400000}, 0, true, true, false, false},          // SBFM, UBFM (shifts, extensions), X
+    {{0xBFE08000, 0x13000000}, 0, true, true, false, false},          // the same, W
+    {{0x7FE0FC00, 0x1B007C00}, 0, true, true, true, false},           // MUL
 };
 
-const instruction_class* class_of(std::uint32_t word) {
-  for (const instruction_class& c : classes)
-    if ((word & c.mask) == c.value) return &c;
+const plain_class* class_of(std::uint32_t word) {
+  for (const plain_class& c : classes)
+    if (c.words(word)) return &c;
   return nullptr;
 }
 
@@ -45,7 +48,7 @@ std::uint32_t replace(bool has_it, int low, std::uint32_t own, std::uint32_t& wo
 }  // namespace
 
 std::optional<plain_instruction> plain_instruction_of(std::uint32_t word) {
-  const instruction_class* const c = class_of(word);
+  const plain_class* const c = class_of(word);
   if (!c) return {};
   plain_instruction i{word, none, none, none, c->flags != 0 && (word & c->flags) == c->flags};
   i.d = replace(c->has_d, 0, 0, i.word);
@@ -56,7 +59,7 @@ std::optional<plain_instruction> plain_instruction_of(std::uint32_t word) {
 }
 
 std::optional<plain_branch> plain_branch_of(std::uint32_t word) {
-  const bool tests_flags = (word & 0xFF000010) == 0x54000000, tests_register = (word & 0x7E000000) == 0x34000000;
+  const bool tests_flags = is::branch_on_flags(word), tests_register = is::branch_on_zero(word);
   if (!tests_flags && !tests_register) return {};
   constexpr std::uint32_t distance = 0x00FFFFE0;
   plain_branch b{word & ~distance, none, tests_flags, way_on_of(word).distance};
