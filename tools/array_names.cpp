@@ -2,8 +2,8 @@
 #include "tools/array_names.h"
 
 #include <fmt/core.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "tools/user_error.h"

@@ -1,7 +1,7 @@
 // quern check: what there is in a program's code that quern can't emulate, told without running it.
 #include <fmt/core.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>

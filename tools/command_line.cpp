@@ -1,7 +1,7 @@
 // The whole command line of quern: what its main program parses, and its manual tells.
 #include <fmt/ranges.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <memory>
 
 #include <quern_revision.h>

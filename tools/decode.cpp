@@ -1,7 +1,7 @@
 // quern decode WORD...: what the decoder makes of instruction words.
 #include <fmt/core.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // quern list: every instruction form that is emulated, a line a form.
 #include <fmt/core.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>

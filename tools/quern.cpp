@@ -1,7 +1,7 @@
 // quern: runs programs under emulation, reads their traces, and tells about the emulated instructions.
 #include <fmt/core.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <csignal>

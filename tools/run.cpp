@@ -1,7 +1,7 @@
 // quern run: chooses the host, and runs a program under it.
 #include <fmt/core.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <memory>
 
