@@ -162,7 +162,8 @@ class checker {
  private:
   bool check_file(const fs::path& file, const std::string& needed_by) {
     std::error_code error;
-    if (!seen_.insert(fs::canonical(file, error)).second) return true;
+    const fs::path real = fs::canonical(file, error);  // a file that was removed and is still open has none
+    if (!seen_.insert(error ? file : real).second) return true;
     const code_report report = read_code(file, needed_by);
     if (options_.format == "jsonl")
       print_json(report);

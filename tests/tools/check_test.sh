@@ -72,6 +72,13 @@ expect 0 'plain
   SVE       0 instructions that quern emulates, 0 that it can'\''t' check --no-libraries plain
 [[ $("${quern[@]}" check --all static) == *'many(int)+0x8'* ]] || fail 'not all places are listed with --all'
 [ "$("${quern[@]}" check --no-libraries plain static | grep -c '  linked ')" = 2 ] || fail 'two programs are not two reports'
+# Nor are two files that can be read and have no name any more.
+cp static gone && cp plain gone_too
+exec 8<gone 9<gone_too
+rm gone gone_too
+[ "$("${quern[@]}" check --no-libraries /proc/self/fd/8 /proc/self/fd/9 | grep '  linked ')" = \
+  $'  linked    statically\n  linked    dynamically' ] || fail 'two removed files are not two reports'
+exec 8<&- 9<&-
 
 # Without symbols, places are addresses, and data is taken for code.
 [[ $("${quern[@]}" check stripped) == *'sqdmlalb      5'*'0x'* ]] || fail "stripped: $("${quern[@]}" check stripped)"
