@@ -2,6 +2,7 @@
 #include "sve/trap/host/patch.h"
 
 #include <sys/mman.h>
+#include <time.h>
 
 #include <array>
 #include <atomic>
@@ -26,19 +27,26 @@ namespace {
 // The thread that is making code, by its number; 0 for none.
 constinit std::atomic<long> maker{0};
 
+// Who held the lock when a thread had lost patience; 0 after that.
+constinit std::atomic<long> given_up{0};
+
+std::int64_t nanoseconds() {
+  timespec time{};
+  kernel::call(SYS_clock_gettime, CLOCK_MONOTONIC, kernel::argument(&time));
+  return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec;
+}
+
 // Waits for other threads. Not for ever: the thread that holds it may be a parent's, whom a child of its own making
-// knows nothing of. Not at all when it is this thread's already.
+// knows nothing of; and once only for such a one. Not at all when it is this thread's already.
 class making_lock {
  public:
   making_lock() {
-    constexpr int patience = 10000;
-    const long self = kernel::call(SYS_gettid);
-    for (int i = 0; i != patience && !is_held_; ++i) {
-      long holder = 0;
-      is_held_ = maker.compare_exchange_strong(holder, self, std::memory_order_acquire);
-      if (holder == self) return;
-      if (!is_held_) kernel::call(SYS_sched_yield);
-    }
+    constexpr std::int64_t patience = 200'000'000;
+    const long self = kernel::call(SYS_gettid), holder = take(self);
+    if (is_held_ || holder == self || holder == given_up.load(std::memory_order_relaxed)) return;
+    for (const std::int64_t end = nanoseconds() + patience; !is_held_ && nanoseconds() < end; take(self))
+      kernel::call(SYS_sched_yield);
+    given_up.store(is_held_ ? 0 : holder, std::memory_order_relaxed);
   }
   ~making_lock() {
     if (is_held_) maker.store(0, std::memory_order_release);
@@ -48,6 +56,13 @@ class making_lock {
   bool is_held() const { return is_held_; }
 
  private:
+  // Takes it for the thread, or answers who holds it.
+  long take(long self) {
+    long holder = 0;
+    is_held_ = maker.compare_exchange_strong(holder, self, std::memory_order_acquire);
+    return holder;
+  }
+
   bool is_held_ = false;
 };
 
