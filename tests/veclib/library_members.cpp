@@ -49,10 +49,10 @@ template <class Function>
 struct call_of;
 template <class R, class... P>
 struct call_of<R (*)(P...)> {
-  static library_result call(void (*function)(), const library_operands& operands, CpuContext* ctx) {
+  static library_result call(const void* function, const library_operands& operands, CpuContext* ctx) {
     operand_reader reader{operands, ctx};
     std::tuple<P...> arguments{reader.take<P>()...};  // in braces, so that they are taken from left to right
-    const auto typed = reinterpret_cast<R (*)(P...)>(function);
+    const auto typed = *static_cast<R (*const*)(P...)>(function);
     if constexpr (std::is_void_v<R>) {
       std::apply(typed, arguments);
       return {};
@@ -64,24 +64,23 @@ struct call_of<R (*)(P...)> {
                                         (0 + ... + std::is_integral_v<P>), result_of<R>()};
 };
 
-}  // namespace
+// A pointer to the function that the compiler can put into a table: a cast of the function itself would be made when
+// the program starts, by much code.
+template <auto Function>
+constexpr auto held = Function;
 
-std::span<const library_member> library_members() {
-  static const library_member members[] = {
+constexpr library_member members[] = {
 #define MEMBERS "sve/veclib/members/all.inc"
 #include "sve/veclib/members/signatures.inc"
 #define MEMBER_AS(name, tag, stem, result, parameters, arguments) \
-  {#name,                                                         \
-   #tag,                                                          \
-   #stem,                                                         \
-   reinterpret_cast<void (*)()>(&name),                           \
-   call_of<decltype(&name)>::takes,                               \
-   call_of<decltype(&name)>::call},
+  {#name, #tag, #stem, &held<&name>, call_of<decltype(&name)>::takes, call_of<decltype(&name)>::call},
 #include MEMBERS
 #include "sve/veclib/members/undefine.inc"
-  };
-  return members;
-}
+};
+
+}  // namespace
+
+std::span<const library_member> library_members() { return members; }
 
 std::vector<library_member> members_of(std::string_view stem) {
   std::vector<library_member> found;

@@ -39,9 +39,9 @@ struct operand_counts {
 // One function: VecU8AbdVVM has the tag "U8" and the stem "AbdVVM".
 struct library_member {
   std::string_view name, tag, stem;
-  void (*function)();
+  const void* function;  // a pointer to it
   operand_counts takes;
-  library_result (*call)(void (*function)(), const library_operands& operands, CpuContext* ctx);
+  library_result (*call)(const void* function, const library_operands& operands, CpuContext* ctx);
 
   library_result operator()(const library_operands& operands, CpuContext& ctx) const {
     return call(function, operands, &ctx);
