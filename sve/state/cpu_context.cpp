@@ -2,7 +2,6 @@
 #include "sve/state/cpu_context.h"
 
 #include <bit>
-#include <cstring>
 #include <iterator>
 
 #include "sve/state/predicate_bits.h"
@@ -13,15 +12,14 @@ CpuContext cpu_ctxt{};
 CpuContext* ctxt = nullptr;
 
 PredV to_pred(const unsigned char* bytes) {
-  unsigned char image[sizeof(PredV)]{};
-  pack_predicate(bytes, image);
-  return std::bit_cast<PredV>(image);
+  PredV value;
+  if constexpr (sizeof value != predicate_image_bytes) value = {};
+  pack_predicate(bytes, reinterpret_cast<unsigned char*>(&value));
+  return value;
 }
 
 void from_pred(const PredV& value, unsigned char* bytes) {
-  unsigned char image[sizeof(PredV)];
-  std::memcpy(image, &value, sizeof image);
-  unpack_predicate(image, bytes);
+  unpack_predicate(reinterpret_cast<const unsigned char*>(&value), bytes);
 }
 
 // All are read before any is written: so vectors are moved by pairs.

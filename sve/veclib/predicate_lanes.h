@@ -7,9 +7,11 @@
 #include <cstring>
 #include <functional>
 #include <iterator>
+#include <utility>
 
 #include "sve/state/cpu_context.h"
-#include "sve/state/lanes.h"
+#include "sve/state/integer_operations.h"
+#include "sve/state/lane_group.h"
 #include "sve/state/predicate_bits.h"
 
 namespace quern::veclib {
@@ -81,15 +83,22 @@ inline PredV elements(PredV predicate) {
 template <class T>
 inline std::size_t first_element(const PredV& predicate) {
   std::size_t w = 0;
-  const PredV active = elements<T>(predicate);
-  while (w + 1 != std::size(active.words) && active.words[w] == 0) ++w;
-  return (64 * w + static_cast<std::size_t>(std::countr_zero(active.words[w]))) / sizeof(T);
+  while (w + 1 != std::size(predicate.words) && (predicate.words[w] & lowest_bits<T>) == 0) ++w;
+  return (64 * w + static_cast<std::size_t>(std::countr_zero(predicate.words[w] & lowest_bits<T>))) / sizeof(T);
 }
 template <class T>
 inline bool any_element(const PredV& predicate) {
   std::uint64_t any = 0;
-  for (const std::uint64_t word : elements<T>(predicate).words) any |= word;
-  return any != 0;
+  for (const std::uint64_t word : predicate.words) any |= word;
+  return (any & lowest_bits<T>) != 0;
+}
+
+// The last active element, where there is one.
+template <class T>
+inline std::size_t last_element(const PredV& predicate) {
+  std::size_t w = std::size(predicate.words) - 1;
+  while (w != 0 && (predicate.words[w] & lowest_bits<T>) == 0) --w;
+  return (64 * w + 63 - static_cast<std::size_t>(std::countl_zero(predicate.words[w] & lowest_bits<T>))) / sizeof(T);
 }
 
 // One byte for each element of T's width: 1 where it is active, else 0.
@@ -104,13 +113,30 @@ inline void unpack_elements(const PredV& predicate, unsigned char (&active)[VL_B
   }
 }
 
-// Lane i is all ones where element i is active, else all zeros.
+// In each lane of a vector's 16 bytes that shows the same 16 bits of a predicate, the bit that is the lane's own.
 template <class T>
-inline VecV lane_masks(const PredV& predicate) {
-  unsigned char active[VL_BYTES / sizeof(T)];
-  unpack_elements<T>(predicate, active);
+inline constexpr group_of<T> own_bits = []<std::size_t... I>(std::index_sequence<I...>) {
+  return group_of<T>{static_cast<T>(T{1} << I * sizeof(T) % element_bits<T>)...};
+}
+(std::make_index_sequence<16 / sizeof(T)>{});
+
+// Lane i is all ones where element i is active, else all zeros. Not inlined, as it is long and every predicated family
+// has it; and mostly all lanes are active.
+template <class T>
+[[gnu::noinline]] VecV lane_masks(const PredV& predicate) {
   VecV masks;
-  for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane<T>(masks.bytes, i, static_cast<T>(T{0} - T{active[i]}));
+  if (all_active<T>(predicate)) {
+    std::memset(masks.bytes, 0xFF, sizeof masks.bytes);
+    return masks;
+  }
+  unsigned char image[sizeof(PredV)];
+  std::memcpy(image, &predicate, sizeof image);
+  for (std::size_t i = 0; i != lane_count<halves>; ++i) {
+    const halves bits = in_each_lane<halves>(lane<std::uint16_t>(image, i));
+    group_of<T> shown = group_of<T>(bits);
+    if constexpr (sizeof(T) == 1) shown = shuffle<[](int k, int) { return k / 8; }>(shown, shown);
+    set_lane(masks.bytes, i, group_of<T>((shown & own_bits<T>) != 0));
+  }
   return masks;
 }
 

@@ -16,14 +16,22 @@ constexpr std::uint64_t ones(std::size_t count) {
 // The bits of element 0.
 std::uint64_t element_bits(int esize) { return ones(static_cast<unsigned>(esize) / 8); }
 
+[[gnu::noinline]] PredV first_bits(const PredV& value, std::size_t count) {
+  PredV first;
+  for (std::size_t w = 0; w != word_count; ++w)
+    first.words[w] = value.words[w] & ones(count < 64 * w ? 0 : count - 64 * w);
+  return first;
+}
+
 // The active elements, each as its lowest bit alone. Element widths divide 64 bits, so that all of them end together.
-PredV active_elements(const PredV& mask, int esize, const CpuContext& ctx) {
+inline PredV active_elements(const PredV& mask, int esize, const CpuContext& ctx) {
   if (esize == 0) return {};
   const std::uint64_t lowest_bits = ~std::uint64_t{0} / element_bits(esize);
-  const std::size_t in_use = std::size_t{ctx.vl_units} * 8;
   PredV active;
-  for (std::size_t w = 0; w != word_count; ++w)
-    active.words[w] = mask.words[w] & lowest_bits & ones(in_use < 64 * w ? 0 : in_use - 64 * w);
+  for (std::size_t w = 0; w != word_count; ++w) active.words[w] = mask.words[w] & lowest_bits;
+  const std::size_t in_use = std::size_t{ctx.vl_units} * 8;
+  if (in_use < 64 * word_count) [[unlikely]]
+    return first_bits(active, in_use);
   return active;
 }
 

@@ -6,6 +6,7 @@
 // of lanes on the host's or with single lanes on the software's.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -28,18 +29,31 @@ inline G group_at(lane_of<G> scalar, std::size_t) {
   return in_each_lane<G>(scalar);
 }
 
+// Group i is op(fp, operands' group i...), by the host's unit. Some groups are computed before any is stored, so that
+// the compiler moves two by one instruction.
+template <lane_group G, class Op, class Unit, class... Operands>
+inline void map_groups(Op op, Unit& fp, VecV& result, const Operands&... operands) {
+  constexpr std::size_t some = std::min<std::size_t>(4, lane_count<G>);
+#pragma GCC unroll 1
+  for (std::size_t i = 0; i != lane_count<G>; i += some) {
+    G values[some];
+#pragma GCC unroll 4
+    for (std::size_t k = 0; k != some; ++k) values[k] = op(fp, group_at<G>(operands, i + k)...);
+#pragma GCC unroll 4
+    for (std::size_t k = 0; k != some; ++k) set_lane<G>(result.bytes, i + k, values[k]);
+  }
+}
+
 // Lane i is op(fp, operands' lane i...), for all lanes.
 template <class T, class Op, class... Operands>
 inline VecV map_float_lanes(Op op, CpuContext& ctx, const Operands&... operands) {
-  using group = group_of<T>;
   VecV result;
-  const auto by_groups = [&](auto& fp) {
-    for (std::size_t i = 0; i != lane_count<group>; ++i)
-      set_lane<group>(result.bytes, i, op(fp, group_at<group>(operands, i)...));
-  };
-  if (vector_bytes(ctx) == VL_BYTES && on_host_unit<T>(ctx, by_groups)) return result;
-  software_fp fp(ctx);
-  return map_lanes<T>([&](auto... lanes) { return op(fp, lanes...); }, ctx, operands...);
+  const auto by_groups = [&](auto& fp) { map_groups<group_of<T>>(op, fp, result, operands...); };
+  if (vector_bytes(ctx) != VL_BYTES || !on_host_unit<T>(ctx, by_groups)) {
+    software_fp fp(ctx);
+    result = map_lanes<T>([&](auto... lanes) { return op(fp, lanes...); }, ctx, operands...);
+  }
+  return result;
 }
 
 // Lane i is op(fp, operands' lane i...) where `active` is set, else that of `inactive`, by the software's unit. op runs
@@ -77,6 +91,7 @@ inline VecV merge_float_lanes(Op op, CpuContext& ctx, const VecV& inactive, cons
   using group = group_of<T>;
   VecV result;
   const auto by_groups = [&](auto& fp) {
+    if (all_active<T>(pg)) return map_groups<group>(op, fp, result, operands...);
     const VecV masks = lane_masks<T>(pg);
     const std::size_t first = first_element<T>(pg);
     for (std::size_t i = 0; i != lane_count<group>; ++i) {
@@ -86,9 +101,10 @@ inline VecV merge_float_lanes(Op op, CpuContext& ctx, const VecV& inactive, cons
       set_lane<group>(result.bytes, i, select(active, value, lane<group>(inactive.bytes, i)));
     }
   };
-  if (vector_bytes(ctx) == VL_BYTES && any_element<T>(within(pg, ctx)) && on_host_unit<T>(ctx, by_groups))
-    return result;
-  return merge_in_software<T>(op, ctx, inactive, pg, operands...);
+  const bool is_done =
+      vector_bytes(ctx) == VL_BYTES && any_element<T>(within(pg, ctx)) && on_host_unit<T>(ctx, by_groups);
+  if (!is_done) result = merge_in_software<T>(op, ctx, inactive, pg, operands...);
+  return result;
 }
 
 // Element i is op(fp, operands' lane i...), all ones or zeros, where pg has it active, and false elsewhere, where op

@@ -1,7 +1,6 @@
 // The last active element, and the one after it.
 #include "sve/veclib/permute/last_element.h"
 
-#include "sve/arith/predicate/predicate_support.h"
 #include "sve/veclib/frame.h"
 
 namespace quern::veclib {
@@ -10,8 +9,9 @@ namespace {
 constexpr int none = -1;
 
 template <class T>
-int last_active(const PredV& pg, CpuContext& ctx) {
-  return FindLastActive(pg, static_cast<int>(8 * sizeof(T)), &ctx);
+int last_active(const PredV& pg, const CpuContext& ctx) {
+  const PredV active = within(pg, ctx);
+  return any_element<T>(active) ? static_cast<int>(last_element<T>(active)) : none;
 }
 
 // The lane of an element, by the number of the last active one, or none.
@@ -31,23 +31,24 @@ struct lane_of_last {
 
 // (Pg, Zn)
 template <class Element>
-constexpr auto as_scalar = []<class T>(T, CpuContext& ctx, const PredV& pg, const VecV& zn) {
+constexpr auto as_scalar = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& zn) {
   return std::uint64_t{Element::template of<T>(zn, last_active<T>(pg, ctx), ctx)};
 };
 
 // (Pg, scalar, Zn)
 template <class Element>
-constexpr auto as_scalar_if_any = []<class T>(T, CpuContext& ctx, const PredV& pg, T scalar, const VecV& zn) {
+constexpr auto as_scalar_if_any = []<class T>(T, const CpuContext& ctx, const PredV& pg, T scalar, const VecV& zn) {
   const int last = last_active<T>(pg, ctx);
   return std::uint64_t{last == none ? scalar : Element::template of<T>(zn, last, ctx)};
 };
 
 // (Pg, Zdn, Zm)
 template <class Element>
-constexpr auto in_all_lanes_if_any = []<class T>(T, CpuContext& ctx, const PredV& pg, const VecV& zdn, const VecV& zm) {
-  const int last = last_active<T>(pg, ctx);
-  return last == none ? within(zdn, ctx) : broadcast(Element::template of<T>(zm, last, ctx), ctx);
-};
+constexpr auto in_all_lanes_if_any =
+    []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& zdn, const VecV& zm) {
+      const int last = last_active<T>(pg, ctx);
+      return last == none ? within(zdn, ctx) : broadcast(Element::template of<T>(zm, last, ctx), ctx);
+    };
 
 constexpr auto LastAV = as_scalar<lane_after>;
 constexpr auto LastBV = as_scalar<lane_of_last>;

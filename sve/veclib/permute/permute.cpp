@@ -1,7 +1,6 @@
 // Elements moved by position.
 #include "sve/veclib/permute/permute.h"
 
-#include "sve/arith/predicate/predicate_support.h"
 #include "sve/veclib/permute/permuting.h"
 
 namespace quern::veclib {
@@ -44,30 +43,32 @@ constexpr auto unpack_predicate(Family family) {
 constexpr auto UnpackLoP = unpack_predicate(UnpackLoV);
 constexpr auto UnpackHiP = unpack_predicate(UnpackHiV);
 
-// Bytes first to first + count - 1 of a, then those of b from 0 on.
-VecV joined(const VecV& a, std::size_t first, std::size_t count, const VecV& b) {
+// Bytes first to end - 1 of a, then those of b from 0 on. By copies of constant size, the second over the first.
+VecV joined(const VecV& a, std::size_t first, std::size_t end, const VecV& b) {
+  unsigned char both[2 * VL_BYTES];
+  std::memcpy(both, a.bytes, VL_BYTES);
+  std::memcpy(both + end, b.bytes, VL_BYTES);
   VecV result;
-  std::memcpy(result.bytes, a.bytes + first, count);
-  std::memcpy(result.bytes + count, b.bytes, VL_BYTES - count);
+  std::memcpy(result.bytes, both + first, VL_BYTES);
   return result;
 }
 
 constexpr auto SlideVI = [](auto, const CpuContext& ctx, const VecV& zdn, const VecV& zm, std::size_t position) {
   const std::size_t bytes = vector_bytes(ctx), first = position < bytes ? position : 0;
-  return within(joined(zdn, first, bytes - first, zm), ctx);
+  return within(joined(zdn, first, bytes, zm), ctx);
 };
 
-constexpr auto SpliceVV = []<class T>(T, CpuContext& ctx, const PredV& pg, const VecV& zdn, const VecV& zm) {
-  const int bits = static_cast<int>(8 * sizeof(T));
-  const int first = FindFirstActive(pg, bits, &ctx), last = FindLastActive(pg, bits, &ctx);
-  if (last < 0) return within(zm, ctx);
-  const std::size_t lanes_of_zdn = static_cast<std::size_t>(last - first) + 1;
-  return within(joined(zdn, static_cast<std::size_t>(first) * sizeof(T), lanes_of_zdn * sizeof(T), zm), ctx);
+constexpr auto SpliceVV = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& zdn, const VecV& zm) {
+  const PredV active = within(pg, ctx);
+  if (!any_element<T>(active)) return within(zm, ctx);
+  const std::size_t first = first_element<T>(active), end = last_element<T>(active) + 1;
+  return within(joined(zdn, first * sizeof(T), end * sizeof(T), zm), ctx);
 };
 
 // Each lane is stored where the next active one belongs, which overwrites an inactive one: so no branch is needed.
 // Unrolled whole, so that all addresses but that are constants.
 constexpr auto CompressVV = []<class T>(T, const CpuContext& ctx, const PredV& pg, const VecV& zn) {
+  if (vector_bytes(ctx) == VL_BYTES && all_active<T>(pg)) return zn;
   unsigned char active[lane_count<T>];
   unpack_elements<T>(within(pg, ctx), active);
   VecV result;
