@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "sve/state/lane_group.h"
+#include "sve/state/lane_marks.h"
 #include "sve/state/packed_shift.h"
 
 namespace quern {
@@ -43,10 +44,13 @@ inline lane_block active_masks(const lane_block& predicate) {
   return masks;
 }
 
-// Whether every lane of T is active. In as many partial results as a block has groups, lest each waits for the load
-// before it.
+// Whether every lane of T is active. By the test that hosts recognise; else in as many partial results as a block has
+// groups, lest each waits for the load before it.
 template <class T>
 inline bool all_active(const unsigned char* predicate) {
+#ifdef __aarch64__
+  if constexpr (has_lane_marks) return find_inactive<T>(predicate) == 0;
+#endif
   constexpr std::size_t parts = block_lanes<doubles>;
   doubles common[parts];
 #pragma GCC unroll 4

@@ -15,7 +15,10 @@ aarch64_decode_rc sve_pfalse_p(cpu_state* state, aarch64_p_reg pd) {
 }
 
 aarch64_decode_rc sve_ptrue_pi(cpu_state* state, aarch64_p_reg pd, unsigned int pattern) {
-  by_size(pd.size,
-          [&]<class T>(T) { set_first_elements<T>(bytes_of(state, pd), pattern_count(pattern, size_code<T>)); });
+  by_size(pd.size, [&]<class T>(T) {
+    unsigned char* const d = bytes_of(state, pd);
+    const std::size_t count = pattern_count(pattern, size_code<T>);
+    count == lane_count<T> ? set_all_elements<T>(d) : set_first_elements<T>(d, count);
+  });
   return DECODE_OK;
 }

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "sve/state/lane_group.h"
+#include "sve/state/lane_marks.h"
 #include "sve/state/packed_shift.h"
 #include "sve/state/vector_copy.h"
 
@@ -102,6 +103,15 @@ alignas(16) inline constexpr auto set_then_clear = [] {
 template <class T>
 inline const unsigned char* first_elements(std::size_t count) {
   return set_then_clear<T>.data() + VL_BYTES - count * sizeof(T);
+}
+
+// Sets all elements.
+template <class T>
+inline void set_all_elements(unsigned char* predicate) {
+#ifdef __aarch64__
+  if constexpr (has_lane_marks) return fill_predicate<T>(predicate);
+#endif
+  copy_vector(predicate, first_elements<T>(lane_count<T>));
 }
 
 // Sets the first `count` elements and clears the others.

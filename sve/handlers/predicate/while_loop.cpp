@@ -1,13 +1,12 @@
 // WHILELT, WHILELO and WHILELS. How often the comparison holds follows from the operands, so no lane is compared.
 #include "sve/handlers/predicate/while_loop.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "sve/handlers/general_register.h"
-#include "sve/handlers/lane_loops.h"
 #include "sve/handlers/predicate/nzcv.h"
 #include "sve/handlers/predicate/predicate_scan.h"
+#include "sve/handlers/register_bytes.h"
 
 using namespace quern;
 
@@ -18,7 +17,9 @@ struct steps_below {
   template <class T>
   std::uint64_t operator()(T e, T limit) const {
     using U = std::make_unsigned_t<T>;
-    return e < limit ? static_cast<U>(static_cast<U>(limit) - static_cast<U>(e)) : 0;
+    if (e < limit) [[likely]]
+      return static_cast<U>(static_cast<U>(limit) - static_cast<U>(e));
+    return 0;
   }
 };
 
@@ -37,14 +38,14 @@ aarch64_decode_rc while_true(Steps steps, cpu_state* state, aarch64_p_reg pd, aa
   const std::uint64_t true_elements =
       rn.size == size_x ? steps(static_cast<X>(n), static_cast<X>(m)) : steps(static_cast<W>(n), static_cast<W>(m));
   by_size(pd.size, [&]<class T>(T) {
-    const std::size_t count = std::min<std::uint64_t>(true_elements, lane_count<T>);
     unsigned char* const d = bytes_of(state, pd);
-    if (count == lane_count<T>) {
-      fill_lanes(d, T{1});
+    if (true_elements >= lane_count<T>) [[likely]] {
+      set_all_elements<T>(d);
+      set_flags(state, {.n = true, .z = false, .c = false});
     } else {
-      set_first_elements<T>(d, count);
+      set_first_elements<T>(d, true_elements);
+      set_flags(state, {.n = true_elements != 0, .z = true_elements == 0, .c = true});
     }
-    set_flags(state, {.n = count != 0, .z = count == 0, .c = count != lane_count<T>});
   });
   return DECODE_OK;
 }

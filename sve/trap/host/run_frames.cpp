@@ -40,7 +40,7 @@ bool is_within_run(ucontext_t& frame) {
     frame.uc_mcontext.pc = reinterpret_cast<std::uintptr_t>(code->behind_site());
   } else if (pc == code->at(code->pop)) {
     mcontext_t& machine = frame.uc_mcontext;
-    std::memcpy(&machine.regs[19], reinterpret_cast<const void*>(machine.sp), sizeof machine.regs[19]);
+    std::memcpy(&machine.regs[19], reinterpret_cast<const void*>(machine.sp), 2 * sizeof machine.regs[19]);
     machine.sp += 16;
     machine.pc = reinterpret_cast<std::uintptr_t>(code->behind_site());
   } else if (pc >= code->at(code->way_out) && pc < code->at(code->cold)) {

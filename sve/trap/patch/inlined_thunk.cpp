@@ -4,9 +4,11 @@
 #include <bit>
 #include <cstring>
 
+#include "sve/state/lane_marks.h"
 #include "sve/trap/patch/constant_memory.h"
 #include "sve/trap/patch/instruction_classes.h"
 #include "sve/trap/patch/instruction_effect.h"
+#include "sve/trap/patch/known_lanes.h"
 
 namespace quern {
 namespace {
@@ -17,6 +19,8 @@ using kind = known_value::kind;
 constexpr std::uint32_t base = x19.number, link = 30, none = 31;
 
 constexpr std::uint32_t set_of(std::uint32_t n) { return n == none ? 0 : std::uint32_t{1} << n; }
+// Those that the run's code needs.
+constexpr bool is_kept(std::uint32_t n) { return n == base || n == known_lanes::keeper.number; }
 
 word word_at(const unsigned char* pc) {
   word w;
@@ -90,6 +94,8 @@ void inlined_thunk::put_exit(Part& part, const unsigned char* target) {
   for (std::uint32_t n = 0; n != none; ++n)
     if (missing_ & set_of(n)) put_known(part, n);
   if (flags_are_known_) put_flags(part);
+  for (std::uint32_t p = 0; p != known_lanes::predicates; ++p)
+    if (written_predicates_ >> p & 1) part.put(known_lanes::forget(p));
   const std::uint32_t n = unused_register();
   if (n == none) has_failed_ = true;
   if (word_is_stored_) {
@@ -168,7 +174,7 @@ void inlined_thunk::load(std::uint32_t n) {
 bool inlined_thunk::compute(word w, const unsigned char* pc) {
   const bool is_of_flags = is::sum_with_carry(w) && field(w, 15, 10) != 0;  // RMIF, SETF
   const std::uint32_t d = is::conditional_comparison(w) ? none : field(w, 4, 0);
-  if (d == base || is_of_flags) return false;
+  if (is_kept(d) || is_of_flags) return false;
   if (const auto result = result_of(w, pc, known_)) {
     set(result->d, result->value);
     if (result->nzcv) flags_ = *result->nzcv;
@@ -195,8 +201,8 @@ std::optional<std::uint64_t> inlined_thunk::distance_in_state(std::uint32_t n) c
 bool inlined_thunk::pair_access(word w) {
   const bool is_vector = is_set(w, 26), is_load = is_set(w, 22), moves_base = is_set(w, 23);
   const std::uint32_t t = field(w, 4, 0), t2 = field(w, 14, 10), n = field(w, 9, 5), size = field(w, 31, 30);
-  const bool writes_base = (is_load && !is_vector && (t == base || t2 == base)) || (moves_base && n == base);
-  if (writes_base || (size == 1 && !is_vector)) return false;
+  const bool writes_kept = (is_load && !is_vector && (is_kept(t) || is_kept(t2))) || (moves_base && is_kept(n));
+  if (writes_kept || (size == 1 && !is_vector)) return false;
   if (!is_vector && !is_load) need(t), need(t2);
   const bool is_plain = field(w, 24, 23) == 2;
   const std::int64_t bytes = is_vector ? 4 << size : size == 2 ? 8 : 4;
@@ -237,7 +243,7 @@ bool inlined_thunk::access_instr_word(word w, std::uint64_t offset, bool is_load
 bool inlined_thunk::load_constant(word w) {
   const std::uint32_t t = field(w, 4, 0), n = field(w, 9, 5);
   const bool is_doubleword = (w & 0xFFC00000) == 0xF9400000;
-  if (!is_doubleword || t == base || n == none || known_[n].is != kind::number) return false;
+  if (!is_doubleword || is_kept(t) || n == none || known_[n].is != kind::number) return false;
   const std::uint64_t address = known_[n].number + field(w, 21, 10) * 8;
   if (!is_constant_memory(address)) return false;
   std::uint64_t value;
@@ -257,8 +263,8 @@ bool inlined_thunk::single_access(word w) {
   const bool has_unsigned = is_set(w, 24), has_register = !has_unsigned && is_set(w, 21);
   const bool moves_base = !has_unsigned && !has_register && is_set(mode, 0);
   const bool is_other = !has_unsigned && (has_register ? mode != 2 : mode == 2);
-  const bool writes_base = (is_load && !is_vector && t == base) || (moves_base && n == base);
-  if (is_prefetch || is_other || writes_base) return false;
+  const bool writes_kept = (is_load && !is_vector && is_kept(t)) || (moves_base && is_kept(n));
+  if (is_prefetch || is_other || writes_kept) return false;
   const auto in_state = moves_base ? std::nullopt : distance_in_state(n);
   auto offset = in_state;  // from the state, or from the base's own address
   if (has_unsigned) {
@@ -290,7 +296,7 @@ bool inlined_thunk::access(word w) {
   if (is::single_access(w)) return single_access(w);
   const bool moves_base = is_set(w, 23);
   const std::uint32_t n = field(w, 9, 5);
-  if (!is::structure_access(w) || (moves_base && n == base)) return false;
+  if (!is::structure_access(w) || (moves_base && is_kept(n))) return false;
   need_base(n);
   if (moves_base) need(field(w, 20, 16));
   hot_.put(w);
@@ -302,7 +308,7 @@ bool inlined_thunk::access(word w) {
 bool inlined_thunk::move_known_vector(word w) {
   const std::uint32_t d = field(w, 4, 0);
   const bool is_moved = (w & 0xFFFFFC00) == 0x4E083C00 || (w & 0xFFFFFC00) == 0x9E660000;
-  if (is_moved && d != base && known_vector_ & set_of(field(w, 9, 5))) {
+  if (is_moved && !is_kept(d) && known_vector_ & set_of(field(w, 9, 5))) {
     set(d, {kind::number, doubleword_});
     return true;
   }
@@ -322,7 +328,7 @@ bool inlined_thunk::vector_operation(word w) {
   const bool compares = (w & 0xFF20FC00) == 0x1E202000, compares_on_condition = (w & 0xFF200C00) == 0x1E200400;
   const bool selects = (w & 0xFF200C00) == 0x1E200C00;
   const bool is_from_vector = (w & 0xBFE0EC00) == 0x0E002C00 || (w & 0x7FBFFC00) == 0x1E260000;  // SMOV, UMOV, FMOV
-  if (may_be_general && d == base) return false;
+  if (may_be_general && is_kept(d)) return false;
   if (may_be_general && !is_from_vector) need(field(w, 9, 5)), need(d);
   if (compares_on_condition || selects) need_flags();
   hot_.put(w);
@@ -335,7 +341,7 @@ bool inlined_thunk::system_operation(word w) {
   const std::uint32_t t = field(w, 4, 0);
   const bool is_read = is::system_read(w), is_of_flags = (w & 0xFFDFFFE0) == msr(system_register::nzcv, {0});
   if (w == nop) return true;
-  if (!(is::system_write(w) || is_read || is::barrier(w)) || (is_read && t == base)) return false;
+  if (!(is::system_write(w) || is_read || is::barrier(w)) || (is_read && is_kept(t))) return false;
   if (is::system_write(w)) need(t);
   if (is_of_flags && is_read) need_flags();
   hot_.put(w);
@@ -401,17 +407,85 @@ const unsigned char* inlined_thunk::follow_branch(word w, const unsigned char* p
   }
 }
 
+// The predicate whose bytes begin where the register points to.
+std::optional<std::uint32_t> inlined_thunk::predicate_at(std::uint32_t n) const {
+  const auto distance = distance_in_state(n);
+  if (!distance || *distance < offsetof(cpu_state, p)) return {};
+  const std::uint64_t from_first = *distance - offsetof(cpu_state, p), number = from_first / VL_BYTES;
+  if (from_first % VL_BYTES != 0 || number >= known_lanes::predicates) return {};
+  return static_cast<std::uint32_t>(number);
+}
+
+// Instructions that needn't be carried out where enough is known of a predicate: the hot code asks for that, the cold
+// code has them. Where that can't be, they are like any others, as marks do nothing.
+const unsigned char* inlined_thunk::marked_code(const unsigned char* mark) {
+  const unsigned char *const begin = mark + sizeof(word), *end = begin;
+  const std::uint32_t what = lane_mark_of(word_at(mark));
+  if (what == static_cast<std::uint32_t>(lane_mark::end)) return begin;
+  while (!is_lane_mark(word_at(end))) end += sizeof(word);
+  const bool is_fill = what >= static_cast<std::uint32_t>(lane_mark::fill);
+  const marked_instructions code{field(word_at(mark), 9, 5), field(word_at(mark), 20, 16), what % 4, {begin, end}};
+  const bool is_done = is_fill ? fill_predicate(code) : find_inactive(code);
+  return is_done ? end + sizeof(word) : begin;
+}
+
+// To the cold code, where the bit says that not enough is known.
+bool inlined_thunk::put_marked(const marked_instructions& code, word bit) {
+  constexpr std::size_t room_needed = 96;
+  if (cold_.count + room_needed > max_cold_words || !add_exit()) return false;
+  hot_.put(tbnz_x(known_lanes::keeper, bit, 0));
+  if (missing_ & set_of(code.at)) put_known(cold_, code.at);
+  for (const unsigned char* pc = code.place.data(); pc != code.place.data() + code.place.size(); pc += sizeof(word))
+    cold_.put(word_at(pc));
+  load(code.at);
+  return true;
+}
+
+void inlined_thunk::put_way_on() {
+  ways_on_[way_on_count_++] = {static_cast<std::uint16_t>(cold_.count), static_cast<std::uint16_t>(hot_.count)};
+  cold_.put(b(0));
+}
+
+// The hot code goes on with the answer that all lanes are active. With the other one, the thunk does.
+bool inlined_thunk::find_inactive(const marked_instructions& code) {
+  const auto predicate = predicate_at(code.at);
+  if (!predicate) return false;
+  if (!put_marked(code, known_lanes::active_bit(*predicate, code.size))) return false;
+  load(code.result);
+  const std::size_t branch = cold_.count;
+  cold_.put(udf());
+  put_exit(cold_, code.place.data() + code.place.size());
+  cold_.words[branch] = cbz_x({code.result}, static_cast<std::int64_t>((cold_.count - branch) * sizeof(word)));
+  cold_.put(known_lanes::learn_active(*predicate, code.size));
+  put_way_on();
+  set(code.result, {kind::number, 0});
+  return true;
+}
+
+bool inlined_thunk::fill_predicate(const marked_instructions& code) {
+  const auto predicate = predicate_at(code.at);
+  if (!predicate || *predicate >= known_lanes::filled_predicates) return false;
+  if (!put_marked(code, known_lanes::filled_bit(*predicate, code.size))) return false;
+  cold_.put(known_lanes::forget(*predicate));
+  cold_.put(known_lanes::learn_active(*predicate, code.size));
+  cold_.put(known_lanes::learn_filled(*predicate, code.size));
+  put_way_on();
+  knows_written_ = true;
+  return true;
+}
+
 // Functions are not copied: some must be where they are, as the probe of memory, whose load is known by its place.
 const unsigned char* inlined_thunk::step(const unsigned char* pc) {
   constexpr std::size_t room_to_leave = 32;
   const word w = word_at(pc);
   if (hot_.count + room_to_leave > max_hot_words || cold_.count + room_to_leave > max_cold_words) return leave(pc);
   if (w == keeps_registers_word) return leave(pc);
+  if (is_lane_mark(w)) return marked_code(pc);
   if (way_on_of(w).to != way_on::kind::next) return follow_branch(w, pc);
   return carry_out(w, pc) ? pc + sizeof w : leave(pc);
 }
 
-void inlined_thunk::begin(std::uint32_t w, std::uint32_t usable) {
+void inlined_thunk::begin(std::uint32_t w, std::uint32_t usable, std::uint32_t written_predicates) {
   known_.fill({});
   known_[0] = {kind::state, 0};
   known_[1] = {kind::number, w};
@@ -421,15 +495,16 @@ void inlined_thunk::begin(std::uint32_t w, std::uint32_t usable) {
   word_ = w;
   missing_ = set_ = set_of(0) | set_of(1) | set_of(link);
   usable_ = usable;
-  flags_are_known_ = is_done_ = has_failed_ = false;
+  written_predicates_ = written_predicates;
+  flags_are_known_ = is_done_ = has_failed_ = knows_written_ = false;
   hot_.clear();
   cold_.clear();
-  exit_count_ = 0;
+  exit_count_ = way_on_count_ = 0;
 }
 
-bool inlined_thunk::make(sve_handler thunk, std::uint32_t w, std::uint32_t usable) {
+bool inlined_thunk::make(sve_handler thunk, std::uint32_t w, std::uint32_t usable, std::uint32_t written_predicates) {
   constexpr int most_steps = 1000;
-  begin(w, usable);
+  begin(w, usable, written_predicates);
   const unsigned char* pc = reinterpret_cast<const unsigned char*>(thunk);
   for (int i = 0; i != most_steps && pc; ++i) pc = step(pc);
   return is_done_ && !has_failed_ && !hot_.is_too_long && !cold_.is_too_long;

@@ -52,24 +52,37 @@ inline constexpr std::size_t max_hot_words = 192, max_cold_words = 160;
 
 class inlined_thunk {
  public:
-  // A branch, or load of a literal, from the hot code to the cold, by the numbers of their instructions.
-  struct exit {
+  // By the numbers of their instructions: a branch, or load of a literal, from the hot code to the cold; or a branch
+  // from the cold code back into the hot.
+  struct crossing {
     std::uint16_t from, to;
   };
 
   // Makes the code. It expects the state's address in X19, leaves that, and may write the `usable` registers and those
   // that the thunk writes; it has no result. It goes on into the thunk where a branch depends on what is not known, and
-  // not on the common way, or where the thunk is too long. False if the thunk can't be had this way. For one thread at
-  // a time: it takes no stack to speak of.
-  bool make(sve_handler thunk, std::uint32_t word, std::uint32_t usable);
+  // not on the common way, or where the thunk is too long. It tests a predicate's lanes only where it is not known that
+  // all are active (known_lanes.h), and learns that; but of the predicates in the set, which the thunk writes, only
+  // when it makes all lanes active. False if the thunk can't be had this way. For one thread at a time: it takes no
+  // stack to speak of.
+  bool make(sve_handler thunk, std::uint32_t word, std::uint32_t usable, std::uint32_t written_predicates = 0);
 
   // The hot code runs to its end; the cold code stands elsewhere.
   const code_part<max_hot_words>& hot() const { return hot_; }
   const code_part<max_cold_words>& cold() const { return cold_; }
-  std::span<const exit> exits() const { return {exits_.data(), exit_count_}; }
+  // Whether the hot code has seen to what is known of the predicates that the thunk writes; the ways into it always do.
+  bool knows_written_predicates() const { return knows_written_; }
+  std::span<const crossing> exits() const { return {exits_.data(), exit_count_}; }
+  std::span<const crossing> ways_on() const { return {ways_on_.data(), way_on_count_}; }
 
  private:
-  void begin(std::uint32_t word, std::uint32_t usable);
+  // Instructions between marks (lane_marks.h): the registers of the predicate's address and of the result, the size
+  // code of the lanes, and where they are.
+  struct marked_instructions {
+    std::uint32_t at, result, size;
+    std::span<const unsigned char> place;
+  };
+
+  void begin(std::uint32_t word, std::uint32_t usable, std::uint32_t written_predicates);
   const unsigned char* step(const unsigned char* pc);
   const unsigned char* follow_branch(std::uint32_t word, const unsigned char* pc);
   const unsigned char* follow_condition(std::uint32_t word, const unsigned char* pc, std::int64_t distance);
@@ -84,6 +97,12 @@ class inlined_thunk {
   void put_number(Part& part, std::uint32_t n, std::uint64_t number);
   bool load_constant(std::uint32_t word);
   bool pair_access(std::uint32_t word);
+  const unsigned char* marked_code(const unsigned char* mark);
+  bool put_marked(const marked_instructions& code, std::uint32_t bit);
+  bool find_inactive(const marked_instructions& code);
+  bool fill_predicate(const marked_instructions& code);
+  void put_way_on();
+  std::optional<std::uint32_t> predicate_at(std::uint32_t n) const;
   bool vector_operation(std::uint32_t word);
   bool move_known_vector(std::uint32_t word);
   bool system_operation(std::uint32_t word);
@@ -108,18 +127,18 @@ class inlined_thunk {
   known_registers known_{};
   std::uint32_t missing_ = 0;  // the registers that hold something known, but not in the processor
   std::uint32_t set_ = 0;      // the registers that have been set, known or not
-  std::uint32_t usable_ = 0;
+  std::uint32_t usable_ = 0, written_predicates_ = 0;
   bool flags_are_known_ = false;  // and then not in the processor
   std::uint32_t flags_ = 0;
   bool word_is_stored_ = false;  // to instr_word; but not in memory: it is put there before somebody else may read it
   std::uint32_t word_ = 0;
   std::uint32_t known_vector_ = 0;  // as a set: the vector whose low doubleword is known, if there is one
   std::uint64_t doubleword_ = 0;
-  bool is_done_ = false, has_failed_ = false;
+  bool is_done_ = false, has_failed_ = false, knows_written_ = false;
   code_part<max_hot_words> hot_{};
   code_part<max_cold_words> cold_{};
-  std::array<exit, 24> exits_{};
-  std::size_t exit_count_ = 0;
+  std::array<crossing, 24> exits_{}, ways_on_{};
+  std::size_t exit_count_ = 0, way_on_count_ = 0;
 };
 
 }  // namespace quern

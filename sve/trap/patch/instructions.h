@@ -11,7 +11,7 @@ using word = std::uint32_t;
 struct reg {
   word number;
 };
-inline constexpr reg x0{0}, x1{1}, x2{2}, x19{19}, sp{31}, zero{31};
+inline constexpr reg x0{0}, x1{1}, x2{2}, x19{19}, x20{20}, sp{31}, zero{31};
 
 enum class system_register : word { nzcv = 0x1B4200, fpcr = 0x1B4400, fpsr = 0x1B4420, tpidr_el0 = 0x1BD040 };
 
@@ -73,6 +73,12 @@ constexpr word str_x_pre(reg t, reg base, std::int64_t offset) {
 constexpr word ldr_x_post(reg t, reg base, std::int64_t offset) {
   return 0xF8400400 | scaled(offset, 1, 9) << 12 | place(t, base);
 }
+constexpr word stp_x_pre(reg t, reg t2, reg base, std::int64_t offset) {
+  return 0xA9800000 | place(t, t2, base, offset, 8);
+}
+constexpr word ldp_x_post(reg t, reg t2, reg base, std::int64_t offset) {
+  return 0xA8C00000 | place(t, t2, base, offset, 8);
+}
 
 // Relative to the instruction's own address; a literal is a multiple of 4 bytes away, less than 1 MiB.
 constexpr word ldr_x_literal(reg t, std::int64_t distance) {
@@ -84,7 +90,11 @@ constexpr word ldr_w_literal(reg t, std::int64_t distance) {
 constexpr word adr(reg t, std::int64_t distance) {
   return 0x10000000 | scaled(distance, 1, 2) << 29 | scaled(distance >> 2, 1, 19) << 5 | t.number;
 }
+constexpr word cbz_x(reg t, std::int64_t distance) { return 0xB4000000 | scaled(distance, 4, 19) << 5 | t.number; }
 constexpr word cbnz_x(reg t, std::int64_t distance) { return 0xB5000000 | scaled(distance, 4, 19) << 5 | t.number; }
+constexpr word tbnz_x(reg t, word bit, std::int64_t distance) {
+  return 0x37000000 | bit >> 5 << 31 | (bit & 31) << 19 | scaled(distance, 4, 14) << 5 | t.number;
+}
 
 // The same instruction with another base.
 constexpr word with_base(word w, reg base) { return (w & ~place({}, {31})) | place({}, base); }
@@ -119,6 +129,17 @@ constexpr word movz_x(reg d, word value, word quarter = 0) {
 }
 constexpr word movk_x(reg d, word value, word quarter) { return 0xF2800000 | quarter << 21 | value << 5 | d.number; }
 constexpr word movn_x(reg d, word value) { return 0x92800000 | value << 5 | d.number; }
+// n with `count` bits, 1 to 63, from bit `low` on set, or cleared.
+constexpr word set_bits_x(reg d, reg n, word low, word count) {
+  return 0xB2400000 | ((64 - low) & 63) << 16 | (count - 1) << 10 | place(d, n);
+}
+// The same in both halves, `low` and `count` being those of a word.
+constexpr word set_bits_twice_x(reg d, reg n, word low, word count) {
+  return 0xB2000000 | ((32 - low) & 31) << 16 | (count - 1) << 10 | place(d, n);
+}
+constexpr word clear_bits_x(reg d, reg n, word low, word count) {
+  return 0x92400000 | ((64 - low - count) & 63) << 16 | (63 - count) << 10 | place(d, n);
+}
 // An instruction that is none, for good.
 constexpr word udf() { return 0; }
 

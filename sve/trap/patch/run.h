@@ -36,14 +36,15 @@ std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array
 // Sets of registers: number n is bit n. Register 31 is in no set of general registers.
 struct register_use {
   std::uint32_t z = 0, z_written = 0;
+  std::uint32_t p_written = 0;
   std::uint32_t x = 0, x_written = 0;
   bool sp_written = false;
   bool fpsr = false;  // FPCR and FPSR, which it may write, are to be in cpu_state
 };
 
-// What a word uses by its row. FFR, predicates and the flags are not told: the first two are in cpu_state alone, and
-// the flags are brought in and out always, as the code of the thunks changes them. Handlers of floating point compute
-// under the processor's own FPSR where it has not to be in cpu_state.
+// What a word uses by its row. FFR, predicates that are read, and the flags are not told: the first two are in
+// cpu_state alone, and the flags are brought in and out always, as the code of the thunks changes them. Handlers of
+// floating point compute under the processor's own FPSR where it has not to be in cpu_state.
 register_use use_of(const run_word& word);
 register_use use_of(std::span<const run_word> run);
 

@@ -7,6 +7,7 @@
 #include "sve/decoder/decode_row.h"
 #include "sve/trap/patch/inlined_thunk.h"
 #include "sve/trap/patch/instructions.h"
+#include "sve/trap/patch/known_lanes.h"
 #include "sve/trap/patch/plain_instruction.h"
 
 namespace quern {
@@ -32,9 +33,13 @@ static_assert(z_distance(31) <= 4095 * 16);
 
 // What calls may destroy of the general registers, the link register among them; thunks keep the others.
 constexpr std::uint32_t call_destroyed = 0x4007FFFF;
-// The general registers that the code itself needs.
+// The general registers that the code itself needs, and those among them that thunks keep: the base and its neighbour,
+// which wait on the stack together.
 constexpr std::uint32_t own_x = 0x40000007;
 constexpr std::uint32_t set_of(reg r) { return std::uint32_t{1} << r.number; }
+constexpr reg keeper = known_lanes::keeper;
+constexpr std::uint32_t kept_x = set_of(base) | set_of(keeper);
+static_assert(keeper.number == base.number + 1);
 
 written_registers written_by(std::span<const run_word> run) {
   written_registers all;
@@ -52,18 +57,20 @@ class cold_code {
  public:
   static constexpr std::size_t most_words = 3072;
 
-  void clear() { word_count_ = exit_count_ = return_count_ = 0; }
+  void clear() { word_count_ = exit_count_ = return_count_ = way_on_count_ = 0; }
   // Whether there is room for what one thunk has.
   bool has_room() const {
     return word_count_ + max_cold_words <= most_words && exit_count_ + 32 <= exits_.size() &&
-           return_count_ + 32 <= returns_.size();
+           return_count_ + 32 <= returns_.size() && way_on_count_ + 32 <= ways_on_.size();
   }
   std::size_t bytes() const { return word_count_ * sizeof(word); }
 
   // Takes the cold code of a thunk whose hot code stands from `hot_begin` to `hot_end`.
   void add(const inlined_thunk& thunk, std::size_t hot_begin, std::size_t hot_end) {
-    for (const inlined_thunk::exit& e : thunk.exits())
+    for (const inlined_thunk::crossing& e : thunk.exits())
       exits_[exit_count_++] = {hot_begin + e.from * sizeof(word), word_count_ + e.to};
+    for (const inlined_thunk::crossing& o : thunk.ways_on())
+      ways_on_[way_on_count_++] = {hot_begin + o.to * sizeof(word), word_count_ + o.from};
     for (const std::uint16_t r : thunk.cold().returns()) returns_[return_count_++] = {hot_end, word_count_ + r};
     for (const word w : thunk.cold().code()) words_[word_count_++] = w;
   }
@@ -74,6 +81,8 @@ class cold_code {
       const std::size_t from = place + r.number * sizeof(word);
       words_[r.number] = adr({words_[r.number]}, distance(from, r.hot));
     }
+    for (const link& o : std::span(ways_on_).first(way_on_count_))
+      words_[o.number] = b(distance(place + o.number * sizeof(word), o.hot));
     std::memcpy(room.data() + place, words_.data(), bytes());
     for (const link& e : std::span(exits_).first(exit_count_)) {
       word branch;
@@ -92,8 +101,8 @@ class cold_code {
   }
 
   std::array<word, most_words> words_{};
-  std::array<link, 512> exits_{}, returns_{};
-  std::size_t word_count_ = 0, exit_count_ = 0, return_count_ = 0;
+  std::array<link, 512> exits_{}, returns_{}, ways_on_{};
+  std::size_t word_count_ = 0, exit_count_ = 0, return_count_ = 0, way_on_count_ = 0;
 };
 
 class generator {
@@ -102,7 +111,7 @@ class generator {
             std::span<unsigned char, max_run_code_bytes> room)
       : run_(run), use_(use_of(run)), written_(written_by(run)), place_(place), room_(room) {
     header_.site = site;
-    header_.x = written_.x | use_.x | own_x | set_of(base);
+    header_.x = written_.x | use_.x | own_x | kept_x;
     header_.z = use_.z;
     header_.v = written_.v & ~use_.z;
     header_.fpsr = use_.fpsr;
@@ -152,14 +161,14 @@ class generator {
   // shown it meanwhile.
   void bring_in(std::size_t registers_offset) {
     const std::size_t offset = registers_offset + offsetof(thread_registers, state);
-    put(str_x_pre(base, sp, -16));
+    put(stp_x_pre(base, keeper, sp, -16));
     put(mrs(base, system_register::tpidr_el0));
     if (offset >> 12) put(add_x_4096(base, base, static_cast<word>(offset >> 12)));
     put(add_x(base, base, offset & 4095));
     put(stur_x(base, base, running_distance));  // not null: a signal must not let others use the registers
-    move_x(header_.x & ~set_of(base) & ~set_of(link), str_x, stp_x);
-    put(ldr_x_post(x0, sp, 16));
-    put(str_x(x0, base, x_distance(base.number)));
+    move_x(header_.x & ~kept_x & ~set_of(link), str_x, stp_x);
+    put(ldp_x_post(x0, x1, sp, 16));
+    put(stp_x(x0, x1, base, x_distance(base.number)));
     put(add_x(x1, sp, 0));
     static_assert(offsetof(cpu_state, sp) == x_distance(31));
     put(stp_x(link, x1, base, x_distance(link.number)));
@@ -177,6 +186,7 @@ class generator {
       if (use_.z >> n & 1) put(str_q({n}, base, z_distance(n)));
     put(adr(x0, distance_to(0)));
     put(stur_x(x0, base, running_distance));
+    put(known_lanes::forget_all());
   }
 
   // Stores or loads the set, two registers at a time where the next one is in it as well.
@@ -228,16 +238,25 @@ class generator {
   void call(std::size_t i) {
     tell_pc(i);
     header_.literals[i].thunk = use_.fpsr ? run_[i].thunk : run_[i].row->under_host_fpsr;
-    if (!inline_thunk(i)) call_thunk(i);
+    const std::uint32_t written = use_of(run_[i]).p_written;
+    if (!inline_thunk(i, written)) {
+      call_thunk(i);
+      forget(written);
+    }
     end_early_if_wanted();
   }
 
+  void forget(std::uint32_t predicates) {
+    for (std::uint32_t p = 0; p != known_lanes::predicates; ++p)
+      if (predicates >> p & 1) put(known_lanes::forget(p));
+  }
+
   // Its code in the place of a call, if there is room.
-  bool inline_thunk(std::size_t i) {
+  bool inline_thunk(std::size_t i, std::uint32_t written_predicates) {
     constinit static inlined_thunk thunk{};
     constexpr std::size_t most = (max_hot_words + max_cold_words) * sizeof(word);
     if (!cold_.has_room() || size_ + cold_.bytes() + most > max_run_code_bytes - max_bytes_of_calls) return false;
-    if (!thunk.make(header_.literals[i].thunk, run_[i].word, written_.x | own_x)) return false;
+    if (!thunk.make(header_.literals[i].thunk, run_[i].word, written_.x | own_x, written_predicates)) return false;
     const std::size_t begin = size_, end = begin + thunk.hot().code().size_bytes();
     for (const word w : thunk.hot().code()) put(w);
     for (const std::uint16_t r : thunk.hot().returns()) {
@@ -246,6 +265,7 @@ class generator {
       std::memcpy(room_.data() + at, &address, sizeof address);
     }
     cold_.add(thunk, begin, end);
+    if (!thunk.knows_written_predicates()) forget(written_predicates);
     return true;
   }
 
@@ -294,10 +314,11 @@ class generator {
     put(with_distance(branch.word, distance_to(starts_[target])));
   }
 
-  // The base's own value waits on the stack: when others may use the registers again, there is nothing left in them.
+  // What the kept registers had waits on the stack: when others may use the registers again, there is nothing left in
+  // them.
   void bring_out() {
-    put(ldr_x(x0, base, x_distance(base.number)));
-    put(str_x_pre(x0, sp, -16));
+    put(ldp_x(x0, x1, base, x_distance(base.number)));
+    put(stp_x_pre(x0, x1, sp, -16));
     put(ldr_x(x0, base, offsetof(cpu_state, nzcv)));
     put(msr(system_register::nzcv, x0));
     if (use_.fpsr) {
@@ -309,10 +330,10 @@ class generator {
     const std::uint32_t changed_z = use_.z & (use_.z_written | written_.v);
     for (word n = 0; n != 32; ++n)
       if (changed_z >> n & 1) put(ldr_q({n}, base, z_distance(n)));
-    move_x((((written_.x | own_x) & call_destroyed) | use_.x_written) & ~set_of(base), ldr_x, ldp_x);
+    move_x((((written_.x | own_x) & call_destroyed) | use_.x_written) & ~kept_x, ldr_x, ldp_x);
     put(stur_x(zero, base, running_distance));
     header_.pop = here();
-    put(ldr_x_post(base, sp, 16));
+    put(ldp_x_post(base, keeper, sp, 16));
   }
 
   static inline constinit cold_code cold_{};

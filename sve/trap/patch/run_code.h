@@ -47,8 +47,8 @@ struct run_code {
   bool fpsr;             // FPSR stands in cpu_state too
   std::uint16_t words;
   // Bytes from the start of this record: of the code, of its last part, in which no more thunk is called, of its last
-  // two instructions, which take X19 from the stack and branch, of what stands behind them for the ways out of thunks'
-  // code that are seldom taken, and behind that.
+  // two instructions, which take X19 and X20 from the stack and branch, of what stands behind them for the ways out of
+  // thunks' code that are seldom taken, and behind that.
   std::uint16_t entry, way_out, pop, last, cold, end;
   run_literal literals[max_run];  // as many as there are words; then the code
 
