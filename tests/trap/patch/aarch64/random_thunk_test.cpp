@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sve/decoder/decode_map.h"
+#include "sve/state/lane_marks.h"
 #include "sve/trap/patch/inlined_thunk.h"
 #include "sve/trap/patch/instruction_classes.h"
 #include "sve/trap/patch/plain_instruction.h"
@@ -125,7 +126,7 @@ class thunk_maker {
   }
   void add_plain() {
     word w = bits();
-    while (!plain_instruction_of(w) || w == nop) w = bits();
+    while (!plain_instruction_of(w) || w == nop || is_lane_mark(w)) w = bits();
     const plain_instruction i = *plain_instruction_of(w);
     w = i.word;
     if (i.d != 31) w = (w & ~word{31}) | result();
