@@ -51,7 +51,7 @@ endif()
 install(DIRECTORY docs/ DESTINATION share/doc/quern/docs FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN manual EXCLUDE)
 install(DIRECTORY examples DESTINATION share/doc/quern)
 
-install(FILES tools/python/quern_trace.py tools/python/example_plots.py DESTINATION share/quern/python)
+install(DIRECTORY tools/python/ DESTINATION share/quern/python FILES_MATCHING PATTERN *.py PATTERN __pycache__ EXCLUDE)
 
 install(DIRECTORY include/quern DESTINATION include)
 

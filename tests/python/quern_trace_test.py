@@ -143,12 +143,12 @@ class Reading(unittest.TestCase):
 
     def test_chunks_hold_each_record_once_and_each_thread_in_order(self):
         path = self.random(threads=2)
-        batch, quern_trace.BATCH = quern_trace.BATCH, 3
+        batch, quern_trace.trace.BATCH = quern_trace.trace.BATCH, 3
         try:
             trace = quern_trace.Trace(path)
             parts = list(trace.chunks())
         finally:
-            quern_trace.BATCH = batch
+            quern_trace.trace.BATCH = batch
         self.assertGreater(len(parts), 2)
         together = np.concatenate(parts)
         np.testing.assert_array_equal(np.sort(together, order="count"), trace.records())
@@ -177,8 +177,8 @@ class Reading(unittest.TestCase):
         modules = self.chunk_starts(data, b"QERNMODS")[0]
         data[modules:modules + 65536] = bytes(65536)
         slots = self.chunk_starts(data, b"QERNCHNK")[0]
-        markers = np.frombuffer(data, quern_trace.SLOT, 1364, slots + 64)
-        markers["addr"][markers["tid"] >= quern_trace.STOP_TID] = 0
+        markers = np.frombuffer(data, quern_trace.format.SLOT, 1364, slots + 64)
+        markers["addr"][markers["tid"] >= quern_trace.format.STOP_TID] = 0
         for version in (1, 2):
             with self.subTest(version=version):
                 data[8] = version
@@ -197,7 +197,7 @@ class Reading(unittest.TestCase):
                 stored = content(os.path.join(EARLIER, f"version_{version}.trace.lz4"))
                 path = self.path(f"version_{version}")
                 with open(path, "wb") as file:
-                    file.write(quern_trace.decompress_lz4(stored[4:], int.from_bytes(stored[:4], "little")))
+                    file.write(quern_trace.compression.decompress_lz4(stored[4:], int.from_bytes(stored[:4], "little")))
                 self.assert_same_records(path)
                 trace = quern_trace.Trace(path)
                 self.assertEqual((trace.version, len(trace.records()), trace.damaged), (version, 1466, 0))
@@ -205,22 +205,23 @@ class Reading(unittest.TestCase):
     def test_without_the_compressors_library_all_is_the_same(self):
         path = self.random(records=40000)
         wanted = quern_trace.Trace(path).records()
-        library, quern_trace.lz4_block = quern_trace.lz4_block, None
+        compression = quern_trace.compression
+        library, compression.lz4_block = compression.lz4_block, None
         try:
             found = quern_trace.Trace(path).records()
         finally:
-            quern_trace.lz4_block = library
+            compression.lz4_block = library
         self.assertGreater(len(wanted), 30000)
         np.testing.assert_array_equal(found, wanted)
 
     def test_damaged_compressed_bytes_are_refused(self):
         good = bytes([0x11]) + b"a" + bytes([1, 0, 0x50]) + b"bcdef"  # "a", five more of it, and five letters
-        self.assertEqual(quern_trace.decompress_lz4(good, 11), b"aaaaaabcdef")
+        self.assertEqual(quern_trace.compression.decompress_lz4(good, 11), b"aaaaaabcdef")
         for bad in (good[:-1], good[:3], b"", good[:2] + bytes([2]) + good[3:], good[:2] + bytes([0]) + good[3:]):
             with self.subTest(bad=bad), self.assertRaises((ValueError, IndexError)):
-                quern_trace.decompress_lz4(bad, 11)
+                quern_trace.compression.decompress_lz4(bad, 11)
         with self.assertRaises(ValueError):
-            quern_trace.decompress_lz4(good, 10)
+            quern_trace.compression.decompress_lz4(good, 10)
 
     def with_modules(self, *entries):
         """A trace whose list of modules is that: of each its number, the record at which it was found, begin, end,
@@ -229,8 +230,9 @@ class Reading(unittest.TestCase):
         start = self.chunk_starts(data, b"QERNMODS")[0]
         listed = b""
         for number, count, begin, end, build_id, path in entries:
-            size = (quern_trace.MODULE.itemsize + len(build_id) + len(path) + 7) // 8 * 8
-            entry = np.array([(size, number, count, 0, begin, end, 0, len(build_id), len(path))], quern_trace.MODULE)
+            size = (quern_trace.format.MODULE.itemsize + len(build_id) + len(path) + 7) // 8 * 8
+            numbers = (size, number, count, 0, begin, end, 0, len(build_id), len(path))
+            entry = np.array([numbers], quern_trace.format.MODULE)
             listed += (entry.tobytes() + build_id + path).ljust(size, b"\0")
         data[start + 28:start + 32] = len(listed).to_bytes(4, "little")
         data[start + 64:start + 64 + len(listed)] = listed
@@ -270,13 +272,13 @@ class Reading(unittest.TestCase):
         good = self.random(records=40000)
         data = content(good)
         first_block = self.chunk_starts(data, b"QERNPACK")[0] + 64
-        block = np.frombuffer(data, quern_trace.BLOCK, 1, first_block)[0]
+        block = np.frombuffer(data, quern_trace.format.BLOCK, 1, first_block)[0]
         others = set(record_rows(quern_trace.Trace(good).records()[block["records"]:]))
         self.assertGreater(len(others), 30000)
         random = np.random.default_rng(1)
         for _ in range(10):
             damaged = bytearray(data)
-            at = first_block + quern_trace.BLOCK.itemsize + random.integers(block["packed_bytes"])
+            at = first_block + quern_trace.format.BLOCK.itemsize + random.integers(block["packed_bytes"])
             damaged[at] = random.integers(256)
             name = self.path("damaged")
             with open(name, "wb") as file:
@@ -306,7 +308,7 @@ class Reading(unittest.TestCase):
                 packed.append(number & 0x7F | 0x80)
                 number >>= 7
             packed.append(number)
-        numbers, ends = quern_trace.read_numbers(np.array(packed + [0x80], np.uint8))
+        numbers, ends = quern_trace.packing.read_numbers(np.array(packed + [0x80], np.uint8))
         self.assertEqual([int(number) for number in numbers], wanted)
         self.assertEqual(ends[-1], len(packed) - 1)
 
