@@ -242,12 +242,13 @@ bool inlined_thunk::access_instr_word(word w, std::uint64_t offset, bool is_load
 // LDR of a doubleword that never changes.
 bool inlined_thunk::load_constant(word w) {
   const std::uint32_t t = field(w, 4, 0), n = field(w, 9, 5);
-  const bool is_doubleword = (w & 0xFFC00000) == 0xF9400000;
-  if (!is_doubleword || is_kept(t) || n == none || known_[n].is != kind::number) return false;
-  const std::uint64_t address = known_[n].number + field(w, 21, 10) * 8;
-  if (!is_constant_memory(address)) return false;
-  std::uint64_t value;
-  std::memcpy(&value, reinterpret_cast<const void*>(address), sizeof value);
+  const bool is_unsigned = (w & 0x3FC00000) == 0x39400000;
+  if (!is_unsigned || is_kept(t) || n == none || known_[n].is != kind::number) return false;
+  const std::size_t bytes = std::size_t{1} << field(w, 31, 30);
+  const std::uint64_t address = known_[n].number + field(w, 21, 10) * bytes;
+  if (!is_constant_memory(address, bytes)) return false;
+  std::uint64_t value = 0;
+  std::memcpy(&value, reinterpret_cast<const void*>(address), bytes);
   set(t, {kind::number, value});
   return true;
 }
@@ -391,6 +392,7 @@ const unsigned char* inlined_thunk::follow_condition(word w, const unsigned char
 const unsigned char* inlined_thunk::follow_return(word w, const unsigned char* pc) {
   const known_value to = known_[link];
   if (w != ret) return leave(pc);
+  if (to.is == kind::number) return reinterpret_cast<const unsigned char*>(to.number);
   if (to.is != kind::way_back) hot_.put(w);
   is_done_ = true;
   return nullptr;
@@ -398,10 +400,11 @@ const unsigned char* inlined_thunk::follow_return(word w, const unsigned char* p
 
 const unsigned char* inlined_thunk::follow_branch(word w, const unsigned char* pc) {
   const way_on way = way_on_of(w);
-  if (way.is_call) return leave(pc);
+  if (way.is_call && !follows_calls_) return leave(pc);
+  if (way.is_call) set(link, {kind::number, reinterpret_cast<std::uint64_t>(pc + sizeof w)});
   switch (way.to) {
     case way_on::kind::jump: return pc + way.distance;
-    case way_on::kind::jump_and_next: return follow_condition(w, pc, way.distance);
+    case way_on::kind::jump_and_next: return way.is_call ? pc + way.distance : follow_condition(w, pc, way.distance);
     case way_on::kind::none: return follow_return(w, pc);
     default: return leave(pc);
   }
@@ -474,7 +477,8 @@ bool inlined_thunk::fill_predicate(const marked_instructions& code) {
   return true;
 }
 
-// Functions are not copied: some must be where they are, as the probe of memory, whose load is known by its place.
+// Functions that keep registers are not copied: some must be where they are, as the probe of memory, whose load is
+// known by its place.
 const unsigned char* inlined_thunk::step(const unsigned char* pc) {
   constexpr std::size_t room_to_leave = 32;
   const word w = word_at(pc);
@@ -485,7 +489,7 @@ const unsigned char* inlined_thunk::step(const unsigned char* pc) {
   return carry_out(w, pc) ? pc + sizeof w : leave(pc);
 }
 
-void inlined_thunk::begin(std::uint32_t w, std::uint32_t usable, std::uint32_t written_predicates) {
+void inlined_thunk::begin(std::uint32_t w, const given& what) {
   known_.fill({});
   known_[0] = {kind::state, 0};
   known_[1] = {kind::number, w};
@@ -494,17 +498,18 @@ void inlined_thunk::begin(std::uint32_t w, std::uint32_t usable, std::uint32_t w
   word_is_stored_ = false;
   word_ = w;
   missing_ = set_ = set_of(0) | set_of(1) | set_of(link);
-  usable_ = usable;
-  written_predicates_ = written_predicates;
+  usable_ = what.usable;
+  written_predicates_ = what.written_predicates;
+  follows_calls_ = what.follows_calls;
   flags_are_known_ = is_done_ = has_failed_ = knows_written_ = false;
   hot_.clear();
   cold_.clear();
   exit_count_ = way_on_count_ = 0;
 }
 
-bool inlined_thunk::make(sve_handler thunk, std::uint32_t w, std::uint32_t usable, std::uint32_t written_predicates) {
+bool inlined_thunk::make(sve_handler thunk, std::uint32_t w, const given& what) {
   constexpr int most_steps = 1000;
-  begin(w, usable, written_predicates);
+  begin(w, what);
   const unsigned char* pc = reinterpret_cast<const unsigned char*>(thunk);
   for (int i = 0; i != most_steps && pc; ++i) pc = step(pc);
   return is_done_ && !has_failed_ && !hot_.is_too_long && !cold_.is_too_long;

@@ -58,13 +58,17 @@ class inlined_thunk {
     std::uint16_t from, to;
   };
 
-  // Makes the code. It expects the state's address in X19, leaves that, and may write the `usable` registers and those
-  // that the thunk writes; it has no result. It goes on into the thunk where a branch depends on what is not known, and
-  // not on the common way, or where the thunk is too long. It tests a predicate's lanes only where it is not known that
-  // all are active (known_lanes.h), and learns that; but of the predicates in the set, which the thunk writes, only
-  // when it makes all lanes active. False if the thunk can't be had this way. For one thread at a time: it takes no
-  // stack to speak of.
-  bool make(sve_handler thunk, std::uint32_t word, std::uint32_t usable, std::uint32_t written_predicates = 0);
+  struct given {
+    std::uint32_t usable = 0;              // the registers that the code may write besides those that the thunk writes
+    std::uint32_t written_predicates = 0;  // those that the thunk writes
+    bool follows_calls = false;            // whether it has what the thunk calls too, and does not go on there
+  };
+
+  // Makes the code. It expects the state's address in X19, and leaves that; it has no result. It goes on into the thunk
+  // where a branch depends on what is not known, and not on the common way, or where the thunk is too long. It tests a
+  // predicate's lanes only where it is not known that all are active (known_lanes.h), and learns that. False if the
+  // thunk can't be had this way. For one thread at a time: it takes no stack to speak of.
+  bool make(sve_handler thunk, std::uint32_t word, const given& what);
 
   // The hot code runs to its end; the cold code stands elsewhere.
   const code_part<max_hot_words>& hot() const { return hot_; }
@@ -82,7 +86,7 @@ class inlined_thunk {
     std::span<const unsigned char> place;
   };
 
-  void begin(std::uint32_t word, std::uint32_t usable, std::uint32_t written_predicates);
+  void begin(std::uint32_t word, const given& what);
   const unsigned char* step(const unsigned char* pc);
   const unsigned char* follow_branch(std::uint32_t word, const unsigned char* pc);
   const unsigned char* follow_condition(std::uint32_t word, const unsigned char* pc, std::int64_t distance);
@@ -134,7 +138,7 @@ class inlined_thunk {
   std::uint32_t word_ = 0;
   std::uint32_t known_vector_ = 0;  // as a set: the vector whose low doubleword is known, if there is one
   std::uint64_t doubleword_ = 0;
-  bool is_done_ = false, has_failed_ = false, knows_written_ = false;
+  bool is_done_ = false, has_failed_ = false, knows_written_ = false, follows_calls_ = false;
   code_part<max_hot_words> hot_{};
   code_part<max_cold_words> cold_{};
   std::array<crossing, 24> exits_{}, ways_on_{};

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "sve/decoder/immediate.h"
+#include "sve/state/cpu_state.h"
 #include "sve/trap/patch/instruction_classes.h"
 
 namespace quern {
@@ -57,11 +58,17 @@ known_result sum(const fields& f, std::uint64_t a, std::uint64_t b) {
   return r;
 }
 
+// Two addresses of which this holds compare as their distances do.
+bool is_within_state(known_value v) { return v.number <= sizeof(cpu_state); }
+
 // Sums with the state's address in them, of all its bits.
 result sum_of(const fields& f, known_value a, known_value b) {
   if (a.is == kind::number && b.is == kind::number) return sum(f, a.number, b.number);
   const bool is_difference = is_set(f.word, 30), sets_flags = is_set(f.word, 29);
-  if (sets_flags || f.width != 64) return {};
+  if (f.width != 64) return {};
+  if (a.is == kind::state && b.is == kind::state && is_difference && is_within_state(a) && is_within_state(b))
+    return sum(f, a.number, b.number);
+  if (sets_flags) return {};
   if (b.is == kind::state && !is_difference) std::swap(a, b);
   if (a.is != kind::state || b.is != kind::number) return {};
   return known_result{f.d, {kind::state, is_difference ? a.number - b.number : a.number + b.number}};

@@ -256,7 +256,9 @@ class generator {
     constinit static inlined_thunk thunk{};
     constexpr std::size_t most = (max_hot_words + max_cold_words) * sizeof(word);
     if (!cold_.has_room() || size_ + cold_.bytes() + most > max_run_code_bytes - max_bytes_of_calls) return false;
-    if (!thunk.make(header_.literals[i].thunk, run_[i].word, written_.x | own_x, written_predicates)) return false;
+    const bool follows_calls = run_[i].row->way != route::library;
+    if (!thunk.make(header_.literals[i].thunk, run_[i].word, {written_.x | own_x, written_predicates, follows_calls}))
+      return false;
     const std::size_t begin = size_, end = begin + thunk.hot().code().size_bytes();
     for (const word w : thunk.hot().code()) put(w);
     for (const std::uint16_t r : thunk.hot().returns()) {

@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
+#include "sve/memory/current_access.h"
 #include "sve/trap/patch/written_registers.h"
 
 namespace quern {
@@ -19,9 +21,9 @@ constexpr word ret = 0xD65F03C0, udf = 0;
 
 class InlinedThunk : public testing::Test {
  protected:
-  bool make(const words& thunk, std::uint32_t registers = usable) {
+  bool make(const words& thunk, const inlined_thunk::given& what = {usable}) {
     code_ = thunk;
-    return thunk_->make(reinterpret_cast<sve_handler>(code_.data()), emulated, registers);
+    return thunk_->make(reinterpret_cast<sve_handler>(code_.data()), emulated, what);
   }
   words hot() const { return {thunk_->hot().code().begin(), thunk_->hot().code().end()}; }
   words cold() const { return {thunk_->cold().code().begin(), thunk_->cold().code().end()}; }
@@ -132,6 +134,53 @@ TEST_F(InlinedThunk, ReturnsByAnAddressFromMemory) {
   EXPECT_EQ(hot(), (words{0xF94003FE, ret}));
 }
 
+TEST_F(InlinedThunk, FollowsCallsWhereItMay) {
+  // mov x9, x30; bl 5; mrs x3, tpidr_el0; mov x30, x9; ret; mrs x2, tpidr_el0; ret
+  const words thunk = {0xAA1E03E9, 0x94000004, 0xD53BD043, 0xAA0903FE, ret, 0xD53BD042, ret};
+  ASSERT_TRUE(make(thunk, {usable, 0, true}));
+  EXPECT_EQ(hot(), (words{0xD53BD042, 0xD53BD043}));
+}
+
+TEST_F(InlinedThunk, IsOfAHostThatNotesNoAccesses) {
+  const auto address = reinterpret_cast<std::uint64_t>(&accesses_are_noted);
+  words thunk;
+  for (word quarter = 0; quarter != 4; ++quarter)
+    thunk.push_back(aarch64::movk_x({2}, address >> 16 * quarter & 0xFFFF, quarter));
+  thunk[0] = aarch64::movz_x({2}, address & 0xFFFF);
+  // ldrb w3, [x2]; cbnz w3, udf; mrs x2, tpidr_el0; ret; udf
+  thunk.insert(thunk.end(), {0x39400043, 0x35000063, 0xD53BD042, ret, udf});
+  ASSERT_TRUE(make(thunk));
+  EXPECT_EQ(hot(), words{0xD53BD042});
+}
+
+// Marks, with X3 for an address and X2 for the result.
+constexpr word begin_test_of_halves = 0x8A02247F, end_mark = 0x8A02007F;
+
+TEST_F(InlinedThunk, AsksWhetherLanesAreKnown) {
+  constexpr word p5 = offsetof(cpu_state, p) + 5 * VL_BYTES, test = 0x4C40A060;
+  // add x3, x0, ...; the marks round ld1 {v0.16b, v1.16b}, [x3]; cbnz x2, udf; mrs x2, tpidr_el0
+  ASSERT_TRUE(make({aarch64::add_x_4096({3}, aarch64::x0, p5 >> 12), aarch64::add_x({3}, {3}, p5 & 4095),
+                    begin_test_of_halves, test, end_mark, 0xB5000062, 0xD53BD042, ret, udf}));
+  EXPECT_EQ(hot(), (words{aarch64::tbnz_x(aarch64::x20, 21, 0), 0xD53BD042}));
+  ASSERT_EQ(thunk_->exits().size(), 1u);
+  const words all = cold();
+  const auto at = std::find(all.begin(), all.end(), test);
+  ASSERT_NE(at, all.end()) << "the test itself";
+  EXPECT_EQ(*(at + 1) & 0xFF00001F, 0xB4000002) << "cbz x2";
+  // The last words: and x20, x20, #~0xe00000; b
+  EXPECT_EQ((words{all.end() - 2, all.end()}),
+            (words{aarch64::clear_bits_x(aarch64::x20, aarch64::x20, 21, 3), aarch64::b(0)}));
+  ASSERT_EQ(thunk_->ways_on().size(), 1u);
+  EXPECT_EQ(thunk_->ways_on()[0].from, all.size() - 1);
+  EXPECT_EQ(thunk_->ways_on()[0].to, 1);
+}
+
+TEST_F(InlinedThunk, LeavesMarkedCodeAsItIsForAPredicateThatIsNotKnown) {
+  // ldr x3, [x0]
+  ASSERT_TRUE(make({0xF9400003, begin_test_of_halves, 0x4C40A060, end_mark, 0xD53BD042, ret}));
+  EXPECT_EQ(hot(), (words{0xF9400263, 0x4C40A060, 0xD53BD042}));
+}
+
 TEST_F(InlinedThunk, LeavesALongThunkOnItsWay) {
   words thunk(max_hot_words, 0xD53BD042);
   thunk.push_back(ret);
@@ -147,8 +196,8 @@ TEST_F(InlinedThunk, IsNoneOfALoopWithoutEnd) { EXPECT_FALSE(make({0x14000000}))
 
 TEST_F(InlinedThunk, IsNoneWhereNoRegisterIsFreeForAJump) {
   const words with_exit = {0xF9400002, 0xB5000042, ret, udf};
-  EXPECT_FALSE(make(with_exit, 0b111));
-  EXPECT_TRUE(make(with_exit, 0b1111));
+  EXPECT_FALSE(make(with_exit, {0b111}));
+  EXPECT_TRUE(make(with_exit, {0b1111}));
 }
 
 // Each is copied as it is, with the state's address and the word in the registers that it reads.

@@ -10,14 +10,16 @@ namespace {
 
 using kind = known_value::kind;
 
-// X1 is the state's address and 16, X2 is 5, X3 is 2^63 + 7, X4 where the function returns to; the others are not
-// known.
+// X1 is the state's address and 16, X2 is 5, X3 is 2^63 + 7, X4 where the function returns to, X5 is the state's
+// address and 80, X6 is 16 before it; the others are not known.
 known_registers some_registers() {
   known_registers registers{};
   registers[1] = {kind::state, 16};
   registers[2] = {kind::number, 5};
   registers[3] = {kind::number, 0x8000000000000007};
   registers[4] = {kind::way_back, 0};
+  registers[5] = {kind::state, 80};
+  registers[6] = {kind::state, std::uint64_t{0} - 16};
   return registers;
 }
 
@@ -32,6 +34,10 @@ constexpr std::uint32_t negative = 1u << 31, zero = 1 << 30, carry = 1 << 29;
 const computed computed_words[] = {
     {"add x0, x1, #8", 0x91002020, {0, {kind::state, 24}}},
     {"sub x0, x1, #1, lsl #12", 0xD1400420, {0, {kind::state, std::uint64_t{16} - 4096}}},
+    {"cmp x1, x1", 0xEB01003F, {31, {kind::number, 0}, zero | carry}},
+    {"cmp x1, x5", 0xEB05003F, {31, {kind::number, std::uint64_t{0} - 64}, negative}},
+    {"subs x0, x5, x1", 0xEB0100A0, {0, {kind::number, 64}, carry}},
+    {"sub x0, x5, x1", 0xCB0100A0, {0, {kind::number, 64}}},
     {"add x0, x2, x1", 0x8B010040, {0, {kind::state, 21}}},
     {"add x0, x1, x2, lsl #3", 0x8B020C20, {0, {kind::state, 56}}},
     {"add x0, x1, w2, uxtw #2", 0x8B224820, {0, {kind::state, 36}}},
@@ -66,7 +72,9 @@ struct other {
   std::uint32_t word;
 };
 constexpr other not_computed[] = {
-    {"add x0, x5, #8: not known", 0x910020A0},
+    {"add x0, x7, #8: not known", 0x910020E0},
+    {"cmp x6, x1: addresses beyond the state", 0xEB0100DF},
+    {"cmp w5, w1: halves of addresses", 0x6B0100BF},
     {"add w0, w1, #8: half an address", 0x11002020},
     {"subs x0, x1, #8: its flags", 0xF1002020},
     {"sub x0, x2, x1: minus an address", 0xCB010040},

@@ -215,7 +215,7 @@ class RandomThunk : public testing::Test {
     const run_word run[] = {{emulated, &row, row.under_host_fpsr, all_registers, 0}};
     run_patched(run, *processor_, registers);
   }
-  bool is_inlined() { return inlined_->make(reinterpret_cast<sve_handler>(code_), emulated, all_general_registers); }
+  bool is_inlined() { return inlined_->make(reinterpret_cast<sve_handler>(code_), emulated, {all_general_registers}); }
 
   static constexpr std::size_t stack_bytes = 1 << 16;
   std::unique_ptr<unsigned char[]> stack_ = std::make_unique<unsigned char[]>(stack_bytes);

@@ -175,7 +175,7 @@ TEST(InlinedThunks, AreThoseOfNearlyAllDirectRows) {
   for (const case_row& row : rows()) {
     if (row.row->handler.empty()) continue;
     ++direct;
-    if (!thunk->make(row.row->under_host_fpsr, make_word(row, random), usable)) continue;
+    if (!thunk->make(row.row->under_host_fpsr, make_word(row, random), {usable})) continue;
     ++inlined;
     constexpr aarch64::word jump = 0xD61F0000;
     const std::span<const aarch64::word> hot = thunk->hot().code();
