@@ -8,21 +8,30 @@ using namespace quern;
 namespace {
 
 // The element is read once, if any lane is active: nothing tells that from a read for each.
+
+// What most loads don't need, in a function of its own, so that the others save no registers.
 template <class T, class U>
-aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
-  note_access(address, sizeof(T), MEM_LOAD);
-  unsigned char *const z = bytes_of(state, zt), *const p = bytes_of(state, pg);
+[[gnu::noinline]] aarch64_decode_rc broadcast_some(unsigned char* z, const unsigned char* p,
+                                                   const unsigned char* source) {
   const std::size_t first = first_element<U>(set_in{p});
   if (first == no_element) {
     std::memset(z, 0, VL_BYTES);
     return DECODE_OK;
   }
-  const U element = read_first<T, U>(z, first, reinterpret_cast<const unsigned char*>(address));
-  if (all_active<U>(p)) {
-    fill_lanes(z, element);
-  } else {
-    zero_lanes<group_of<U>>([group = in_each_lane<group_of<U>>(element)] { return group; }, z, p);
-  }
+  const auto group = in_each_lane<group_of<U>>(read_first<T, U>(z, first, source));
+  zero_lanes<group_of<U>>([=] { return group; }, z, p);
+  return DECODE_OK;
+}
+
+template <class T, class U>
+aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
+  note_access(address, sizeof(T), MEM_LOAD);
+  unsigned char *const z = bytes_of(state, zt), *const p = bytes_of(state, pg);
+  const auto* const source = reinterpret_cast<const unsigned char*>(address);
+  if (!all_active<U>(p)) [[unlikely]]
+    return broadcast_some<T, U>(z, p, source);
+  settle();
+  fill_lanes(z, static_cast<U>(lane<T>(source, 0)));
   return DECODE_OK;
 }
 
