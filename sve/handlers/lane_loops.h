@@ -56,7 +56,8 @@ inline void merge_lanes(Op op, unsigned char* d, const unsigned char* pg, const 
 // The same, but op runs for active lanes alone: for an operation that costs far more than a branch, or must not run.
 template <class T, class Op, class... Source>
 inline void pass_over_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
-  for (std::size_t i = 0; i != lane_count<T>; ++i)
+  const std::size_t count = active_blocks<T>(pg) / sizeof(T);
+  for (std::size_t i = 0; i != count; ++i)
     if (is_active<T>(pg, i)) set_lane<T>(d, i, static_cast<T>(op(lane<T>(source, i)...)));
 }
 

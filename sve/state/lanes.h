@@ -1,6 +1,7 @@
 // Registers, memory and vector values as lanes of an element type, and the choice of that type by a size code.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -30,6 +31,21 @@ inline T lane(const unsigned char* bytes, std::size_t i) {
 template <class T>
 inline void set_lane(unsigned char* bytes, std::size_t i, T value) {
   std::memcpy(bytes + i * sizeof(T), &value, sizeof(T));
+}
+
+// d[i] = op(source[i]...), all lanes, by an operation that vectors don't have. d is a source, or apart from it. Some
+// lanes are computed before any is stored, so that two are moved by one instruction.
+template <class T, class Op, class... Source>
+inline void each_scalar_lane(Op op, unsigned char* d, const Source*... source) {
+  constexpr std::size_t some = std::min<std::size_t>(4, lane_count<T>);
+#pragma GCC unroll 1
+  for (std::size_t i = 0; i != lane_count<T>; i += some) {
+    T values[some];
+#pragma GCC unroll 4
+    for (std::size_t k = 0; k != some; ++k) values[k] = static_cast<T>(op(lane<T>(source, i + k)...));
+#pragma GCC unroll 4
+    for (std::size_t k = 0; k != some; ++k) set_lane<T>(d, i + k, values[k]);
+  }
 }
 
 // Writes a scalar result: element 0 of the vector, all above it zero.

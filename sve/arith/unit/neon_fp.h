@@ -122,6 +122,16 @@ class neon_fp {
     const doubles low = fmul(low_doubles(a), power_of_two(low_doublewords(n)));
     return from_doubles(low, fmul(high_doubles(a), power_of_two(high_doublewords(n))));
   }
+  // Of doubles by the powers of two that are doubles, the largest part of n last. What is rounded before that
+  // overflows, or is so small that the last leaves nothing of it, as it would be at once.
+  static doubles fscale(doubles a, doubles n) {
+    constexpr int largest = 1022;
+    const doublewords all = clamped(doublewords(n), 3 * largest), last = clamped(all, largest);
+    const doublewords others = all - last, second = clamped(others, largest);
+    if ((others[0] | others[1]) != 0)
+      a = fmul(fmul(a, exact_power_of_two(others - second)), exact_power_of_two(second));
+    return fmul(a, exact_power_of_two(last));
+  }
 
   // Conversions as the software unit has them.
   template <float_bits Result, float_bits Source, lane_group T>
@@ -304,7 +314,8 @@ class neon_fp {
   }
 
   static singles power_of_two(words n) { return singles(clamped(n, 60) + 127) << 23; }
-  static doubles power_of_two(doublewords n) { return doubles(clamped(n, 300) + 1023) << 52; }
+  static doubles power_of_two(doublewords n) { return exact_power_of_two(clamped(n, 300)); }
+  static doubles exact_power_of_two(doublewords n) { return doubles(n + 1023) << 52; }
   template <class Integers>
   static Integers clamped(Integers n, int most) {
     n = n > most ? Integers{} + most : n;

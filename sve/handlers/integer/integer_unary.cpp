@@ -11,23 +11,29 @@ using namespace quern;
 
 namespace {
 
-// x with neighbouring groups of Group bits exchanged; x itself where an element has no two.
-template <unsigned int Group, class T>
-constexpr T exchange(T x) {
-  if constexpr (2 * Group > element_bits<T>) {
-    return x;
-  } else {
-    constexpr T lower = static_cast<T>(static_cast<T>(~T{0}) / ((T{1} << Group) + 1));  // of each pair
-    return static_cast<T>((x >> Group & lower) | (x & lower) << Group);
-  }
+// x with neighbouring groups of Group bits of each lane exchanged.
+template <unsigned int Group, lane_group T>
+T exchange(T x) {
+  constexpr auto lower = static_cast<lane_of<T>>(lane_of<T>(~0u) / ((1u << Group) + 1));  // of each pair
+  return (x >> Group & lower) | (x & lower) << Group;
 }
 
-// Exchanging groups of every size reverses the bits, in whatever order. In this order, because a compiler that saw the
-// steps of 8, 16 and 32 together would make them one byte reversal, which vectors on x86-64 don't have.
+// The bits of each byte in reverse order, which is one instruction on AArch64.
+group_of<std::uint8_t> reverse_in_bytes(group_of<std::uint8_t> x) {
+#ifdef __aarch64__
+  return vrbitq_u8(x);
+#else
+  return exchange<1>(exchange<2>(exchange<4>(x)));
+#endif
+}
+
+// Those of each lane: of its bytes, then its bytes.
 struct reverse_bits {
-  template <class T>
-  constexpr T operator()(T x) const {
-    return exchange<8>(exchange<1>(exchange<16>(exchange<2>(exchange<32>(exchange<4>(x))))));
+  template <lane_group T>
+  T operator()(T x) const {
+    constexpr auto in_lane = [](int i, int) { return i ^ static_cast<int>(sizeof(lane_of<T>) - 1); };
+    const auto bytes = reverse_in_bytes(group_of<std::uint8_t>(x));
+    return T(shuffle<in_lane>(bytes, bytes));
   }
 };
 
@@ -56,7 +62,10 @@ aarch64_decode_rc sve_neg_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg 
 }
 
 aarch64_decode_rc sve_rbit_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
-  return merge_unary(state, zd, pg, zn, reverse_bits{});
+  by_size(zd.size, [=]<class T>(T) {
+    merge_lanes<group_of<T>>(reverse_bits{}, bytes_of(state, zd), bytes_of(state, pg), bytes_of(state, zn));
+  });
+  return DECODE_OK;
 }
 
 aarch64_decode_rc sve_revw_zpz(cpu_state* state, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {

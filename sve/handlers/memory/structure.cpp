@@ -54,6 +54,81 @@ void move_each(const members<N> registers, const unsigned char* p, std::uint64_t
   }
 }
 
+// Structures that lie in one page, active or not, where none but the first active one can fault.
+
+// The active ones: all are read, and the lanes of the others cleared.
+template <class T, int N>
+void load_in_page(const members<N> registers, const unsigned char* p, std::uint64_t address) {
+  using U = std::make_unsigned_t<T>;
+  const auto* const elements = reinterpret_cast<const unsigned char*>(address);
+  const std::size_t first = first_element<U>(set_in{p});
+  if (first == no_element) {
+    for (unsigned char* const z : registers.z) std::memset(z, 0, VL_BYTES);
+    return;
+  }
+  if (first != 0) {
+    const destination_kept<MEM_LOAD, N> kept(registers.z);
+    for (unsigned char* const z : registers.z) std::memset(z, 0, first * sizeof(U));
+    settle();
+    asm volatile("" : : "r"(lane<T>(elements, first * N)));
+  } else {
+    asm volatile("" : : "r"(lane<T>(elements, 0)));
+  }
+  settle();
+#pragma GCC ivdep  // no application's memory is the register file
+  for (std::size_t i = 0; i != lane_count<U>; ++i) {
+#pragma GCC unroll 4
+    for (unsigned k = 0; k != N; ++k)
+      set_lane<U>(registers.z[k], i, lane<U>(elements, i * N + k) & active_mask<U>(p, i));
+  }
+}
+
+// The active ones: all are put together apart from memory, and copied by words of the predicate, most of which have
+// either no active lane, or nothing but.
+template <class T, int N>
+void store_in_page(const members<N> registers, const unsigned char* p, std::uint64_t address) {
+  using U = std::make_unsigned_t<T>;
+  auto* const elements = reinterpret_cast<unsigned char*>(address);
+  const std::size_t first = first_element<U>(set_in{p});
+  if (first == no_element) return;
+  move_lane<MEM_STORE, T, T>(registers.z[0], first, address + first * N * sizeof(T));
+  unsigned char structures[N * VL_BYTES];
+#pragma GCC ivdep
+  for (std::size_t i = 0; i != lane_count<U>; ++i) {
+#pragma GCC unroll 4
+    for (unsigned k = 0; k != N; ++k) set_lane<U>(structures, i * N + k, lane<U>(registers.z[k], i));
+  }
+  for (std::size_t j = first * sizeof(U) / 8; j != predicate_words; ++j) {
+    const std::uint64_t active = lane<std::uint64_t>(p, j) & ones_apiece<U>;
+    if (active == 0) continue;
+    const std::size_t from = 8 * N * j;
+    if (active == ones_apiece<U>) {
+      std::memcpy(elements + from, structures + from, 8 * N);
+      continue;
+    }
+#pragma GCC unroll 8
+    for (std::size_t at = 0; at != 8; at += sizeof(U))
+      if ((active >> 8 * at & 1) != 0) std::memcpy(elements + from + N * at, structures + from + N * at, N * sizeof(U));
+  }
+}
+
+// Putting a few doublewords together costs more than it saves.
+template <memaccess_type_t kind, class T>
+constexpr bool goes_in_page = kind == MEM_LOAD ? loads_inactive_elements : sizeof(T) != 8;
+
+template <memaccess_type_t kind, class T, int N>
+bool move_if_in_page(const members<N> registers, const unsigned char* p, std::uint64_t address) {
+  if (!is_in_page(address, N * VL_BYTES)) return false;
+  note_lanes(address, N * sizeof(T), kind, p, sizeof(T), lane_count<T>);
+  if constexpr (kind == MEM_LOAD) {
+    load_in_page<T>(registers, p, address);
+  } else {
+    store_in_page<T>(registers, p, address);
+  }
+  settle();
+  return true;
+}
+
 // What most calls don't need is in functions of its own, so that the others save no registers.
 
 // Reports one access for each active structure: that of its last element.
@@ -67,7 +142,10 @@ template <memaccess_type_t kind, class T, class U, int N>
 template <memaccess_type_t kind, class T, class U, int N>
 [[gnu::noinline]] aarch64_decode_rc move_some(cpu_state* state, unsigned zt, const unsigned char* p,
                                               std::uint64_t address) {
-  move_each<kind, T>(members<N>(state, zt), p, address);
+  const members<N> registers(state, zt);
+  bool is_done = false;
+  if constexpr (goes_in_page<kind, T>) is_done = move_if_in_page<kind, T>(registers, p, address);
+  if (!is_done) move_each<kind, T>(registers, p, address);
   if (enable_trace) trace_structures<kind, T, U, N>(state, p, address);
   return DECODE_OK;
 }

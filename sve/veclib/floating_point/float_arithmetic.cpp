@@ -34,26 +34,7 @@ constexpr auto MinVVM = float_merging(min);
 constexpr auto MaxNumVVM = float_merging(maxnum);
 constexpr auto MinNumVVM = float_merging(minnum);
 
-// Of zeros and of normal numbers that stay normal, nothing is rounded.
-constexpr auto plain_scale = []<class T>(bool& is_special, T a, T n) {
-  using format = float_format<T>;
-  constexpr T first_beyond = format::top_exponent - 1;  // of exponents less one
-  const T exponent = static_cast<T>((a & format::magnitude_mask) >> format::fraction_bits);
-  const auto is_normal = [](T exp) { return static_cast<T>(exp - 1) < first_beyond; };
-  const bool is_zero = (a & format::magnitude_mask) == 0;
-  is_special = !is_zero && !(is_normal(exponent) && is_normal(static_cast<T>(exponent + n)));
-  return is_zero ? a : static_cast<T>(a + static_cast<T>(n << format::fraction_bits));
-};
-
-// The host's unit has no format to scale doubles by.
-constexpr auto ScaleVVM = []<class T>(T, CpuContext& ctx, const VecV& a, const PredV& pg, const VecV& b) {
-  const auto scale = [](auto& fp, auto x, auto n) { return fp.fscale(x, n); };
-  if constexpr (sizeof(T) != 8) {
-    return merge_float_lanes<T>(scale, ctx, a, pg, a, b);
-  } else {
-    return merge_plain_lanes<T>(plain_scale, scale, ctx, a, pg, a, b);
-  }
-};
+constexpr auto ScaleVVM = float_merging([](auto& fp, auto a, auto n) { return fp.fscale(a, n); });
 
 constexpr auto AddVVX = float_unpredicated(add);
 constexpr auto SubVVX = float_unpredicated(sub);

@@ -22,8 +22,14 @@ Number operand_as(T number) {
 template <class T, class Number, class Unit>
 Number ordered_sum(Unit& fp, const CpuContext& ctx, const PredV& pg, T start, const VecV& a) {
   Number sum = operand_as<Number>(start);
+  const auto add_lane = [&](std::size_t i) { sum = fp.fadd(sum, operand_as<Number>(lane<T>(a.bytes, i))); };
+  if (vector_bytes(ctx) == VL_BYTES && all_active<T>(pg)) {
+#pragma GCC unroll 4
+    for (std::size_t i = 0; i != lane_count<T>; ++i) add_lane(i);
+    return sum;
+  }
   for (std::size_t i = 0; i != lanes<T>(ctx); ++i)
-    if (is_active<T>(pg, i)) sum = fp.fadd(sum, operand_as<Number>(lane<T>(a.bytes, i)));
+    if (is_active<T>(pg, i)) add_lane(i);
   return sum;
 }
 

@@ -1,6 +1,8 @@
 // Integer multiplication and dot products.
 #include "sve/veclib/integer/multiply.h"
 
+#include <functional>
+
 #include "sve/arith/integer/wide_integer.h"
 #include "sve/state/integer_operations.h"
 #include "sve/veclib/frame.h"
@@ -52,7 +54,16 @@ VecV broadcast_in_blocks(const VecV& m, std::size_t index) {
 }
 
 constexpr auto MulVVM = merging([](auto a, auto b) { return multiply(a, b); });
-constexpr auto MulHVVM = merging(high_half);
+// Vectors multiply no doublewords: those are apart from the merging, which vectors do.
+constexpr auto MulHVVM = []<class T>(T, const CpuContext& ctx, const VecV& a, const PredV& pg, const VecV& b) {
+  if constexpr (sizeof(T) != 8) {
+    return merge_lanes<T>(high_half, ctx, a, pg, a, b);
+  } else {
+    VecV high;
+    each_scalar_lane<T>(high_half, high.bytes, a.bytes, b.bytes);
+    return merge_lanes<T>(std::identity{}, ctx, a, pg, high);
+  }
+};
 constexpr auto MLAVVVM = merging([](auto a, auto n, auto m) { return add(a, multiply(n, m)); });
 constexpr auto MLSVVVM = merging([](auto a, auto n, auto m) { return subtract(a, multiply(n, m)); });
 constexpr auto MADDVVVM = merging([](auto n, auto m, auto a) { return add(a, multiply(n, m)); });

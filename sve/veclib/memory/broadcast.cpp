@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "sve/arith/predicate/predicate_support.h"
+#include "sve/memory/current_access.h"
 #include "sve/veclib/memory/element_access.h"
 
 namespace quern::veclib {
@@ -32,12 +33,18 @@ constexpr auto loading_element(Form form) {
   };
 }
 
-// (Pg, address operands): 16 bytes in all quadwords, the elements that are active in the first one.
+// (Pg, address operands): 16 bytes in all quadwords, the elements that are active in the first one, read at once where
+// all are.
 template <std::size_t M, class Form>
 constexpr auto loading_quadword(Form form) {
   return [form]<class T>(T, CpuContext& ctx, const PredV& pg, const auto& a, const auto& b) {
     const std::uint64_t address = form.template operator()<T, M>(ctx, a, b);
     tags::U128 quadword{};
+    constexpr std::uint64_t all = lowest_bits<T> & 0xFFFF;
+    if ((pg.words[0] & all) == all) {
+      note_access(address, sizeof quadword, MEM_LOAD);
+      return broadcast(lane<tags::U128>(reinterpret_cast<const unsigned char*>(address), 0), ctx);
+    }
     unsigned char image[sizeof quadword]{};
     for (std::size_t j = 0; j != sizeof quadword / M; ++j) {
       if (is_active<T>(pg, j)) set_lane<T>(image, j, read_element<T, M>(address + j * M, ctx));
