@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::uint32_t wanted_rows = 1024, least_rows = 64;  // of all areas; of one
 constexpr double head_room = 0.05;                            // above each area, where its name goes
+constexpr double even_share = 0.4;                            // is shared alike, the rest by size
 constexpr std::uint64_t least_gap = 4096;
 
 // The ranges with all gaps closed but the widest.
@@ -48,11 +49,11 @@ address_layout::address_layout(const std::vector<touched_range>& ranges) {
   };
   double weights = 0;
   for (const touched_range& range : found) weights += weight(range);
-  const double least_share = 0.4 / static_cast<double>(std::max<std::size_t>(found.size(), 1));
+  const double least_share = even_share / static_cast<double>(std::max<std::size_t>(found.size(), 1));
   const double room = 1 - head_room * static_cast<double>(found.size());
   double bottom = 0;
   for (const touched_range& range : found) {
-    const double share = least_share + (1 - 0.4) * weight(range) / weights;
+    const double share = least_share + (1 - even_share) * weight(range) / weights;
     const unsigned bits = row_bits_of(range, share);
     const std::uint64_t within = (std::uint64_t{1} << bits) - 1;
     areas_.push_back({range.first & ~within, range.last | within, bits, rows_, bottom, share * room});

@@ -45,6 +45,11 @@ std::string short_bytes(double bytes) {
   return in_units(bytes, 1024, std::array{"B", "KiB", "MiB", "GiB", "TiB", "PiB", "EiB"});
 }
 
+std::string short_signed_bytes(double bytes) {
+  const std::string sign = bytes < 0 ? "−" : bytes > 0 ? "+" : "";
+  return sign + short_bytes(std::abs(bytes));
+}
+
 std::string short_binary(double number) {
   return in_units(number, 1024, std::array{"", "Ki", "Mi", "Gi", "Ti", "Pi", "Ei"});
 }

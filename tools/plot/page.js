@@ -34,6 +34,7 @@ const binaryTicks = (first, end, most) =>
   ticks(first, end, 2 ** Math.ceil(Math.log2(Math.max(1, (end - first) / most))));
 // Ticks that are near to each other need all their digits to differ.
 const tickText = (tick, step) => (step < tick / 200 ? tick.toLocaleString("en") : shortNumber(tick));
+const rangeText = (first, bytes) => `0x${first.toString(16)} to 0x${(first + BigInt(bytes) - 1n).toString(16)}`;
 
 // Cells, as rectangles in the units of the view.
 
@@ -56,9 +57,8 @@ const strength = (cell) => (mostBytes === 1 ? 1 : 0.35 + (0.65 * Math.log2(cell.
 
 // The plane in pixels.
 
-const size = () => ({width: plane.clientWidth, height: plane.clientHeight});
 function scales() {
-  const {width, height} = size();
+  const {clientWidth: width, clientHeight: height} = plane;
   const inner = {width: width - margin.left - margin.right, height: height - margin.top - margin.bottom};
   const perX = inner.width / (view.x1 - view.x0), perY = inner.height / (view.y1 - view.y0);
   return {
@@ -109,9 +109,8 @@ function drawAddressAxis(svg, at) {
       lines.push([margin.left, y, at.width - margin.right, y]);
       label(svg, "tick-y", margin.left - 7, y + 4, "end", `+${shortBytes(tick).replace(/^0 B$/, "0")}`);
     }
-    const [first, last] = [BigInt(area.first), BigInt(area.first) + BigInt(bytes) - 1n];
     label(svg, "code", margin.left + 3, Math.max(high - 5, margin.top + 11), "start",
-          `0x${first.toString(16)} to 0x${last.toString(16)}, ${shortBytes(bytes)}`);
+          `${rangeText(BigInt(area.first), bytes)}, ${shortBytes(bytes)}`);
   }
   return lines;
 }
@@ -208,30 +207,31 @@ function zoom(factor, time, share, inTimeAlone = false) {
           share + (view.y1 - share) / y);
 }
 const zoomMiddle = (factor) => zoom(factor, (view.x0 + view.x1) / 2, (view.y0 + view.y1) / 2);
+const zoomIn = () => zoomMiddle(1.5), zoomOut = () => zoomMiddle(1 / 1.5);
 const move = (times, shares) => setView(view.x0 + times, view.x1 + times, view.y0 + shares, view.y1 + shares);
 const reset = () => setView(all.x0, all.x1, all.y0, all.y1);
 
-function place(event) {
+function pointOf(event) {
   const box = plane.getBoundingClientRect();
   return {x: event.clientX - box.left, y: event.clientY - box.top};
 }
 
 const pointers = new Map();  // that are down, by number
-function spread() {
+function pinch() {
   const [a, b] = [...pointers.values()];
   return {x: (a.x + b.x) / 2, y: (a.y + b.y) / 2, distance: Math.hypot(a.x - b.x, a.y - b.y)};
 }
 plane.addEventListener("pointerdown", (event) => {
-  pointers.set(event.pointerId, place(event));
+  pointers.set(event.pointerId, pointOf(event));
   plane.classList.add("moving");
 });
 window.addEventListener("pointermove", (event) => {
   const before = pointers.get(event.pointerId);
   if (!before) return;
-  const now = place(event), at = scales(), old = pointers.size === 2 ? spread() : null;
+  const now = pointOf(event), at = scales(), old = pointers.size === 2 ? pinch() : null;
   pointers.set(event.pointerId, now);
   if (old) {
-    const {x, y, distance} = spread();
+    const {x, y, distance} = pinch();
     if (old.distance > 0) zoom(distance / old.distance, at.time(x), at.share(y));
   } else {
     move((before.x - now.x) / at.perX, (now.y - before.y) / at.perY);
@@ -246,7 +246,7 @@ for (const end of ["pointerup", "pointercancel"]) {
 plane.addEventListener("wheel", (event) => {
   if (document.activeElement !== plane && !event.ctrlKey) return;  // the page is scrolled
   event.preventDefault();
-  const {x, y} = place(event), at = scales();
+  const {x, y} = pointOf(event), at = scales();
   const turn = event.deltaY || event.deltaX;  // some browsers turn it with Shift
   zoom(2 ** (-Math.sign(turn) * Math.min(1, Math.abs(turn) / 200)), at.time(x), at.share(y), event.shiftKey);
 }, {passive: false});
@@ -254,7 +254,7 @@ plane.addEventListener("dblclick", reset);
 plane.addEventListener("keydown", (event) => {
   const [width, height] = [(view.x1 - view.x0) / 5, (view.y1 - view.y0) / 5];
   const keys = {
-    "+": () => zoomMiddle(1.5), "=": () => zoomMiddle(1.5), "-": () => zoomMiddle(1 / 1.5), 0: reset,
+    "+": zoomIn, "=": zoomIn, "-": zoomOut, 0: reset,
     ArrowLeft: () => move(-width, 0), ArrowRight: () => move(width, 0),
     ArrowUp: () => move(0, height), ArrowDown: () => move(0, -height),
   };
@@ -262,8 +262,8 @@ plane.addEventListener("keydown", (event) => {
   event.preventDefault();
   keys[event.key]();
 });
-element("zoom-in").addEventListener("click", () => zoomMiddle(1.5));
-element("zoom-out").addEventListener("click", () => zoomMiddle(1 / 1.5));
+element("zoom-in").addEventListener("click", zoomIn);
+element("zoom-out").addEventListener("click", zoomOut);
 element("reset").addEventListener("click", reset);
 
 // What is told of what the pointer is on.
@@ -289,20 +289,18 @@ function cellAt({x, y}) {
   return nearest;
 }
 function cellText(cell) {
-  const {area} = cell, where = data.places[cell.place];
-  const first = BigInt(area.first) + BigInt(cell.row * area.row_bytes);
-  const last = first + BigInt(cell.rows * area.row_bytes) - 1n, end = Math.min(cell.x1, data.time.end) - 1;
-  const kind = {load: "loads", store: "stores", mixed: "loads and stores"}[kindOf(where)];
+  const {area} = cell, place = data.places[cell.place], end = Math.min(cell.x1, data.time.end) - 1;
+  const kind = {load: "loads", store: "stores", mixed: "loads and stores"}[kindOf(place)];
   return [
-    `0x${first.toString(16)} to 0x${last.toString(16)}`,
+    rangeText(BigInt(area.first) + BigInt(cell.row * area.row_bytes), cell.rows * area.row_bytes),
     end > cell.x0 ? `records ${cell.x0.toLocaleString("en")} to ${end.toLocaleString("en")}` : `record ${cell.x0}`,
     `${kind} of ${shortBytes((cell.bytes * cell.joined) / data.joined_rows)} by`,
-    where.name + (where.source && `, ${where.source}`) + (where.pc && where.pc !== where.name ? `\npc ${where.pc}` : ""),
+    place.name + (place.source && `, ${place.source}`) + (place.pc && place.pc !== place.name ? `\npc ${place.pc}` : ""),
   ].join("\n");
 }
 plane.addEventListener("pointermove", (event) => {
   if (pointers.size > 0) return;
-  const at = place(event), cell = cellAt(at);
+  const cell = cellAt(pointOf(event));
   if (cell) showTip(cellText(cell), event);
   else hideTip();
   pointAt(cell ? cell.place : -1, false);
@@ -340,32 +338,32 @@ function addCell(row, text, kind = "number") {
   cell.textContent = text;
   return cell;
 }
-function addBar(row, where, most) {
+function addBar(row, place, most) {
   const bar = addCell(row, "", "").appendChild(document.createElement("div"));
   bar.className = "bar";
   for (const kind of ["load", "store"]) {
-    const accesses = where[`${kind}s`];
+    const accesses = place[`${kind}s`];
     if (accesses === 0) continue;
     const part = bar.appendChild(document.createElement("i"));
     part.className = kind;
     part.style.width = `${(70 * accesses) / most}%`;
     part.title = `${accesses} ${kind}s`;
   }
-  bar.append(shortNumber(where.loads + where.stores));
+  bar.append(shortNumber(place.loads + place.stores));
 }
 const mostAccesses = Math.max(...data.places.map((each) => each.loads + each.stores));
-data.places.forEach((where, index) => {
+data.places.forEach((place, index) => {
   const row = body.insertRow();
   row.tabIndex = 0;
   row.hidden = index >= shownRows;
-  const name = addCell(row, where.name, "");
-  name.title = where.pc;
-  name.appendChild(document.createElement("small")).textContent = where.source;
-  addBar(row, where, mostAccesses);
-  addCell(row, where.share);
-  addCell(row, shortBytes(where.bytes));
-  addCell(row, shortBytes(where.footprint));
-  addCell(row, where.stride === null ? "mixed" : (where.stride < 0 ? "−" : "+") + shortBytes(Math.abs(where.stride)));
+  const name = addCell(row, place.name, "");
+  name.title = place.pc;
+  name.appendChild(document.createElement("small")).textContent = place.source;
+  addBar(row, place, mostAccesses);
+  addCell(row, place.share);
+  addCell(row, shortBytes(place.bytes));
+  addCell(row, shortBytes(place.footprint));
+  addCell(row, place.stride === null ? "mixed" : (place.stride < 0 ? "−" : "+") + shortBytes(Math.abs(place.stride)));
   for (const [event, to] of [["pointerenter", index], ["pointerleave", -1], ["focus", index], ["blur", -1]])
     row.addEventListener(event, () => pointAt(to));
   row.addEventListener("click", () => keep(index));

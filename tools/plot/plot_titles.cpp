@@ -43,11 +43,8 @@ std::string window_text(const plot_data& data) { return number_of(data.footprint
 
 plot_title strides_title(const plot_data& data) {
   const auto most = data.total.strides.most();
-  return {"Strides", most ? fmt::format("Most often {}{}: at least {} of the accesses",
-                                        most->number < 0   ? "−"
-                                        : most->number > 0 ? "+"
-                                                           : "",
-                                        short_bytes(std::abs(static_cast<double>(most->number))),
+  return {"Strides", most ? fmt::format("Most often {}: at least {} of the accesses",
+                                        short_signed_bytes(static_cast<double>(most->number)),
                                         share_of(most->count, data.total.records))
                           : "Many: none is that of an eighth of the accesses"};
 }

@@ -50,14 +50,18 @@ struct area_frame {
   double y(double row) const { return low - (low - high) * row / area.rows(); }
 };
 
+void draw_tick(svg_chart& chart, double y, const std::string& text) {
+  chart.line("grid", left - 4, y, right, y);
+  chart.text("", left - 7, y + 4, "end", text);
+}
+
 void draw_frame(svg_chart& chart, const area_frame& frame) {
   const address_area& area = frame.area;
   const double bytes = static_cast<double>(area.last - area.first) + 1;
   chart.rectangle("band", left, frame.high, right - left, frame.low - frame.high);
   for (const double tick : binary_ticks(bytes, static_cast<unsigned>((frame.low - frame.high) / 28) + 1)) {
     const double y = frame.low - (frame.low - frame.high) * tick / bytes;
-    chart.line("grid", left - 4, y, right, y);
-    chart.text("", left - 7, y + 4, "end", tick == 0 ? "+0" : "+" + short_bytes(tick));
+    draw_tick(chart, y, tick == 0 ? "+0" : "+" + short_bytes(tick));
   }
   chart.text("code", left + 2, frame.high - 5, "start",
              fmt::format("{:#x} to {:#x}, {}", area.first, area.last, short_bytes(bytes)));
@@ -102,8 +106,8 @@ void draw_runs(svg_chart& chart, const plot_data& data, const time_axis& time, d
 
 void draw_keys(svg_chart& chart, const access_stats& total) {
   double x = right - 150;
-  if (total.loads != 0) x = chart.key("load", x, 26, "loads");
-  if (total.stores != 0) chart.key("store", x, 26, "stores");
+  if (total.loads != 0) x = chart.key("load", x, "loads");
+  if (total.stores != 0) chart.key("store", x, "stores");
 }
 
 // A line through steps, one a window.
@@ -143,16 +147,12 @@ svg_chart draw_footprint(const plot_data& data) {
   const time_axis time(data);
   const double most = static_cast<double>(data.footprint.windows().back().so_far * plot_data::line_bytes) * 1.05;
   const auto y = [&](double bytes) { return bottom - (bottom - top) * bytes / most; };
-  for (const double tick : binary_ticks(most, 5)) {
-    chart.line("grid", left - 4, y(tick), right, y(tick));
-    chart.text("", left - 7, y(tick) + 4, "end", short_bytes(tick));
-  }
+  for (const double tick : binary_ticks(most, 5)) draw_tick(chart, y(tick), short_bytes(tick));
   time.draw(chart, bottom);
   const auto bytes = [](std::uint64_t lines) { return static_cast<double>(lines * plot_data::line_bytes); };
   chart.path("so-far", steps(data, time, [&](const auto& window) { return y(bytes(window.so_far)); }));
   chart.path("within", steps(data, time, [&](const auto& window) { return y(bytes(window.within)); }));
-  chart.key("mixed", chart.key("so-far-key", right - 320, 26, "touched so far"), 26,
-            "touched within " + window_text(data));
+  chart.key("mixed", chart.key("so-far-key", right - 320, "touched so far"), "touched within " + window_text(data));
   return chart;
 }
 

@@ -20,10 +20,16 @@ std::string xml_escaped(std::string_view text) {
   return escaped;
 }
 
+namespace {
+
+constexpr double title_y = 26;
+
+}  // namespace
+
 svg_chart::svg_chart(double width, double height, std::string_view title, std::string_view subtitle)
     : width_(width), height_(height), title_(title) {
   rectangle("surface", 0, 0, width, height);
-  text("title", 16, 26, "start", title);
+  text("title", 16, title_y, "start", title);
   text("", 16, 46, "start", subtitle);
 }
 
@@ -50,22 +56,23 @@ void svg_chart::path(std::string_view classes, const std::string& commands) {
   body_ += fmt::format("<path class=\"{}\" d=\"{}\"/>\n", classes, commands);
 }
 
-double svg_chart::key(std::string_view classes, double x, double y, std::string_view meaning) {
-  rectangle(classes, x, y - 9, 10, 10);
-  text("", x + 15, y, "start", meaning);
+double svg_chart::key(std::string_view classes, double x, std::string_view meaning) {
+  rectangle(classes, x, title_y - 9, 10, 10);
+  text("", x + 15, title_y, "start", meaning);
   return x + 15 + 7 * static_cast<double>(meaning.size()) + 12;
 }
 
-std::string svg_chart::element() const {
-  return fmt::format(R"(<svg xmlns="http://www.w3.org/2000/svg" class="chart" viewBox="0 0 {} {}" role="img" )"
-                     "aria-label=\"{}\">\n{}</svg>\n",
-                     width_, height_, xml_escaped(title_), body_);
+std::string svg_chart::element(const std::string& size, std::string_view style) const {
+  return fmt::format(R"(<svg xmlns="http://www.w3.org/2000/svg" class="chart"{} viewBox="0 0 {} {}" role="img" )"
+                     "aria-label=\"{}\">\n{}{}</svg>\n",
+                     size, width_, height_, xml_escaped(title_), style, body_);
 }
 
+std::string svg_chart::element() const { return element("", ""); }
+
 std::string svg_chart::file() const {
-  return fmt::format(R"(<svg xmlns="http://www.w3.org/2000/svg" class="chart" width="{0}" height="{1}" )"
-                     "viewBox=\"0 0 {0} {1}\" role=\"img\" aria-label=\"{2}\">\n<style>\n{3}</style>\n{4}</svg>\n",
-                     width_, height_, xml_escaped(title_), plot_page::chart_style, body_);
+  return element(fmt::format(R"( width="{}" height="{}")", width_, height_),
+                 fmt::format("<style>\n{}</style>\n", plot_page::chart_style));
 }
 
 }  // namespace quern

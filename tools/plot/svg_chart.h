@@ -20,16 +20,15 @@ class svg_chart {
   // `anchor` is start, middle or end: which of the text is at x.
   void text(std::string_view classes, double x, double y, std::string_view anchor, std::string_view text);
   void path(std::string_view classes, const std::string& commands);
-  // A square of a colour and what it means; answers where the next may begin.
-  double key(std::string_view classes, double x, double y, std::string_view meaning);
+  // A square of a colour and what it means, beside the title; answers where the next may begin.
+  double key(std::string_view classes, double x, std::string_view meaning);
 
   std::string element() const;  // for a page that has chart.css
   std::string file() const;
 
-  double width() const { return width_; }
-  double height() const { return height_; }
-
  private:
+  std::string element(const std::string& size, std::string_view style) const;
+
   double width_, height_;
   std::string title_, body_;
 };

@@ -66,20 +66,20 @@ svg_chart draw_histogram(const histogram& shown) {
   return chart;
 }
 
-std::string signed_bytes(int sign, double bytes) { return (sign < 0 ? "−" : "+") + short_bytes(bytes); }
+// The stride of a bin that is nearest to 0: "−8 B".
+std::string nearest_stride(int bin) { return short_signed_bytes(std::copysign(std::exp2(std::abs(bin) - 1), bin)); }
 
 std::string stride_range(int bin) {
   if (bin == 0) return "the same address";
-  const double least = std::exp2(std::abs(bin) - 1);
-  if (std::abs(bin) == stride_counts::outermost) return signed_bytes(bin, least) + " and more";
-  return signed_bytes(bin, least) + (least == 1 ? "" : fmt::format(" to {:.0f} B", 2 * least - 1));
+  if (std::abs(bin) == stride_counts::outermost) return nearest_stride(bin) + " and more";
+  return nearest_stride(bin) + (std::abs(bin) == 1 ? "" : fmt::format(" to {:.0f} B", std::exp2(std::abs(bin)) - 1));
 }
 
 histogram_bar stride_bar(const stride_counts& strides, int bin, bool has_tick) {
   const auto& [loads, stores] = strides.bin(bin);
   return {.tick = !has_tick  ? ""
                   : bin == 0 ? "0"
-                             : signed_bytes(bin, std::exp2(std::abs(bin) - 1)),
+                             : nearest_stride(bin),
           .tip = fmt::format("{}: {} loads, {} stores", stride_range(bin), loads, stores),
           .parts = {{"load", loads}, {"store", stores}}};
 }
@@ -115,7 +115,7 @@ svg_chart draw_strides(const plot_data& data) {
   const int step = (highest - lowest) / 8 + 1;  // from one tick to the next
   for (int bin = lowest; bin <= highest; ++bin) shown.bars.push_back(stride_bar(data.strides, bin, bin % step == 0));
   svg_chart chart = draw_histogram(shown);
-  chart.key("store", chart.key("load", right - 120, 26, "loads"), 26, "stores");
+  chart.key("store", chart.key("load", right - 120, "loads"), "stores");
   return chart;
 }
 
@@ -171,7 +171,7 @@ svg_chart draw_places(const plot_data& data) {
   for (std::size_t i = 0; i != rows; ++i)
     draw_place(chart, data.places[i], left_end, first + row * static_cast<double>(i), width_of_one,
                static_cast<double>(data.total.records));
-  chart.key("store", chart.key("load", 664, 26, "loads"), 26, "stores");
+  chart.key("store", chart.key("load", 664, "loads"), "stores");
   return chart;
 }
 

@@ -38,6 +38,9 @@ TEST(Axis, WritesNumbersShort) {
   EXPECT_EQ(short_bytes(1000), "1000 B");
   EXPECT_EQ(short_bytes(1536), "1.5 KiB");
   EXPECT_EQ(short_bytes(1ull << 40), "1 TiB");
+  EXPECT_EQ(short_signed_bytes(0), "0 B");
+  EXPECT_EQ(short_signed_bytes(64), "+64 B");
+  EXPECT_EQ(short_signed_bytes(-1536), "−1.5 KiB");
 }
 
 TEST(Axis, SaysAHundredPercentOfAllAlone) {
