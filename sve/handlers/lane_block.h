@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "sve/handlers/register_bytes.h"
 #include "sve/state/lane_group.h"
 #include "sve/state/lane_marks.h"
 #include "sve/state/packed_shift.h"
@@ -16,13 +17,46 @@ inline constexpr std::size_t block_bytes = std::min<std::size_t>(VL_BYTES, 4 * s
 template <class T>
 inline constexpr std::size_t block_lanes = block_bytes / sizeof(T);
 
-// Its copies go by vectors, unlike memcpy's, so that the block itself is in registers alone.
+// Its copies go by vectors, unlike memcpy's, so that the block itself is in registers alone. On AArch64 four go by one
+// instruction, which leaves the address of the next block too: the compiler must not know that it could make that anew.
 struct lane_block {
   alignas(16) unsigned char bytes[block_bytes];
 
   lane_block() = default;
-  explicit lane_block(const unsigned char* source) { copy(bytes, source); }
-  void copy_to(unsigned char* destination) const { copy(destination, bytes); }
+  explicit lane_block(const unsigned char* source) { *this = next(source); }
+
+  // The block at `source`, which is moved behind it.
+  static lane_block next(const unsigned char*& source) {
+    lane_block block;
+#ifdef __aarch64__
+    if constexpr (block_bytes == 64) {
+      const uint8x16x4_t groups = vld1q_u8_x4(source);
+#pragma GCC unroll 4
+      for (std::size_t i = 0; i != 4; ++i) set_lane(block.bytes, i, doubles(groups.val[i]));
+      source = formed(source + block_bytes);
+      return block;
+    }
+#endif
+    copy(block.bytes, source);
+    source += block_bytes;
+    return block;
+  }
+
+  // To `destination`, which is moved behind it.
+  void copy_to_next(unsigned char*& destination) const {
+#ifdef __aarch64__
+    if constexpr (block_bytes == 64) {
+      uint8x16x4_t groups;
+#pragma GCC unroll 4
+      for (std::size_t i = 0; i != 4; ++i) groups.val[i] = uint8x16_t(lane<doubles>(bytes, i));
+      vst1q_u8_x4(destination, groups);
+      destination = formed(destination + block_bytes);
+      return;
+    }
+#endif
+    copy(destination, bytes);
+    destination += block_bytes;
+  }
 
  private:
   static void copy(unsigned char* destination, const unsigned char* source) {
@@ -102,14 +136,14 @@ inline lane_block map_block_or_ones(Op op, const lane_block& active, const Block
 template <class Map, class... Source>
 inline void each_block(Map map, unsigned char* d, const Source*... source) {
 #pragma GCC unroll 4
-  for (std::size_t b = 0; b != VL_BYTES; b += block_bytes) map(lane_block(source + b)...).copy_to(d + b);
+  for (std::size_t b = 0; b != VL_BYTES; b += block_bytes) map(lane_block::next(source)...).copy_to_next(d);
 }
 
 // The same for the first `bytes` bytes alone, a multiple of a block's. Not unrolled.
 template <class Map, class... Source>
 inline void each_block_until(std::size_t bytes, Map map, unsigned char* d, const Source*... source) {
 #pragma GCC unroll 1
-  for (std::size_t b = 0; b != bytes; b += block_bytes) map(lane_block(source + b)...).copy_to(d + b);
+  for (std::size_t b = 0; b != bytes; b += block_bytes) map(lane_block::next(source)...).copy_to_next(d);
 }
 
 }  // namespace quern

@@ -30,7 +30,8 @@ inline void each_lane_in_turn(Op op, unsigned char* d, const Source*... source) 
 // All groups of d are one, and all its lanes one number.
 template <lane_group T>
 inline void fill_groups(unsigned char* d, T group) {
-  each_lane<T>([=] { return group; }, d);
+#pragma GCC unroll 16
+  for (std::size_t i = 0; i != lane_count<T>; ++i) set_lane(d, i, group);
 }
 template <class T>
 inline void fill_lanes(unsigned char* d, T value) {

@@ -116,6 +116,20 @@ inline T shuffle(T a, T b) {
   (std::make_integer_sequence<int, n>{});
 }
 
+// In each lane: the bits of `low` below number By, and above them those of `high` from the lowest on (SLI).
+template <std::size_t By, lane_group T>
+inline T joined_at(T low, T high) {
+  static_assert(By > 0 && By < 8 * sizeof(lane_of<T>));
+#ifdef __aarch64__
+  if constexpr (sizeof(lane_of<T>) == 1) return T(vsliq_n_u8(uint8x16_t(low), uint8x16_t(high), By));
+  if constexpr (sizeof(lane_of<T>) == 2) return T(vsliq_n_u16(uint16x8_t(low), uint16x8_t(high), By));
+  if constexpr (sizeof(lane_of<T>) == 4) return T(vsliq_n_u32(uint32x4_t(low), uint32x4_t(high), By));
+  if constexpr (sizeof(lane_of<T>) == 8) return T(vsliq_n_u64(uint64x2_t(low), uint64x2_t(high), By));
+#endif
+  constexpr auto below = static_cast<lane_of<T>>((std::uint64_t{1} << By) - 1);
+  return (low & in_each_lane<T>(below)) | high << By;
+}
+
 // The lanes of even (odd) number of a and b in turn. On AArch64 by shifting a lane into its neighbour, if one of twice
 // its width is there: the permutation takes no longer on a processor, but much longer where one is emulated.
 template <lane_group T>

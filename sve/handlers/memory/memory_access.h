@@ -122,13 +122,16 @@ inline constexpr bool loads_inactive_elements = true;
 
 // Reads the first active element, lane `first`, whose fault it is. Lanes before it are 0 by then.
 template <class T, class U>
-inline U read_first(unsigned char* z, std::size_t first, const unsigned char* element) {
-  settle();
-  if (first == 0) return static_cast<U>(lane<T>(element, 0));
+[[gnu::noinline]] U read_first_behind(unsigned char* z, std::size_t first, const unsigned char* element) {
   const destination_kept<MEM_LOAD, 1> kept({z});
   std::memset(z, 0, first * sizeof(U));
   settle();
   return static_cast<U>(lane<T>(element, 0));
+}
+template <class T, class U>
+inline U read_first(unsigned char* z, std::size_t first, const unsigned char* element) {
+  settle();
+  return first == 0 ? static_cast<U>(lane<T>(element, 0)) : read_first_behind<T, U>(z, first, element);
 }
 
 template <class T, class U>
@@ -150,34 +153,22 @@ inline void load_in_page(unsigned char* z, const unsigned char* pg, std::uint64_
   }
 }
 
-// The active ones among the lanes that a word of the predicate governs, from lane i on.
-template <class T, class U>
-inline void store_word(unsigned char* z, std::uint64_t word, unsigned char* elements, std::size_t i) {
-  if ((word & ones_apiece<U>) == 0) return;
-#pragma GCC unroll 8
-  for (std::size_t k = 0; k != 8 / sizeof(U); ++k)
-    if ((word >> (8 * sizeof(U) * k) & 1) != 0) move_element<MEM_STORE, T, U>(z, i + k, elements, i + k);
-}
-
-// By words of the predicate, so many at once: most have either no active lane, or nothing but.
+// By groups of lanes: those of most predicates have either no active lane, or nothing but.
 template <class T, class U>
 inline void store_in_page(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
   auto* const elements = reinterpret_cast<unsigned char*>(address);
-  constexpr std::size_t at_once = std::min<std::size_t>(4, predicate_words);
-  for (std::size_t j = 0; j != predicate_words; j += at_once) {
-    std::uint64_t any = 0, common = ~std::uint64_t{0};
-#pragma GCC unroll 4
-    for (std::size_t k = 0; k != at_once; ++k) {
-      any |= lane<std::uint64_t>(pg, j + k);
-      common &= lane<std::uint64_t>(pg, j + k);
-    }
-    if ((any & ones_apiece<U>) == 0) continue;
-    if (sizeof(T) == sizeof(U) && (~common & ones_apiece<U>) == 0) {
-      for (std::size_t g = j / 2; g != (j + at_once) / 2; ++g, settle()) set_lane(elements, g, lane<doubles>(z, g));
+  constexpr std::size_t lanes = sizeof(doubles) / sizeof(U);
+  const group_bits groups = set_groups<U>(pg);
+  for (std::uint32_t left = groups.some; left != 0; left &= left - 1) {
+    settle();
+    const auto g = static_cast<std::size_t>(std::countr_zero(left));
+    if (sizeof(T) == sizeof(U) && (groups.all >> g & 1) != 0) {
+      set_lane(elements, g, lane<doubles>(z, g));
       continue;
     }
-    for (std::size_t k = j; k != j + at_once; ++k)
-      store_word<T, U>(z, lane<std::uint64_t>(pg, k), elements, k * (8 / sizeof(U)));
+#pragma GCC unroll 16
+    for (std::size_t k = 0; k != lanes; ++k)
+      if (is_active<U>(pg, g * lanes + k)) move_element<MEM_STORE, T, U>(z, g * lanes + k, elements, g * lanes + k);
   }
 }
 

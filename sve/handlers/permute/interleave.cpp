@@ -41,15 +41,6 @@ struct unzip {
   }
 };
 
-// Every other lane of a and b in turn, the even or the odd ones.
-template <bool Odd>
-struct transpose {
-  template <lane_group T>
-  static T group(source a, source b, std::size_t g) {
-    return Odd ? odd_in_turn(lane<T>(a, g), lane<T>(b, g)) : even_in_turn(lane<T>(a, g), lane<T>(b, g));
-  }
-};
-
 // All groups, in registers until the last has been read, since lanes of them come from other lanes. The answer is that
 // of the handlers, which so need not return to answer.
 template <class Routine>
@@ -61,6 +52,16 @@ template <class Routine>
     for (std::size_t g = 0; g != groups; ++g) result[g] = Routine::template group<group_of<T>>(a, b, g);
 #pragma GCC unroll 16
     for (std::size_t g = 0; g != groups; ++g) set_lane(d, g, result[g]);
+  });
+  return DECODE_OK;
+}
+
+// Every other lane of a and b in turn, the even or the odd ones: each group of the same groups of a and b.
+template <bool Odd>
+aarch64_decode_rc transpose(unsigned char* d, source a, source b, std::uint32_t size) {
+  by_size(size, [=]<class T>(T) {
+    const auto turn = [](auto n, auto m) { return Odd ? odd_in_turn(n, m) : even_in_turn(n, m); };
+    each_lane<group_of<T>>(turn, d, a, b);
   });
   return DECODE_OK;
 }
@@ -83,27 +84,28 @@ void sve_uzp1(char* destination, char* first, char* second, element_size size) {
 
 #define VECTORS(name, routine)                                                                                 \
   aarch64_decode_rc sve_##name##_zzz(cpu_state* state, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) { \
-    return interleave<routine>(bytes_of(state, zd), bytes_of(state, zn), bytes_of(state, zm), zd.size);        \
+    return routine(bytes_of(state, zd), bytes_of(state, zn), bytes_of(state, zm), zd.size);                    \
   }
 #define PREDICATES(name, routine)                                                                              \
   aarch64_decode_rc sve_##name##_ppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pn, aarch64_p_reg pm) { \
-    return interleave<routine>(bytes_of(state, pd), bytes_of(state, pn), bytes_of(state, pm), pd.size);        \
+    return routine(bytes_of(state, pd), bytes_of(state, pn), bytes_of(state, pm), pd.size);                    \
   }
-VECTORS(zip1, zip<false>)
-VECTORS(zip2, zip<true>)
-VECTORS(uzp1, unzip<false>)
-VECTORS(uzp2, unzip<true>)
+VECTORS(zip1, interleave<zip<false>>)
+VECTORS(zip2, interleave<zip<true>>)
+VECTORS(uzp1, interleave<unzip<false>>)
+VECTORS(uzp2, interleave<unzip<true>>)
 VECTORS(trn1, transpose<false>)
 VECTORS(trn2, transpose<true>)
-PREDICATES(zip1, zip<false>)
-PREDICATES(zip2, zip<true>)
-PREDICATES(uzp1, unzip<false>)
+PREDICATES(zip1, interleave<zip<false>>)
+PREDICATES(zip2, interleave<zip<true>>)
+PREDICATES(uzp1, interleave<unzip<false>>)
 #undef VECTORS
 #undef PREDICATES
 
 aarch64_decode_rc sve_trn1_ppp(cpu_state* state, aarch64_p_reg pd, aarch64_p_reg pn, aarch64_p_reg pm) {
-  unsigned char* const d = bytes_of(state, pd);
-  interleave<transpose<false>>(d, bytes_of(state, pn), bytes_of(state, pm), pd.size);
-  by_size(pd.size, [=]<class T>(T) { each_lane<T>([](T element) { return element & 1; }, d, d); });
+  by_size(pd.size, [&]<class T>(T) {
+    const auto lowest_bits = [](auto n, auto m) { return even_in_turn(n, m) & in_each_lane<group_of<T>>(1); };
+    each_lane<group_of<T>>(lowest_bits, bytes_of(state, pd), bytes_of(state, pn), bytes_of(state, pm));
+  });
   return DECODE_OK;
 }

@@ -1,6 +1,7 @@
 // Searching and counting the set elements of a predicate, and filling its first elements.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -88,6 +89,47 @@ inline std::uint64_t count_elements(Elements elements) {
   const std::uint64_t eight = folded[0] + folded[1],
                       pairs = (eight & ~0xFF00FF00FF00FF00) + (eight >> 8 & ~0xFF00FF00FF00FF00);
   return pairs * ones_apiece<std::uint16_t> >> 48;
+}
+
+// For each 16 bytes of a predicate a bit, the first the lowest: whether an element is set there, and whether all are.
+struct group_bits {
+  std::uint32_t some, all;
+};
+
+// The lowest `count` bits of T's lanes in both words, all lanes together.
+template <class T>
+inline group_bits folded(std::uint64_t some, std::uint64_t all, std::size_t count) {
+#pragma GCC unroll 3
+  for (std::size_t half = 32; half >= 8 * sizeof(T); half /= 2) some |= some >> half, all &= all >> half;
+  const std::uint64_t lowest = (std::uint64_t{1} << count) - 1;
+  return {static_cast<std::uint32_t>(some & lowest), static_cast<std::uint32_t>(all & lowest)};
+}
+
+// Bit k of each lane is that of group k, and the bits from Count on are of no meaning. By halves, so that not all waits
+// for all.
+template <class T, std::size_t Count>
+inline group_of<T> joined_groups(const unsigned char* predicate) {
+  if constexpr (Count == 1) {
+    return lane<group_of<T>>(predicate, 0);
+  } else {
+    constexpr std::size_t half = Count / 2;
+    return joined_at<half>(joined_groups<T, half>(predicate),
+                           joined_groups<T, half>(predicate + half * sizeof(group_of<T>)));
+  }
+}
+
+template <class T>
+inline group_bits set_groups(const unsigned char* predicate) {
+  constexpr std::size_t at_once = std::min<std::size_t>(lane_count<doubles>, 8 * sizeof(T));
+  group_bits bits{};
+#pragma GCC unroll 2
+  for (std::size_t from = 0; from != lane_count<doubles>; from += at_once) {
+    const auto lanes = doubles(joined_groups<T, at_once>(predicate + from * sizeof(doubles)));
+    const group_bits here = folded<T>(lanes[0] | lanes[1], lanes[0] & lanes[1], at_once);
+    bits.some |= here.some << from;
+    bits.all |= here.all << from;
+  }
+  return bits;
 }
 
 // All elements set, then none: what begins VL_BYTES before its middle, less `count` elements, has the first `count`
