@@ -95,7 +95,8 @@ expect 1 '{"file":"library.so","linked":"a library","host":"that of the program 
 mkdir -p elsewhere root/lib root/usr/lib wrong
 shared() { $compiler -nostdlib -shared -Wl,-e,0 -x assembler code.s -o "$@"; }
 shared elsewhere/liblast.so
-$compiler -nostdlib -shared -Wl,-e,0,--no-as-needed -Lelsewhere -llast -x c /dev/null -o root/lib/libmiddle.so
+middle() { $compiler -nostdlib -shared -Wl,-e,0,--no-as-needed "$@" -Lelsewhere -llast -x c /dev/null -o root/lib/libmiddle.so; }
+middle
 shared libfirst.so
 echo 'not for AArch64' >wrong/liblast.so
 # needs OPTIONS...: links a program that needs libfirst.so and libmiddle.so, the latter of which needs liblast.so.
@@ -128,9 +129,24 @@ libraries "libfirst.so needing;root/lib/libmiddle.so needing;elsewhere/liblast.s
 # shellcheck disable=SC2016
 needs -Wl,--enable-new-dtags,-rpath,'$ORIGIN:${ORIGIN}/elsewhere'
 libraries "libfirst.so needing;root/lib/libmiddle.so needing;liblast.so libmiddle.so$missing" needing
+# What the user says comes before RUNPATH, and after RPATH.
+mkdir other
+shared other/libfirst.so
+all_found=" needing;root/lib/libmiddle.so needing;elsewhere/liblast.so$last"
+# shellcheck disable=SC2016
+needs -Wl,--enable-new-dtags,-rpath,'$ORIGIN'
+LD_LIBRARY_PATH=other:elsewhere libraries "other/libfirst.so$all_found" needing
+# shellcheck disable=SC2016
+needs -Wl,--disable-new-dtags,-rpath,'$ORIGIN'
+LD_LIBRARY_PATH=other:elsewhere libraries "libfirst.so$all_found" needing
 needs elsewhere/liblast.so
 LD_LIBRARY_PATH=. libraries "elsewhere/liblast.so needing;./libfirst.so needing;root/lib/libmiddle.so needing;liblast.so libmiddle.so$missing" \
   needing
+# A library with a RUNPATH of its own has nothing of others' RPATH.
+middle -Wl,--enable-new-dtags,-rpath,/none
+# shellcheck disable=SC2016
+needs -Wl,--disable-new-dtags,-rpath,'$ORIGIN:${ORIGIN}/elsewhere'
+libraries "libfirst.so needing;root/lib/libmiddle.so needing;liblast.so libmiddle.so$missing" needing
 # shellcheck disable=SC2016
 needs -Wl,-rpath,'$ORIGIN'
 expect 1 'needing

@@ -57,6 +57,8 @@ expect 0 "count,thread,kind,group,size,addr,pc
 expect 0 "count,thread,kind,group,size,addr,pc
 2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 4099 small
 expect 0 "count,thread,kind,group,size,addr,pc
+2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 0xff0-0x1000 small
+expect 0 "count,thread,kind,group,size,addr,pc
 3,$thread,store,6,16,0x20f8,0x400008
 5,$thread,unknown,0,1,0x9000,0x40000c" trace dump --format csv --pc 0x400008-0x40000f small
 expect 0 "count,thread,kind,group,size,addr,pc
