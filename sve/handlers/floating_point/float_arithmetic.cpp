@@ -1,10 +1,7 @@
 // Floating-point arithmetic of one and two operands.
-#include <math.h>
-
-#include <bit>
-
 #include "sve/handlers/floating_point/float_families.h"
 #include "sve/handlers/floating_point/host_float.h"
+#include "sve/handlers/floating_point/libc_root.h"
 
 using namespace quern;
 
@@ -24,9 +21,6 @@ aarch64_decode_rc with_constant(cpu_state* state, aarch64_z_reg zdn, aarch64_p_r
                      [=]<class T>(host_fp& fp, T n) { return op(fp, n, power_of_two<T>(exponent)); });
 }
 
-void call_libc_sqrt(std::uint32_t x) { static_cast<void>(::sqrtf(std::bit_cast<float>(x))); }
-void call_libc_sqrt(std::uint64_t x) { static_cast<void>(::sqrt(std::bit_cast<double>(x))); }
-
 // The C library's root of each number below zero, for the error that it reports in errno; its result is dropped. On the
 // bits, since a comparison would raise flags: -0 and what lies above minus infinity, the NaNs, are not below zero.
 template <lane_group T>
@@ -35,7 +29,7 @@ void report_roots_below_zero(T x) {
   const doubles halves = doubles(below);
   if ((halves[0] | halves[1]) == 0) return;
   for (int i = 0; i != group_lanes<T>; ++i)
-    if (below[i] != 0) call_libc_sqrt(x[i]);
+    if (below[i] != 0) report_root(x[i]);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include "sve/trap/host/emulate.h"
 
 #include <atomic>
-#include <cerrno>
 
 #include "sve/decoder/sve_utils.h"
 #include "sve/memory/kept_destination.h"
@@ -42,9 +41,7 @@ void send_waiting() {
 void run_handler(sve_handler handler, std::uint32_t word, ucontext_t& frame) {
   cpu_state& state = registers.state;
   load_state(frame, state);
-  const int kept_errno = errno;  // the application's own, which a square root's call of the C library may write
   const aarch64_decode_rc result = handler(&state, word);
-  errno = kept_errno;
   const placed_word place{reinterpret_cast<std::uint64_t>(state.pc), word};
   // The application goes on behind an instruction that could not be emulated, as if it did nothing.
   if (result == DECODE_OK)

@@ -1,5 +1,6 @@
 // The ways from a handler to its trace records, each by a function that keeps all registers: a handler's other code
-// then tells which registers it writes, whatever the library does that takes the records.
+// then tells which registers it writes, whatever the library does that takes the records. And functions that do
+// nothing, in the place of calls of the C library for an error in errno: here that is the application's own.
 #include "sve/trap/patch/written_registers.h"
 
 static_assert(quern::keeps_registers_word == 0xD28A2AFF, "the first instruction below");
@@ -51,13 +52,28 @@ __wrap_\function:
   .size __wrap_\function, . - __wrap_\function
   .endm
 
+  .macro nothing function
+  .text
+  .globl __wrap_\function
+  .hidden __wrap_\function
+  .type __wrap_\function, STT_FUNC
+__wrap_\function:
+  .cfi_startproc
+  ret
+  .cfi_endproc
+  .size __wrap_\function, . - __wrap_\function
+  .endm
+
   keeping _ZN5quern10trace_runsERKNS_13traced_accessEm
   keeping _ZN5quern11trace_lanesERKNS_13traced_accessEPKm
   keeping _ZN5quern19switch_trace_regionEb
   keeping _Z16addr_is_readableIcEbPVT_
+  nothing _ZN5quern11report_rootEj
+  nothing _ZN5quern11report_rootEm
   .noaltmacro
   .purgem pair
   .purgem vector_pair
   .purgem registers
   .purgem keeping
+  .purgem nothing
 )");

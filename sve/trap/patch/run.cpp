@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cerrno>
 #include <cstring>
 
 #include "sve/decoder/decode_map.h"
@@ -49,19 +48,10 @@ void add_plain_use(std::uint32_t word, register_use& use) {
   use.x &= all_general_registers;
 }
 
-// FSQRT calls the C library's square root, which may write errno.
-aarch64_decode_rc call_keeping_errno(cpu_state* state, unsigned int word) {
-  const int kept = errno;
-  const aarch64_decode_rc result = get_sve_handler(word)(state, word);
-  errno = kept;
-  return result;
-}
-
 run_word make_word(std::uint32_t word) {
   const decode_row* const row = decode_word(word).row;
   if (!row) return {word, nullptr, nullptr, {}, 0};
-  return {word, row, row->handler == "sve_fsqrt_zpz" ? call_keeping_errno : row->thunk, all_registers,
-          ordinary_instruction(word, *row)};
+  return {word, row, row->thunk, all_registers, ordinary_instruction(word, *row)};
 }
 
 // Whether the word behind the run is a branch back into it. A loop has to have a word that sees signals.
@@ -119,7 +109,7 @@ register_use use_of(const run_word& word) {
     const bool is_first = &op == row.operands.data() && row.memory.kind != memory_kind::store;
     add_operand(op, word.word, is_first || op.traits().both, use);
   }
-  use.fpsr = !word.ordinary && (row.way == route::library || word.thunk == call_keeping_errno);
+  use.fpsr = !word.ordinary && row.way == route::library;
   return use;
 }
 

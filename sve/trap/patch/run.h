@@ -29,8 +29,8 @@ inline constexpr std::size_t max_run = 32;
 
 // The run that begins at `code`, an emulated word: to the first word that can't be part of it, to the end of the
 // `bytes` that may be read, or to the most that a run has. It ends in an emulated word, or in a branch back that makes
-// a loop with an emulated word in it. The thunks keep the application's errno. Answers the number of words. What the
-// thunks write is for the caller to find out: all registers, until then.
+// a loop with an emulated word in it. Answers the number of words. What the thunks write is for the caller to find out:
+// all registers, until then.
 std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array<run_word, max_run>& run);
 
 // Sets of registers: number n is bit n. Register 31 is in no set of general registers.

@@ -4,9 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cerrno>
-#include <cstring>
-#include <memory>
 #include <vector>
 
 #include "sve/decoder/decode_map.h"
@@ -74,7 +71,7 @@ struct collected {
   std::size_t bytes, wanted;
 };
 
-constexpr std::uint32_t add = 0x04250083, fsqrt = 0x658DA020;
+constexpr std::uint32_t add = 0x04250083;
 constexpr std::uint32_t ldff1b = 0xA4026020, ldnf1b = 0xA410A020, prfb = 0x8400C020, incb = 0x0430E3E5;
 constexpr std::uint32_t nop = 0xD503201F, ret = 0xD65F03C0;
 constexpr std::uint32_t b_ne_back_1 = 0x54FFFFE1, b_ne_back_2 = 0x54FFFFC1, b_ne_back_3 = 0x54FFFFA1,
@@ -115,20 +112,6 @@ TEST(CollectRun, TakesEmulatedWordsThatFollowEachOther) {
       EXPECT_EQ(run[i].row, decode_word(c.code[i]).row) << c.text;
     }
   }
-}
-
-TEST(CollectRun, KeepsErrnoFromASquareRoot) {
-  std::array<run_word, max_run> run;
-  ASSERT_EQ(collect_run(reinterpret_cast<const unsigned char*>(&fsqrt), sizeof fsqrt, run), 1u);
-  const auto state = std::make_unique<cpu_state>();
-  std::memset(state->p, 1, sizeof state->p);
-  std::memset(state->z, 0xBF, sizeof state->z);
-  errno = 0;
-  run[0].row->thunk(state.get(), fsqrt);
-  EXPECT_EQ(errno, EDOM) << "the thunk alone";
-  errno = ENOENT;
-  run[0].thunk(state.get(), fsqrt);
-  EXPECT_EQ(errno, ENOENT);
 }
 
 }  // namespace
