@@ -57,7 +57,10 @@ expect 0 "count,thread,kind,group,size,addr,pc
 expect 0 "count,thread,kind,group,size,addr,pc
 2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 4099 small
 expect 0 "count,thread,kind,group,size,addr,pc
-2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 0xff0-0x1000 small
+2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 0-0x1000 small
+expect 0 "count,thread,kind,group,size,addr,pc
+1,$thread,load,0,256,0x2000,0x400000
+2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --pc 0-0x400004 small
 expect 0 "count,thread,kind,group,size,addr,pc
 3,$thread,store,6,16,0x20f8,0x400008
 5,$thread,unknown,0,1,0x9000,0x40000c" trace dump --format csv --pc 0x400008-0x40000f small
