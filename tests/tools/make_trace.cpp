@@ -1,5 +1,5 @@
-// make_trace EXTRA [ONLY]: traces seven records that show all kinds, then EXTRA more, or those only; prints the number
-// of its one thread.
+// make_trace EXTRA [ONLY [LINES]]: traces seven records that show all kinds, then EXTRA more, or those only, of one
+// line of memory or of so many in turn; prints the number of its one thread.
 #include <unistd.h>
 
 #include <cstdio>
@@ -24,8 +24,9 @@ int main(int argc, char** argv) {
     trace_mem(record);
     ++count;
   }
+  const std::uint64_t lines = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 1;
   for (const std::uint64_t end = count + std::strtoull(argv[1], nullptr, 10); count != end; ++count)
-    trace_mem({count, 5, 0, MEM_LOAD, 0, 8, 0x1000, 0x400000});
+    trace_mem({count, 5, 0, MEM_LOAD, 0, 8, 0x1000 + 64 * (count % lines), 0x400000});
   sve_exit();
   std::printf("%d\n", gettid());
 }

@@ -8,7 +8,8 @@ shift
 enter_folder
 export TZ=UTC
 
-# make NAME EXTRA [ONLY]: a trace with EXTRA more records than its first seven, or those only; sets `thread` to its one thread's number.
+# make NAME EXTRA [ONLY [LINES]]: a trace with EXTRA more records than its first seven, or those only, of one line of
+# memory or of so many in turn; sets `thread` to its one thread's number.
 make() { thread=$(QUERN_TRACE=$1 "${maker[@]}" "${@:2}"); }
 
 make small 0
@@ -57,7 +58,7 @@ expect 0 "count,thread,kind,group,size,addr,pc
 expect 0 "count,thread,kind,group,size,addr,pc
 2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 4099 small
 expect 0 "count,thread,kind,group,size,addr,pc
-2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 0-0x1000 small
+2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --address 0-0X1000 small
 expect 0 "count,thread,kind,group,size,addr,pc
 1,$thread,load,0,256,0x2000,0x400000
 2,$thread,load,3,4,0x1000,0x400004" trace dump --format csv --pc 0-0x400004 small
@@ -184,6 +185,25 @@ expect 0 'region,records_a,records_b,bytes_a,bytes_b,lines_a,lines_b
 outside,1,1,8,8,1,1' trace diff --format csv --by region small other
 "${quern[@]}" trace diff --format json small other >printed
 grep -qx '  "b": {' printed && [ "$(grep -c '"place"' printed)" = 4 ] || fail "diff as JSON: $(<printed)"
+[[ $("${quern[@]}" trace diff other small) == *$'\n           0           1         new  0x400004\n'* ]] ||
+  fail 'a place that A does not have is not called new'
+
+# Two rounds over so many lines: each line of the second was touched LINES - 1 other lines ago.
+# reuse LINES OTHER_LINES WANTED: the lines of the comparison that are about reuse, without their blanks.
+reuse() {
+  local lines found
+  for lines in "$1" "$2"; do make "rounds.$lines" $((2 * lines)) only "$lines"; done
+  found=$("${quern[@]}" trace diff "rounds.$1" "rounds.$2" | sed -n '/^reuse/s/  */ /gp')
+  [ "$found" = "$3" ] || fail "reuse of $1 and $2 lines: $found"
+}
+reuse 512 513 'reuse >=512 512 1026 +100.4 %
+reuse >=16K 512 513 +0.2 %'
+reuse 16384 16385 'reuse >=512 32768 32770 +0.0 %
+reuse >=16K 16384 32770 +100.0 %'
+thread=$smalls_thread
+[ "$("${quern[@]}" trace diff --format csv --by region small rounds.512 | cut -d, -f1-3)" = 'region,records_a,records_b
+outside,1,1024
+1,3,0' ] || fail 'what has most accesses in either trace is not first'
 expect 0 '0 2000 100
 0 1000 4
 1 20f8 10
