@@ -18,7 +18,7 @@
 
 #include "sve/arith/predicate/predicate_support.h"
 #include "sve/state/cpu_context.h"
-#include "sve/state/lanes.h"
+#include "sve/state/lane_group.h"
 #include "sve/veclib/predicate_lanes.h"
 
 namespace quern::veclib {
@@ -114,6 +114,20 @@ inline VecV merge_lanes(Op op, const CpuContext& ctx, const VecV& inactive, cons
   return result;
 }
 
+// The same for one operand by 16 bytes at once, whatever lanes of T they hold: op(T, those bytes).
+using byte_group = group_of<std::uint8_t>;
+template <class T, class Op>
+inline VecV merge_groups(Op op, const CpuContext& ctx, const VecV& inactive, const PredV& pg, const VecV& operand) {
+  const VecV masks = lane_masks<std::make_unsigned_t<T>>(pg);
+  VecV result;
+  for (std::size_t i = 0; i != lane_count<byte_group>; ++i) {
+    const byte_group value = op(T{}, lane<byte_group>(operand.bytes, i));
+    set_lane(result.bytes, i, select(lane<byte_group>(masks.bytes, i), value, lane<byte_group>(inactive.bytes, i)));
+  }
+  clear_beyond(result, ctx);
+  return result;
+}
+
 // The same, where op must not run for inactive lanes: it sets flags, or is slow. From lane 0 up.
 template <class T, class Op, class... Operands>
 inline VecV merge_active_lanes(Op op, const CpuContext& ctx, const VecV& inactive, const PredV& pg,
@@ -179,6 +193,14 @@ template <class Op>
 constexpr auto merging_unary(Op op) {
   return [op]<class T>(T, const CpuContext& ctx, const VecV& old, const PredV& pg, const VecV& a) {
     return merge_lanes<T>(op, ctx, old, pg, a);
+  };
+}
+
+// The same by groups of bytes.
+template <class Op>
+constexpr auto merging_groups(Op op) {
+  return [op]<class T>(T, const CpuContext& ctx, const VecV& old, const PredV& pg, const VecV& a) {
+    return merge_groups<T>(op, ctx, old, pg, a);
   };
 }
 
