@@ -32,7 +32,8 @@ struct thunk_name {
 struct decode_row {
   int key = 0;
   sve_handler thunk = nullptr;
-  sve_handler under_host_fpsr = nullptr;  // the same, but of a direct_fp row without its moves of FPSR
+  sve_handler under_host_fpsr = nullptr;        // the same, but of a direct_fp row without its moves of FPSR
+  const void* (*library_function)() = nullptr;  // answers the address of the function that a library row calls
   thunk_name name;
   std::string_view stem;              // the name without "Vec" and tag: the family of the vector library
   std::string_view handler;           // the direct handler's name, or empty
@@ -78,6 +79,15 @@ consteval sve_handler under_host_fpsr() {
 }
 
 template <type_tag Tag, class Shape>
+consteval auto library_function_of() -> const void* (*)() {
+  if constexpr (Shape::way == route::library) {
+    return Shape::template function<Tag>;
+  } else {
+    return nullptr;
+  }
+}
+
+template <type_tag Tag, class Shape>
 consteval encoded_row row_of_type(std::string_view stem, const encoding& drawing) {
   const encoding sized = drawing.bits_of('z') != 0 ? drawing.with('z', Tag.opcode) : drawing;
   check_operands(sized, Shape::operands);
@@ -86,6 +96,7 @@ consteval encoded_row row_of_type(std::string_view stem, const encoding& drawing
   return {sized.mask,
           {.thunk = Shape::template thunk<Tag>,
            .under_host_fpsr = under_host_fpsr<Tag, Shape>(),
+           .library_function = library_function_of<Tag, Shape>(),
            .name = {Tag.text, stem},
            .stem = stem,
            .handler = Shape::way == route::library ? std::string_view{} : Shape::routine,

@@ -45,6 +45,8 @@ consteval std::string_view family_name() {
 //   operands   in the order that the routine takes them, and of a library function the result before
 //   memory     what it does to memory
 //   thunk<Tag> the thunk for a type; it does not compile where the routine does not exist or takes other operands
+// and that of a library form
+//   function<Tag>  answers the address of the library's function, which no constant expression can hold
 template <operand... Operands>
 struct operands_shape {
   static constexpr std::array<operand, sizeof...(Operands)> operands{Operands...};
@@ -94,6 +96,11 @@ struct library_shape {
   static constexpr std::string_view routine = family_name<Family>();
   static constexpr auto operands = distinct_operands<Result, Arguments...>();
   static constexpr memory_effect memory{};
+
+  template <type_tag Tag>
+  static const void* function() {
+    return reinterpret_cast<const void*>(library_function<Family, Tag.plain()>);
+  }
 
   template <type_tag Tag>
   static aarch64_decode_rc thunk(cpu_state* state, unsigned int word) {

@@ -86,7 +86,7 @@ const run_code* make_code(unsigned char* site) {
   const code_room room = find_code_room(site);
   if (count == 0 || !room.place) return nullptr;
   for (run_word& word : std::span(run).first(count))
-    if (is_called(word)) word.written = written_by(word.thunk);
+    if (is_called(word)) word.written = written_by(*word.row);
   const std::span<unsigned char, max_run_code_bytes> bytes(room.writable, max_run_code_bytes);
   const std::size_t size = make_run_code(std::span(run).first(count), site, registers_offset(), room.place, bytes);
   auto& code = *reinterpret_cast<run_code*>(room.writable);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "sve/decoder/decode_row.h"
 #include "sve/trap/patch/instruction_effect.h"
 
 namespace quern {
@@ -42,10 +43,15 @@ class place_set {
 
 class code_walk {
  public:
-  written_registers go(const unsigned char* function) {
+  void begin() {
     seen_.clear();
     written_ = {};
     waiting_count_ = 0;
+  }
+  // What the function writes, and all that has been looked at since the beginning. Calls through a register may be left
+  // out, for who knows where they lead.
+  written_registers go(const unsigned char* function, bool leaves_out_calls) {
+    leaves_out_calls_ = leaves_out_calls;
     later(function);
     while (waiting_count_ != 0 && written_ != all_registers) follow(waiting_[--waiting_count_]);
     return written_;
@@ -78,9 +84,15 @@ class code_walk {
       case way_on::kind::next: return carry_out(word) ? place + sizeof word : nullptr;
       case way_on::kind::jump: return place + way.distance;
       case way_on::kind::jump_and_next: later(place + way.distance); return place + sizeof word;
-      case way_on::kind::elsewhere: return target_of_stub(place);
+      case way_on::kind::elsewhere: return leaves_out(word) ? place + sizeof word : target_of_stub(place);
       default: return nullptr;
     }
+  }
+
+  bool leaves_out(std::uint32_t word) {
+    const bool is_call = (word & 0xFFFFFC1F) == 0xD63F0000;
+    if (is_call) add({set_of_link, 0});
+    return is_call && leaves_out_calls_;
   }
 
   bool carry_out(std::uint32_t word) {
@@ -107,23 +119,34 @@ class code_walk {
   written_registers written_;
   std::array<const unsigned char*, 512> waiting_{};
   std::size_t waiting_count_ = 0;
+  bool leaves_out_calls_ = false;
 };
+
+constinit code_walk walk{};
+
+const unsigned char* code_at(const void* function) { return static_cast<const unsigned char*>(function); }
+
+written_registers look_at(const decode_row& row) {
+  walk.begin();
+  const written_registers by_thunk = walk.go(reinterpret_cast<const unsigned char*>(row.thunk), row.library_function);
+  return row.library_function ? walk.go(code_at(row.library_function()), false) : by_thunk;
+}
 
 }  // namespace
 
 written_registers written_by(const unsigned char* function) {
-  constinit static code_walk walk{};
-  return walk.go(function);
+  walk.begin();
+  return walk.go(function, false);
 }
 
-written_registers written_by(sve_handler thunk) {
+written_registers written_by(const decode_row& row) {
   struct known_thunk {
     sve_handler thunk;
     written_registers written;
   };
   constinit static std::array<known_thunk, 2048> known{};
-  known_thunk& slot = known[hash_of(reinterpret_cast<const unsigned char*>(thunk)) % known.size()];
-  if (slot.thunk != thunk) slot = {thunk, written_by(reinterpret_cast<const unsigned char*>(thunk))};
+  known_thunk& slot = known[hash_of(reinterpret_cast<const unsigned char*>(row.thunk)) % known.size()];
+  if (slot.thunk != row.thunk) slot = {row.thunk, look_at(row)};
   return slot.written;
 }
 

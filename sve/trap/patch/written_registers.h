@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
-#include "sve/state/cpu_state.h"
-
 namespace quern {
+
+struct decode_row;
 
 // Sets of registers: number n is bit n. X31, the stack pointer or zero register, is in no set.
 struct written_registers {
@@ -27,7 +27,8 @@ inline constexpr std::uint32_t keeps_registers_word = 0xD28A2AFF;
 // thread at a time; safe in a signal handler.
 written_registers written_by(const unsigned char* function);
 
-// The same of a thunk, which is looked at once, as a rule.
-written_registers written_by(sve_handler thunk);
+// The same of a row's thunk, which is looked at once, as a rule. Where that calls through a register, it is the
+// library's function that it calls.
+written_registers written_by(const decode_row& row);
 
 }  // namespace quern

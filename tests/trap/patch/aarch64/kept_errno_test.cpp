@@ -35,7 +35,7 @@ TEST(SquareRoot, BelowZeroLeavesErrno) {
 
 TEST(SquareRoot, WritesFewRegisters) {
   for (const square_root& root : square_roots)
-    EXPECT_NE(written_by(decode_word(root.word).row->thunk), all_registers) << root.name;
+    EXPECT_NE(written_by(*decode_word(root.word).row), all_registers) << root.name;
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ constexpr std::size_t stack_bytes = 1 << 16, memory_bytes = 64 * VL_BYTES;
 
 run_word word_of(std::uint32_t word) {
   const decode_row* const row = decode_word(word).row;
-  return {word, row, row ? row->thunk : nullptr, row ? written_by(row->thunk) : written_registers{}, 0};
+  return {word, row, row ? row->thunk : nullptr, row ? written_by(*row) : written_registers{}, 0};
 }
 
 // X0 points to memory of small numbers, X1 counts up from 0, X2 and X3 are less and more than the lanes of any vector;
