@@ -17,7 +17,9 @@ enum { VECTORS = 64, LONGEST = 256 };
 uint64_t copy_two(const uint8_t* whole, const uint8_t* fault, uint8_t* to);
 // Copies n bytes by a loop that is a run; answers X20, which was 0 before.
 uint64_t copy_by_loop(const uint8_t* from, uint8_t* to, size_t n);
-extern const unsigned char copy_two_fault[], copy_loop[], copy_loop_end[];
+// Goes round a loop that is a run, until a handler makes X3 zero. Answers X20, which was 7 before.
+uint64_t wait_in_loop(const uint8_t* from);
+extern const unsigned char copy_two_fault[], copy_loop[], copy_loop_end[], waiting_loop[], waiting_loop_end[];
 __asm__(
     ".text\n"
     ".arch armv8-a+sve\n"
@@ -59,7 +61,25 @@ __asm__(
     "  mov x0, x20\n"
     "  ldp x19, x20, [sp], #16\n"
     "  ret\n"
-    ".size copy_by_loop, .-copy_by_loop\n");
+    ".size copy_by_loop, .-copy_by_loop\n"
+    ".balign 128\n"
+    ".type wait_in_loop, %function\n"
+    "wait_in_loop:\n"
+    "  stp x19, x20, [sp, #-16]!\n"
+    "  mov x20, #7\n"
+    "  mov x3, #1\n"
+    "  ptrue p0.b\n"
+    ".globl waiting_loop\n"
+    "waiting_loop:\n"
+    "  ld1b {z0.b}, p0/z, [x0]\n"
+    "  add z1.b, z0.b, z1.b\n"
+    "  cbnz x3, waiting_loop\n"
+    ".globl waiting_loop_end\n"
+    "waiting_loop_end:\n"
+    "  mov x0, x20\n"
+    "  ldp x19, x20, [sp], #16\n"
+    "  ret\n"
+    ".size wait_in_loop, .-wait_in_loop\n");
 
 static uint8_t *page, to[VECTORS * LONGEST], from[VECTORS * LONGEST];
 static size_t page_bytes;
@@ -101,6 +121,7 @@ static void on_fault(int signal, siginfo_t* info, void* context) {
 static void on_alarm(int signal, siginfo_t* info, void* context) {
   (void)signal, (void)info;
   mcontext_t* const machine = &((ucontext_t*)context)->uc_mcontext;
+  if (machine->pc >= (uintptr_t)waiting_loop && machine->pc < (uintptr_t)waiting_loop_end) machine->regs[3] = 0;
   if (machine->pc < (uintptr_t)copy_loop || machine->pc > (uintptr_t)copy_loop_end) return;
   ++machine->regs[20];
   ++signals;
@@ -146,7 +167,10 @@ int main(void) {
     const uint64_t before = signals, counted = copy_by_loop(from, to, n);
     right = counted == signals - before && memcmp(to, from, n) == 0 && (n == sizeof to || to[n] == 0xEE);
   }
+  bool waited = true;
+  for (int i = 0; i != 50; ++i) waited = wait_in_loop(from) == 7 && waited;
   setitimer(ITIMER_REAL, &never, NULL);
+  check("a loop that a handler ends", waited);
   check("a loop under signals that count in X20", right && signals >= 100);
   return finish("predicates_in_runs");
 }

@@ -89,7 +89,7 @@ void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
   ucontext_t* const emulated = emulated_frame();
   const bool in_run = !emulated && is_within_run(frame);
   if (is_sent(*info) && (emulated || in_run || contains(held_signals(), signal))) {
-    if (in_run) end_run_early();
+    if (in_run) end_run_early(frame);
     return keep_waiting(signal, *info);
   }
   const signal_action action = application_action(signal);
@@ -97,7 +97,7 @@ void pass_on_trap(int signal, siginfo_t* info, ucontext_t& frame) {
   // A fault that is ignored or blocked ends the process all the same.
   if (!has_handler(action) || contains(held_signals(), signal)) {
     const unsigned char* const pc = emulated ? frame_pc(*emulated) : frame_pc(frame);
-    return die(signal, info, frame, in_run ? own_registers().state.pc : pc);
+    return die(signal, info, frame, in_run ? word_within_run(frame) : pc);
   }
   ucontext_t* const replaced = emulated ? emulated : frame_not_looked_at(frame);
   if (replaced) {

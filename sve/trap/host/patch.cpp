@@ -97,9 +97,7 @@ const run_code* make_code(unsigned char* site) {
   return reinterpret_cast<const run_code*>(room.place);
 }
 
-void put_word_back(const run_code& code) {
-  write_code_word(code.site, static_cast<aarch64::word>(code.literals[0].word), find_mapping(code.site));
-}
+void put_word_back(const run_code& code) { write_code_word(code.site, code.literals[0].word, find_mapping(code.site)); }
 
 bool may_be_patched(const mapping& text) {
   return text.readable && text.executable && text.of_file && !text.writable && !text.shared;
@@ -163,7 +161,7 @@ const unsigned char* mend_copied_branch(const unsigned char* pc) {
   const run_code* const code = lock.is_held() ? find_code_of_copy(pc) : nullptr;
   if (!code) return nullptr;
   unsigned char* const copy = copied_site(*code, pc);
-  const auto word = static_cast<aarch64::word>(code->literals[0].word);
+  const aarch64::word word = code->literals[0].word;
   return write_code_word(copy, word, find_mapping(copy)) ? copy : nullptr;
 }
 

@@ -10,6 +10,7 @@
 #include "sve/trap/host/kernel.h"
 #include "sve/trap/host/signal_frame.h"
 #include "sve/trap/patch/instructions.h"
+#include "sve/trap/patch/known_lanes.h"
 #include "sve/trap/signal_actions.h"
 
 namespace quern {
@@ -26,7 +27,12 @@ void leave_run(const run_code& code, unsigned char* pc, ucontext_t& frame) {
   registers.ends = early_end::none;
 }
 
-unsigned char* behind_word() { return own_registers().state.pc + sizeof(aarch64::word); }
+// Where the run's code has the register that says whether it is to end. It looks there behind the word.
+void tell_end(ucontext_t& frame) {
+  const run_code* const code = find_code(frame_pc(frame));
+  const auto end = static_cast<std::uint64_t>(own_registers().ends);
+  if (code && code->is_under_way(frame_pc(frame))) frame.uc_mcontext.regs[known_lanes::keeper.number] |= end;
+}
 
 }  // namespace
 
@@ -45,17 +51,22 @@ bool is_within_run(ucontext_t& frame) {
     machine.pc = reinterpret_cast<std::uintptr_t>(code->behind_site());
   } else if (pc >= code->at(code->way_out) && pc < code->at(code->cold)) {
     leave_run(*code, code->behind_site(), frame);
-  } else if (word_at(pc) == aarch64::cbnz_x(aarch64::x0, code->early_end_at() - pc)) {
-    leave_run(*code, behind_word(), frame);  // too late to set what it tests
   } else {
     return true;
   }
   return false;
 }
 
-void end_run_early() {
+unsigned char* word_within_run(const ucontext_t& frame) {
+  const run_code* const code = own_registers().running;
+  const unsigned char* const pc = frame_pc(frame);
+  return code->holds(pc) ? code->site + code->word_with(pc) * sizeof(aarch64::word) : own_registers().state.pc;
+}
+
+void end_run_early(ucontext_t& frame) {
   thread_registers& registers = own_registers();
   if (registers.ends == early_end::none) registers.ends = early_end::signal_waits;
+  tell_end(frame);
 }
 
 void postpone_to_early_end(int signal, const siginfo_t& info, ucontext_t& frame) {
@@ -65,6 +76,7 @@ void postpone_to_early_end(int signal, const siginfo_t& info, ucontext_t& frame)
   registers.mask = mask;
   registers.awaited = set_of(signal);
   registers.ends = early_end::signal_blocked;
+  tell_end(frame);
   to_sigset(mask | ~trap_signals, frame.uc_sigmask);
   const signal_action wanted = application_action(signal);
   if (wanted.flags & static_cast<int>(SA_RESETHAND)) {
@@ -77,14 +89,15 @@ void postpone_to_early_end(int signal, const siginfo_t& info, ucontext_t& frame)
 
 bool take_early_end(ucontext_t& frame) {
   const run_code* const code = own_registers().running;
-  if (!code || frame_pc(frame) != code->early_end_at()) return false;
-  leave_run(*code, behind_word(), frame);
+  const unsigned char* const pc = frame_pc(frame);
+  if (!code || pc < code->early_end_at(0) || pc >= code->at(code->entry)) return false;
+  leave_run(*code, code->site + (word_at(pc) + 1) * sizeof(aarch64::word), frame);
   return true;
 }
 
 void abandon_run(ucontext_t& frame) {
   put_destination_back();
-  leave_run(*own_registers().running, own_registers().state.pc, frame);
+  leave_run(*own_registers().running, word_within_run(frame), frame);
 }
 
 }  // namespace quern

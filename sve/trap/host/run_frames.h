@@ -11,8 +11,11 @@ namespace quern {
 // the frame is made that of the application there, and the answer is false.
 bool is_within_run(ucontext_t& frame);
 
-// Lets the run end after its present word, as a signal waits here.
-void end_run_early();
+// The word that is carried out where a fault within a run finds the thread.
+unsigned char* word_within_run(const ucontext_t& frame);
+
+// Lets the run that has the frame's thread end after its present word, as a signal waits here.
+void end_run_early(ucontext_t& frame);
 
 // The same for a signal that is to arrive then: sends it again, and blocks all but the trap signals until then.
 void postpone_to_early_end(int signal, const siginfo_t& info, ucontext_t& frame);

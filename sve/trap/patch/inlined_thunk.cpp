@@ -102,11 +102,15 @@ void inlined_thunk::put_exit(Part& part, const unsigned char* target) {
     put_number(part, n, word_);
     part.put(str_x({n}, {base}, offsetof(cpu_state, instr_word)));
   }
-  part.put(ldr_x_literal({n}, 2 * sizeof(word)));
+  part.put(ldr_x_literal({n}, 4 * sizeof(word)));
+  part.put(str_x({n}, {base}, offsetof(cpu_state, pc)));
+  part.put(ldr_x_literal({n}, 4 * sizeof(word)));
   part.put(br({n}));
-  const auto address = reinterpret_cast<std::uint64_t>(target);
-  part.put(static_cast<word>(address));
-  part.put(static_cast<word>(address >> 32));
+  for (const unsigned char* const address : {pc_, target}) {
+    const auto number = reinterpret_cast<std::uint64_t>(address);
+    part.put(static_cast<word>(number));
+    part.put(static_cast<word>(number >> 32));
+  }
 }
 
 const unsigned char* inlined_thunk::leave(const unsigned char* target) {
@@ -277,6 +281,7 @@ bool inlined_thunk::single_access(word w) {
     *offset += static_cast<std::uint64_t>(signed_field(w, 20, 12));
   }
   if (in_state && offset && !is_vector && access_instr_word(w, *offset, is_load)) return true;
+  if (in_state && offset == offsetof(cpu_state, pc)) return false;  // the thunk itself is told it
   if (!is_vector && !is_load) need(t);
   if (offset && fits(*offset, scale, max_unsigned_offset)) {
     if (!in_state) need_base(n);
@@ -436,7 +441,7 @@ const unsigned char* inlined_thunk::marked_code(const unsigned char* mark) {
 bool inlined_thunk::put_marked(const marked_instructions& code, word bit) {
   constexpr std::size_t room_needed = 96;
   if (cold_.count + room_needed > max_cold_words || !add_exit()) return false;
-  hot_.put(tbnz_x(known_lanes::keeper, bit, 0));
+  hot_.put(tbz_x(known_lanes::keeper, bit, 0));
   if (missing_ & set_of(code.at)) put_known(cold_, code.at);
   for (const unsigned char* pc = code.place.data(); pc != code.place.data() + code.place.size(); pc += sizeof(word))
     cold_.put(word_at(pc));
@@ -501,6 +506,7 @@ void inlined_thunk::begin(std::uint32_t w, const given& what) {
   usable_ = what.usable;
   written_predicates_ = what.written_predicates;
   follows_calls_ = what.follows_calls;
+  pc_ = what.pc;
   flags_are_known_ = is_done_ = has_failed_ = knows_written_ = false;
   hot_.clear();
   cold_.clear();

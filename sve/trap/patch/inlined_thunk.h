@@ -19,7 +19,7 @@ template <std::size_t Most>
 struct code_part {
   std::array<aarch64::word, Most> words{};
   std::size_t count = 0;
-  std::array<std::uint16_t, 24> ways_back{};  // numbers of those that are to be ADR, with where the hot code ends
+  std::array<std::uint16_t, 24> ways_back{};  // numbers of those that are to be ADR, with where the thunk returns to
   std::size_t way_back_count = 0;
   bool is_too_long = false;
 
@@ -34,7 +34,7 @@ struct code_part {
       words[count++] = w;
     }
   }
-  // The address of the hot code's end to X<n>; the word tells n until then.
+  // The address to which the thunk is to return to X<n>; the word tells n until then.
   void put_way_back(aarch64::word n) {
     if (way_back_count == ways_back.size()) {
       is_too_long = true;
@@ -48,7 +48,7 @@ struct code_part {
 };
 
 // The most instructions of either piece.
-inline constexpr std::size_t max_hot_words = 192, max_cold_words = 160;
+inline constexpr std::size_t max_hot_words = 192, max_cold_words = 192;
 
 class inlined_thunk {
  public:
@@ -62,6 +62,7 @@ class inlined_thunk {
     std::uint32_t usable = 0;              // the registers that the code may write besides those that the thunk writes
     std::uint32_t written_predicates = 0;  // those that the thunk writes
     bool follows_calls = false;            // whether it has what the thunk calls too, and does not go on there
+    const unsigned char* pc = nullptr;  // the word's, which the thunk finds in cpu_state; the code itself stores none
   };
 
   // Makes the code. It expects the state's address in X19, and leaves that; it has no result. It goes on into the thunk
@@ -132,6 +133,7 @@ class inlined_thunk {
   std::uint32_t missing_ = 0;  // the registers that hold something known, but not in the processor
   std::uint32_t set_ = 0;      // the registers that have been set, known or not
   std::uint32_t usable_ = 0, written_predicates_ = 0;
+  const unsigned char* pc_ = nullptr;
   bool flags_are_known_ = false;  // and then not in the processor
   std::uint32_t flags_ = 0;
   bool word_is_stored_ = false;  // to instr_word; but not in memory: it is put there before somebody else may read it

@@ -92,9 +92,10 @@ constexpr word adr(reg t, std::int64_t distance) {
 }
 constexpr word cbz_x(reg t, std::int64_t distance) { return 0xB4000000 | scaled(distance, 4, 19) << 5 | t.number; }
 constexpr word cbnz_x(reg t, std::int64_t distance) { return 0xB5000000 | scaled(distance, 4, 19) << 5 | t.number; }
-constexpr word tbnz_x(reg t, word bit, std::int64_t distance) {
-  return 0x37000000 | bit >> 5 << 31 | (bit & 31) << 19 | scaled(distance, 4, 14) << 5 | t.number;
+constexpr word tbz_x(reg t, word bit, std::int64_t distance) {
+  return 0x36000000 | bit >> 5 << 31 | (bit & 31) << 19 | scaled(distance, 4, 14) << 5 | t.number;
 }
+constexpr word tbnz_x(reg t, word bit, std::int64_t distance) { return tbz_x(t, bit, distance) | 1 << 24; }
 
 // The same instruction with another base.
 constexpr word with_base(word w, reg base) { return (w & ~place({}, {31})) | place({}, base); }
@@ -133,14 +134,15 @@ constexpr word movn_x(reg d, word value) { return 0x92800000 | value << 5 | d.nu
 constexpr word set_bits_x(reg d, reg n, word low, word count) {
   return 0xB2400000 | ((64 - low) & 63) << 16 | (count - 1) << 10 | place(d, n);
 }
-// The same in both halves, `low` and `count` being those of a word.
-constexpr word set_bits_twice_x(reg d, reg n, word low, word count) {
-  return 0xB2000000 | ((32 - low) & 31) << 16 | (count - 1) << 10 | place(d, n);
-}
 constexpr word clear_bits_x(reg d, reg n, word low, word count) {
   return 0x92400000 | ((64 - low - count) & 63) << 16 | (63 - count) << 10 | place(d, n);
 }
-// An instruction that is none, for good.
-constexpr word udf() { return 0; }
+// The same in both halves, `low` and `count` being those of a word.
+constexpr word clear_bits_twice_x(reg d, reg n, word low, word count) {
+  return 0x92000000 | ((32 - low - count) & 31) << 16 | (31 - count) << 10 | place(d, n);
+}
+constexpr word orr_x(reg d, reg n, reg m) { return 0xAA000000 | m.number << 16 | place(d, n); }
+// An instruction that is none, for good, with a number of 16 bits.
+constexpr word udf(word number = 0) { return number; }
 
 }  // namespace quern::aarch64

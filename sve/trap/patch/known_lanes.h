@@ -1,4 +1,4 @@
-// What a run's code remembers of predicates while it goes on: whether all lanes are active.
+// What a run's code remembers while it goes on: of predicates, whether all lanes are active; and whether it is to end.
 #pragma once
 
 #include <cstdint>
@@ -8,31 +8,30 @@
 
 namespace quern::known_lanes {
 
-// A general register that thunks keep. Bit 4 * p + size is set where it is not known that all lanes of that size are
-// active in predicate p; bit 32 + 4 * p + size, where it is not known that no other bit is set besides. The first are
-// for the predicates that govern loads and arithmetic; the second for fewer, as eight bits are for other things.
+// A general register that thunks keep. Bit 4 * p + size is set where it is known that all lanes of that size are active
+// in predicate p; bit 32 + 4 * p + size, where it is known that no other bit is set besides. The first are for the
+// predicates that govern loads and arithmetic; the second for fewer, as eight bits are for other things: the highest
+// is set where the run is to end after its present word.
 inline constexpr aarch64::reg keeper = aarch64::x20;
-inline constexpr std::uint32_t sizes = 4, predicates = 8, filled_predicates = 6, first_filled = 32;
+inline constexpr std::uint32_t sizes = 4, predicates = 8, filled_predicates = 6, first_filled = 32, end_bit = 63;
 
 constexpr aarch64::word active_bit(std::uint32_t predicate, std::uint32_t size) { return sizes * predicate + size; }
 constexpr aarch64::word filled_bit(std::uint32_t predicate, std::uint32_t size) {
   return first_filled + active_bit(predicate, size);
 }
 
-// Nothing is known.
-constexpr aarch64::word forget_all() { return aarch64::movn_x(keeper, 0); }
 // Nothing is known of the predicate any more.
 constexpr aarch64::word forget(std::uint32_t predicate) {
   const bool is_filled = predicate < filled_predicates;
-  return is_filled ? aarch64::set_bits_twice_x(keeper, keeper, active_bit(predicate, 0), sizes)
-                   : aarch64::set_bits_x(keeper, keeper, active_bit(predicate, 0), sizes);
+  return is_filled ? aarch64::clear_bits_twice_x(keeper, keeper, active_bit(predicate, 0), sizes)
+                   : aarch64::clear_bits_x(keeper, keeper, active_bit(predicate, 0), sizes);
 }
 // All lanes of the size are active, and so are wider ones, each of which goes by the first narrow one in it.
 constexpr aarch64::word learn_active(std::uint32_t predicate, std::uint32_t size) {
-  return aarch64::clear_bits_x(keeper, keeper, active_bit(predicate, size), sizes - size);
+  return aarch64::set_bits_x(keeper, keeper, active_bit(predicate, size), sizes - size);
 }
 constexpr aarch64::word learn_filled(std::uint32_t predicate, std::uint32_t size) {
-  return aarch64::clear_bits_x(keeper, keeper, filled_bit(predicate, size), 1);
+  return aarch64::set_bits_x(keeper, keeper, filled_bit(predicate, size), 1);
 }
 
 }  // namespace quern::known_lanes

@@ -51,58 +51,78 @@ written_registers written_by(std::span<const run_word> run) {
   return all;
 }
 
+// Where a thunk has returned, which may have had the register on its stack.
+constexpr word look_at_ends[] = {ldur_x(x0, base, ends_distance), orr_x(keeper, keeper, x0)};
+
 // The cold code of a run's inlined thunks, which stands behind all else; numbers of instructions in it are followed by
 // distances in bytes from the run_code. For one thread at a time.
 class cold_code {
  public:
   static constexpr std::size_t most_words = 3072;
 
-  void clear() { word_count_ = exit_count_ = return_count_ = way_on_count_ = 0; }
+  void clear() { word_count_ = exit_count_ = return_count_ = hot_return_count_ = way_on_count_ = 0; }
   // Whether there is room for what one thunk has.
   bool has_room() const {
-    return word_count_ + max_cold_words <= most_words && exit_count_ + 32 <= exits_.size() &&
-           return_count_ + 32 <= returns_.size() && way_on_count_ + 32 <= ways_on_.size();
+    return word_count_ + max_cold_words + return_words <= most_words && exit_count_ + 32 <= exits_.size() &&
+           return_count_ + 32 <= returns_.size() && hot_return_count_ + 32 <= hot_returns_.size() &&
+           way_on_count_ + 32 <= ways_on_.size();
   }
   std::size_t bytes() const { return word_count_ * sizeof(word); }
 
   // Takes the cold code of a thunk whose hot code stands from `hot_begin` to `hot_end`.
   void add(const inlined_thunk& thunk, std::size_t hot_begin, std::size_t hot_end) {
-    for (const inlined_thunk::crossing& e : thunk.exits())
-      exits_[exit_count_++] = {hot_begin + e.from * sizeof(word), word_count_ + e.to};
+    const auto in_hot = [=](std::size_t number) { return hot_begin + number * sizeof(word); };
+    for (const inlined_thunk::crossing& e : thunk.exits()) exits_[exit_count_++] = {in_hot(e.from), word_count_ + e.to};
     for (const inlined_thunk::crossing& o : thunk.ways_on())
-      ways_on_[way_on_count_++] = {hot_begin + o.to * sizeof(word), word_count_ + o.from};
-    for (const std::uint16_t r : thunk.cold().returns()) returns_[return_count_++] = {hot_end, word_count_ + r};
+      ways_on_[way_on_count_++] = {in_hot(o.to), word_count_ + o.from};
+    const std::size_t way_back = word_count_ + thunk.cold().code().size();
+    for (const std::uint16_t r : thunk.cold().returns()) returns_[return_count_++] = {word_count_ + r, way_back};
+    for (const std::uint16_t r : thunk.hot().returns()) hot_returns_[hot_return_count_++] = {in_hot(r), way_back};
     for (const word w : thunk.cold().code()) words_[word_count_++] = w;
+    if (thunk.cold().returns().empty() && thunk.hot().returns().empty()) return;
+    for (const word w : look_at_ends) words_[word_count_++] = w;
+    ways_on_[way_on_count_++] = {hot_end, word_count_};
+    words_[word_count_++] = b(0);
   }
 
   // Writes it to its place, and its distance to the branches that lead there.
   void put_at(std::size_t place, std::span<unsigned char> room) {
-    for (const link& r : std::span(returns_).first(return_count_)) {
-      const std::size_t from = place + r.number * sizeof(word);
-      words_[r.number] = adr({words_[r.number]}, distance(from, r.hot));
-    }
+    const auto in_place = [=](std::size_t number) { return place + number * sizeof(word); };
+    for (const cold_return& r : std::span(returns_).first(return_count_))
+      words_[r.number] = adr({words_[r.number]}, distance(in_place(r.number), in_place(r.way_back)));
     for (const link& o : std::span(ways_on_).first(way_on_count_))
-      words_[o.number] = b(distance(place + o.number * sizeof(word), o.hot));
+      words_[o.number] = b(distance(in_place(o.number), o.hot));
     std::memcpy(room.data() + place, words_.data(), bytes());
-    for (const link& e : std::span(exits_).first(exit_count_)) {
-      word branch;
-      std::memcpy(&branch, room.data() + e.hot, sizeof branch);
-      branch = with_distance(branch, distance(e.hot, place + e.number * sizeof(word)));
-      std::memcpy(room.data() + e.hot, &branch, sizeof branch);
-    }
+    for (const link& e : std::span(exits_).first(exit_count_))
+      change(room, e.hot, [&](word branch) { return with_distance(branch, distance(e.hot, in_place(e.number))); });
+    for (const link& r : std::span(hot_returns_).first(hot_return_count_))
+      change(room, r.hot, [&](word n) { return adr({n}, distance(r.hot, in_place(r.number))); });
   }
 
  private:
   struct link {
     std::size_t hot = 0, number = 0;
   };
+  struct cold_return {
+    std::size_t number = 0, way_back = 0;
+  };
+  static constexpr std::size_t return_words = std::size(look_at_ends) + 1;
+
+  template <class Change>
+  static void change(std::span<unsigned char> room, std::size_t at, Change changed) {
+    word w;
+    std::memcpy(&w, room.data() + at, sizeof w);
+    w = changed(w);
+    std::memcpy(room.data() + at, &w, sizeof w);
+  }
   static std::int64_t distance(std::size_t from, std::size_t to) {
     return static_cast<std::int64_t>(to) - static_cast<std::int64_t>(from);
   }
 
   std::array<word, most_words> words_{};
-  std::array<link, 512> exits_{}, returns_{}, ways_on_{};
-  std::size_t word_count_ = 0, exit_count_ = 0, return_count_ = 0, way_on_count_ = 0;
+  std::array<link, 512> exits_{}, hot_returns_{}, ways_on_{};
+  std::array<cold_return, 512> returns_{};
+  std::size_t word_count_ = 0, exit_count_ = 0, return_count_ = 0, hot_return_count_ = 0, way_on_count_ = 0;
 };
 
 class generator {
@@ -116,12 +136,15 @@ class generator {
     header_.v = written_.v & ~use_.z;
     header_.fpsr = use_.fpsr;
     header_.words = static_cast<std::uint16_t>(run.size());
-    for (std::size_t i = 0; i != run.size(); ++i) header_.literals[i].word = run[i].word;
+    for (std::size_t i = 0; i != run.size(); ++i) {
+      header_.literals[i].word = run[i].word;
+      header_.literals[i].pc = site + i * sizeof(word);
+    }
   }
 
   std::size_t make(std::size_t registers_offset) {
     size_ = offsetof(run_code, literals) + run_.size() * sizeof(run_literal);
-    put(udf());
+    for (word i = 0; i != run_.size(); ++i) put(udf(i));
     header_.entry = here();
     if (run_.size() == 1 && run_[0].ordinary) {
       put(run_[0].ordinary);
@@ -130,7 +153,8 @@ class generator {
       cold_.clear();
       bring_in(registers_offset);
       for (std::size_t i = 0; i != run_.size(); ++i) carry_out(i);
-      if (!is_called(run_.back())) settle_last();
+      // Words that are not called ask for no signal. Behind the last one somebody has to.
+      if (!is_called(run_.back())) end_early_if_wanted(run_.size() - 1);
       header_.way_out = here();
       bring_out();
     }
@@ -186,7 +210,7 @@ class generator {
       if (use_.z >> n & 1) put(str_q({n}, base, z_distance(n)));
     put(adr(x0, distance_to(0)));
     put(stur_x(x0, base, running_distance));
-    put(known_lanes::forget_all());
+    put(ldur_x(keeper, base, ends_distance));
   }
 
   // Stores or loads the set, two registers at a time where the next one is in it as well.
@@ -202,7 +226,7 @@ class generator {
   // One word. A later thunk must find the stack pointer where the word has put it: what is above is the application's.
   void carry_out(std::size_t i) {
     const run_word& w = run_[i];
-    starts_[i] = here();
+    header_.literals[i].start = here();
     if (is_called(w)) {
       call(i);
     } else if (w.ordinary) {
@@ -217,33 +241,20 @@ class generator {
     put(add_x(sp, x0, 0));
   }
 
-  // From here on the word is the one that is carried out, to whoever has to know.
-  void tell_pc(std::size_t i) {
-    header_.literals[i].pc = header_.site + i * 4;
-    put(ldr_x_literal(x2, distance_to(literal(i) + offsetof(run_literal, pc))));
-    put(str_x(x2, base, offsetof(cpu_state, pc)));
-  }
-  void end_early_if_wanted() {
-    put(ldur_x(x0, base, ends_distance));
-    put(cbnz_x(x0, distance_to(header_.entry - sizeof(word))));
-  }
-  // Words that are not called ask for no signal. Behind the last one somebody has to.
-  void settle_last() {
-    tell_pc(run_.size() - 1);
-    end_early_if_wanted();
+  void end_early_if_wanted(std::size_t i) {
+    put(tbnz_x(keeper, known_lanes::end_bit, distance_to(header_.entry - (run_.size() - i) * sizeof(word))));
   }
 
   static std::size_t literal(std::size_t i) { return offsetof(run_code, literals) + i * sizeof(run_literal); }
 
   void call(std::size_t i) {
-    tell_pc(i);
     header_.literals[i].thunk = use_.fpsr ? run_[i].thunk : run_[i].row->under_host_fpsr;
     const std::uint32_t written = use_of(run_[i]).p_written;
     if (!inline_thunk(i, written)) {
       call_thunk(i);
       forget(written);
     }
-    end_early_if_wanted();
+    end_early_if_wanted(i);
   }
 
   void forget(std::uint32_t predicates) {
@@ -257,15 +268,11 @@ class generator {
     constexpr std::size_t most = (max_hot_words + max_cold_words) * sizeof(word);
     if (!cold_.has_room() || size_ + cold_.bytes() + most > max_run_code_bytes - max_bytes_of_calls) return false;
     const bool follows_calls = run_[i].row->way != route::library;
-    if (!thunk.make(header_.literals[i].thunk, run_[i].word, {written_.x | own_x, written_predicates, follows_calls}))
+    const run_literal& known = header_.literals[i];
+    if (!thunk.make(known.thunk, known.word, {written_.x | own_x, written_predicates, follows_calls, known.pc}))
       return false;
     const std::size_t begin = size_, end = begin + thunk.hot().code().size_bytes();
     for (const word w : thunk.hot().code()) put(w);
-    for (const std::uint16_t r : thunk.hot().returns()) {
-      const std::size_t at = begin + r * sizeof(word);
-      const word address = adr({thunk.hot().code()[r]}, static_cast<std::int64_t>(end - at));
-      std::memcpy(room_.data() + at, &address, sizeof address);
-    }
     cold_.add(thunk, begin, end);
     if (!thunk.knows_written_predicates()) forget(written_predicates);
     return true;
@@ -277,10 +284,13 @@ class generator {
   }
 
   void call_thunk(std::size_t i) {
+    put(ldr_x_literal(x2, distance_to(literal(i) + offsetof(run_literal, pc))));
+    put(str_x(x2, base, offsetof(cpu_state, pc)));
     put(mov_x(x0, base));
     put(ldr_w_literal(x1, distance_to(literal(i) + offsetof(run_literal, word))));
     put(ldr_x_literal(x2, distance_to(literal(i) + offsetof(run_literal, thunk))));
     put(blr(x2));
+    for (const word w : look_at_ends) put(w);
   }
 
   // An ordinary instruction, in X0: its registers are in cpu_state, where the stack pointer comes after X30.
@@ -313,7 +323,7 @@ class generator {
       put(msr(system_register::nzcv, x0));
     }
     const std::size_t target = i - static_cast<std::size_t>(-branch.distance) / sizeof(word);
-    put(with_distance(branch.word, distance_to(starts_[target])));
+    put(with_distance(branch.word, distance_to(header_.literals[target].start)));
   }
 
   // What the kept registers had waits on the stack: when others may use the registers again, there is nothing left in
@@ -345,7 +355,6 @@ class generator {
   const unsigned char* const place_;
   const std::span<unsigned char, max_run_code_bytes> room_;
   run_code header_{};
-  std::array<std::uint16_t, max_run> starts_{};  // of each word's code
   std::size_t size_ = 0;
 };
 

@@ -14,11 +14,11 @@ namespace quern {
 
 struct run_code;
 
-// Why a run is to end after its present word.
+// Why a run is to end after its present word: in known_lanes::end_bit, whether it is, and others.
 enum class early_end : std::uint64_t {
   none,
-  signal_waits,   // one that this host keeps
-  signal_blocked  // one that the kernel has, with all others blocked until then
+  signal_waits = std::uint64_t{1} << 63,   // one that this host keeps
+  signal_blocked = std::uint64_t{3} << 62  // one that the kernel has, with all others blocked until then
 };
 
 // One thread's registers as generated code knows them: the emulator's, and in front of them, within reach of the pairs
@@ -37,7 +37,8 @@ struct alignas(64) thread_registers {
 struct run_literal {
   sve_handler thunk;
   const unsigned char* pc;
-  std::uint64_t word;
+  std::uint32_t word;
+  std::uint32_t start;  // of the word's code, in bytes from the start of the run_code
 };
 struct run_code {
   unsigned char* site;   // the run's first word in the application's code
@@ -56,9 +57,17 @@ struct run_code {
   static constexpr std::size_t alignment = 64;
 
   const unsigned char* at(std::size_t offset) const { return reinterpret_cast<const unsigned char*>(this) + offset; }
-  bool holds(const unsigned char* pc) const { return pc >= early_end_at() && pc < at(end); }
-  // The undefined instruction by which a run ends early; cpu_state.pc has the last word that was done.
-  const unsigned char* early_end_at() const { return at(entry - 4u); }
+  bool holds(const unsigned char* pc) const { return pc >= early_end_at(0) && pc < at(end); }
+  // The undefined instruction by which a run ends early behind that word.
+  const unsigned char* early_end_at(std::size_t i) const { return at(entry - 4 * (words - i)); }
+  // Whether the code at `pc` is that of a word, or what it has at other places, where known_lanes::keeper has its use.
+  bool is_under_way(const unsigned char* pc) const { return pc >= at(literals[0].start) && pc < at(end); }
+  // The word whose code has an access of the program's memory at `pc`.
+  std::size_t word_with(const unsigned char* pc) const {
+    std::size_t i = words - 1u;
+    while (i != 0 && pc < at(literals[i].start)) --i;
+    return i;
+  }
   unsigned char* behind_site() const { return site + words * 4; }
 };
 
@@ -71,8 +80,10 @@ inline constexpr std::size_t max_bytes_of_calls = 4096;
 // `place`, within reach of a branch from the site. Each thread has its thread_registers at `registers_offset` from the
 // value of TPIDR_EL0, 0 to 2^24 - 1. Answers the bytes used.
 //
-// The code needs no register of the application's, and of its stack what the thunks do and 16 bytes. It knows of
-// signals by `ends` alone, when a word is done.
+// The code needs no register of the application's, and of its stack what the thunks do and 16 bytes. That the run is to
+// end it knows when a word is done, from known_lanes::keeper, and that from `ends` where the run begins and where a
+// thunk has returned: between these, whoever wants it to end has to change the register. A thunk finds its word's place
+// in cpu_state.pc; what else the code does tells no place.
 std::size_t make_run_code(std::span<const run_word> run, unsigned char* site, std::size_t registers_offset,
                           const unsigned char* place, std::span<unsigned char, max_run_code_bytes> room);
 

@@ -17,20 +17,31 @@ using aarch64::word;
 using words = std::vector<word>;
 
 constexpr std::uint32_t emulated = 0x04250083, usable = 0x4003FFFF;
+constexpr std::uint64_t place = 0x123456789C;
 constexpr word ret = 0xD65F03C0, udf = 0;
 
 class InlinedThunk : public testing::Test {
  protected:
-  bool make(const words& thunk, const inlined_thunk::given& what = {usable}) {
+  bool make(const words& thunk, inlined_thunk::given what = {usable}) {
+    what.pc = reinterpret_cast<const unsigned char*>(place);
     code_ = thunk;
     return thunk_->make(reinterpret_cast<sve_handler>(code_.data()), emulated, what);
   }
   words hot() const { return {thunk_->hot().code().begin(), thunk_->hot().code().end()}; }
   words cold() const { return {thunk_->cold().code().begin(), thunk_->cold().code().end()}; }
-  // The last words of a way out to the thunk's instruction of that number.
+  // The last words of a way out to the thunk's instruction of that number: the emulated word's place is told, then the
+  // jump, and both addresses.
   words jump_to(std::size_t instruction, word n) const {
     const auto address = reinterpret_cast<std::uint64_t>(code_.data() + instruction);
-    return {0x58000040 | n, 0xD61F0000 | n << 5, static_cast<word>(address), static_cast<word>(address >> 32)};
+    const word to_state = aarch64::str_x({n}, aarch64::x19, offsetof(cpu_state, pc));
+    return {0x58000080 | n,
+            to_state,
+            0x58000080 | n,
+            0xD61F0000 | n << 5,
+            static_cast<word>(place),
+            place >> 32,
+            static_cast<word>(address),
+            static_cast<word>(address >> 32)};
   }
   static words joined(words first, const words& second) {
     first.insert(first.end(), second.begin(), second.end());
@@ -74,9 +85,9 @@ TEST_F(InlinedThunk, BringsKnownFlagsAlong) {
   // cmp w1, w1; ldr x2, [x0]; cbnz x2, 4
   ASSERT_TRUE(make({0x6B01003F, 0xF9400002, 0xB5000042, ret, udf}));
   const words all = cold();
-  ASSERT_GT(all.size(), 6u);
+  ASSERT_GT(all.size(), 10u);
   // movz x3, #0x6000, lsl #16; msr nzcv, x3
-  EXPECT_EQ((words{all.end() - 6, all.end()}), joined({0xD2AC0003, 0xD51B4203}, jump_to(4, 3)));
+  EXPECT_EQ((words{all.end() - 10, all.end()}), joined({0xD2AC0003, 0xD51B4203}, jump_to(4, 3)));
 }
 
 TEST_F(InlinedThunk, StoresTheWordWhereAnotherMayReadIt) {
@@ -88,9 +99,9 @@ TEST_F(InlinedThunk, StoresTheWordWhereAnotherMayReadIt) {
   // ldr x2, [x0]; cbnz x2, 4
   ASSERT_TRUE(make({store, 0xF9400002, 0xB5000042, ret, udf}));
   const words all = cold();
-  ASSERT_GT(all.size(), 7u);
+  ASSERT_GT(all.size(), 11u);
   const word to_state = aarch64::str_x({3}, aarch64::x19, offsetof(cpu_state, instr_word));
-  EXPECT_EQ((words{all.end() - 7, all.end()}), joined({0xD2801063, 0xF2A084A3, to_state}, jump_to(4, 3)));
+  EXPECT_EQ((words{all.end() - 11, all.end()}), joined({0xD2801063, 0xF2A084A3, to_state}, jump_to(4, 3)));
   // str x0, [sp]: the state's address may be loaded from there
   ASSERT_TRUE(make({store, 0xF90003E0, ret}));
   const word stored = aarch64::str_x({2}, aarch64::x19, offsetof(cpu_state, instr_word));
@@ -101,25 +112,27 @@ struct left {
   const char* text;
   word instruction;
 };
-constexpr left left_to_the_thunk[] = {{"mov x19, x0", 0xAA0003F3},
-                                      {"ldp x19, x20, [sp]", 0xA94053F3},
-                                      {"ldr x19, [x0]", 0xF9400013},
-                                      {"umov x19, v0.d[0]", 0x4E083C13},
-                                      {"mrs x19, nzcv", 0xD53B4213},
-                                      {"ldxr x2, [x0]", 0xC85F7C02},
-                                      {"ldr x2, .+8", 0x58000042},
-                                      {"ldadd x2, x3, [x0]", 0xF8220003},
-                                      {"prfm pldl1keep, [x0]", 0xF9800000},
-                                      {"br x2", 0xD61F0040},
-                                      {"blr x2", 0xD63F0040},
-                                      {"svc #0", 0xD4000001},
-                                      {"bl .+4", 0x94000001},
-                                      {"a function that keeps registers", keeps_registers_word},
-                                      {"brk #1", 0xD4200020},
-                                      {"paciasp", 0xD503233F},
-                                      {"str q0, [x19], #16", 0x3C810660},
-                                      {"ldr x2, [x19, #8]!", 0xF8408E62},
-                                      {"ld1 {v0.4s}, [x19], #16", 0x4CDF7A60}};
+constexpr left left_to_the_thunk[] = {
+    {"mov x19, x0", 0xAA0003F3},
+    {"ldp x19, x20, [sp]", 0xA94053F3},
+    {"ldr x19, [x0]", 0xF9400013},
+    {"umov x19, v0.d[0]", 0x4E083C13},
+    {"mrs x19, nzcv", 0xD53B4213},
+    {"ldxr x2, [x0]", 0xC85F7C02},
+    {"ldr x2, .+8", 0x58000042},
+    {"ldadd x2, x3, [x0]", 0xF8220003},
+    {"prfm pldl1keep, [x0]", 0xF9800000},
+    {"br x2", 0xD61F0040},
+    {"blr x2", 0xD63F0040},
+    {"svc #0", 0xD4000001},
+    {"bl .+4", 0x94000001},
+    {"a function that keeps registers", keeps_registers_word},
+    {"brk #1", 0xD4200020},
+    {"paciasp", 0xD503233F},
+    {"ldr x2, [x0, #256]: where the word is", aarch64::ldr_x({2}, aarch64::x0, offsetof(cpu_state, pc))},
+    {"str q0, [x19], #16", 0x3C810660},
+    {"ldr x2, [x19, #8]!", 0xF8408E62},
+    {"ld1 {v0.4s}, [x19], #16", 0x4CDF7A60}};
 
 TEST_F(InlinedThunk, LeavesToTheThunkWhatItCannotCopy) {
   for (const left& l : left_to_the_thunk) {
@@ -161,15 +174,15 @@ TEST_F(InlinedThunk, AsksWhetherLanesAreKnown) {
   // add x3, x0, ...; the marks round ld1 {v0.16b, v1.16b}, [x3]; cbnz x2, udf; mrs x2, tpidr_el0
   ASSERT_TRUE(make({aarch64::add_x_4096({3}, aarch64::x0, p5 >> 12), aarch64::add_x({3}, {3}, p5 & 4095),
                     begin_test_of_halves, test, end_mark, 0xB5000062, 0xD53BD042, ret, udf}));
-  EXPECT_EQ(hot(), (words{aarch64::tbnz_x(aarch64::x20, 21, 0), 0xD53BD042}));
+  EXPECT_EQ(hot(), (words{aarch64::tbz_x(aarch64::x20, 21, 0), 0xD53BD042}));
   ASSERT_EQ(thunk_->exits().size(), 1u);
   const words all = cold();
   const auto at = std::find(all.begin(), all.end(), test);
   ASSERT_NE(at, all.end()) << "the test itself";
   EXPECT_EQ(*(at + 1) & 0xFF00001F, 0xB4000002) << "cbz x2";
-  // The last words: and x20, x20, #~0xe00000; b
+  // The last words: orr x20, x20, #0xe00000; b
   EXPECT_EQ((words{all.end() - 2, all.end()}),
-            (words{aarch64::clear_bits_x(aarch64::x20, aarch64::x20, 21, 3), aarch64::b(0)}));
+            (words{aarch64::set_bits_x(aarch64::x20, aarch64::x20, 21, 3), aarch64::b(0)}));
   ASSERT_EQ(thunk_->ways_on().size(), 1u);
   EXPECT_EQ(thunk_->ways_on()[0].from, all.size() - 1);
   EXPECT_EQ(thunk_->ways_on()[0].to, 1);
@@ -189,7 +202,7 @@ TEST_F(InlinedThunk, LeavesALongThunkOnItsWay) {
   ASSERT_LE(all.size(), max_hot_words);
   const std::size_t copied = max_hot_words - 31;
   ASSERT_GT(all.size(), copied);
-  EXPECT_EQ((words{all.end() - 4, all.end()}), jump_to(copied, 3));
+  EXPECT_EQ((words{all.end() - 8, all.end()}), jump_to(copied, 3));
 }
 
 TEST_F(InlinedThunk, IsNoneOfALoopWithoutEnd) { EXPECT_FALSE(make({0x14000000})); }

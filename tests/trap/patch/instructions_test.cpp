@@ -38,6 +38,7 @@ constexpr assembled instructions[] = {
     {"cbnz x0, . - 1048576", cbnz_x(x0, -1048576), 0xB5800000},
     {"cbz x3, . + 8", cbz_x({3}, 8), 0xB4000043},
     {"tbnz x20, #31, . - 32768", tbnz_x(x20, 31, -32768), 0x37FC0014},
+    {"tbz x20, #32, . + 4", tbz_x(x20, 32, 4), 0xB6000034},
     {"tbnz x20, #63, . + 32764", tbnz_x(x20, 63, 32764), 0xB7FBFFF4},
     {"b . + 134217724", b(branch_reach - 4), 0x15FFFFFF},
     {"b . - 134217728", b(-branch_reach), 0x16000000},
@@ -60,11 +61,13 @@ constexpr assembled instructions[] = {
     {"orr x20, x20, #0xf0", set_bits_x(x20, x20, 4, 4), 0xB27C0E94},
     {"orr x20, x20, #0xf", set_bits_x(x20, x20, 0, 4), 0xB2400E94},
     {"orr x20, x20, #0xf000000000000000", set_bits_x(x20, x20, 60, 4), 0xB2440E94},
-    {"orr x20, x20, #0xf0000000f0", set_bits_twice_x(x20, x20, 4, 4), 0xB21C0E94},
-    {"orr x20, x20, #0xf0000000f", set_bits_twice_x(x20, x20, 0, 4), 0xB2000E94},
     {"and x20, x20, #0xfffffffffffffff1", clear_bits_x(x20, x20, 1, 3), 0x927CF294},
     {"and x20, x20, #0xfffffffffffffff7", clear_bits_x(x20, x20, 3, 1), 0x927CFA94},
     {"and x20, x20, #0x0fffffffffffffff", clear_bits_x(x20, x20, 60, 4), 0x9240EE94},
+    {"and x20, x20, #0xffffff0fffffff0f", clear_bits_twice_x(x20, x20, 4, 4), 0x92186E94},
+    {"and x20, x20, #0xfffffff0fffffff0", clear_bits_twice_x(x20, x20, 0, 4), 0x921C6E94},
+    {"orr x20, x20, x0", orr_x(x20, x20, x0), 0xAA000294},
+    {"udf #31", udf(31), 0x0000001F},
     {"udf #0", udf(), 0x00000000},
 };
 

@@ -121,8 +121,7 @@ class AgainstThunks : public testing::Test {
     thunks_->state = r.c.state;
     if (r.c.has_memory) std::memcpy(arena(), r.c.memory, arena_bytes);
     run_thunks(r);
-    const bool is_ordinary_alone = r.run.size() == 1 && r.run[0].ordinary;
-    if (is_ordinary_alone) registers.state.pc = thunks_->state.pc;  // such code has no use for it
+    registers.state.pc = thunks_->state.pc;  // told to thunks alone
     std::vector<difference> found = compare_states(outcome(), thunks_->state, r.run[0].row->size, sides);
     if (r.c.has_memory) compare_memory(memory.get(), arena(), arena_bytes, sides, found);
     std::string text;
