@@ -124,6 +124,24 @@ struct PackedFile : trace_test {
     file.seekp(static_cast<std::streamoff>(records_at + chunk * trace_chunk_size + offset));
     file.write(reinterpret_cast<const char*>(&value), sizeof value);
   }
+  // The sizes of the blocks of each packed chunk.
+  std::vector<std::vector<std::uint32_t>> block_sizes(const std::string& path) const {
+    std::ifstream file(path, std::ios::binary);
+    const auto read_at = [&file]<class T>(std::uint64_t at, T& into) {
+      file.seekg(static_cast<std::streamoff>(at));
+      return static_cast<bool>(file.read(reinterpret_cast<char*>(&into), sizeof into));
+    };
+    std::vector<std::vector<std::uint32_t>> sizes;
+    trace_chunk_header chunk{};
+    for (std::uint64_t start = records_offset(path); read_at(start, chunk); start += trace_chunk_size) {
+      if (chunk.magic != packed_magic) continue;
+      sizes.emplace_back();
+      packed_block_header block{};
+      for (std::uint32_t at = 0; at < chunk.count && read_at(start + sizeof chunk + at, block); at += block.size)
+        sizes.back().push_back(block.size);
+    }
+    return sizes;
+  }
   std::uint64_t records_at = 0;
 };
 
@@ -213,6 +231,12 @@ TEST_F(PackedFile, RecordsThatCannotBeCompressedComeBack) {
     return 0;
   });
   ASSERT_TRUE(end.ended_well());
+  const auto chunks = block_sizes((folder / "trace").string());
+  EXPECT_GE(chunks.size(), 2u) << "a second packed chunk, when the first is full";
+  for (const std::vector<std::uint32_t>& blocks : chunks) {
+    EXPECT_FALSE(blocks.empty());
+    for (const std::uint32_t size : blocks) EXPECT_EQ(size % alignof(packed_block_header), 0u);
+  }
   trace_reader reader("trace");
   EXPECT_EQ(reader.summary().records, number);
   for (std::uint64_t count = 0; count != number; ++count) {

@@ -47,9 +47,15 @@ TEST(Axis, SaysAHundredPercentOfAllAlone) {
   EXPECT_EQ(percent_text(0, 0), "0 %");
   EXPECT_EQ(percent_text(0, 5), "0 %");
   EXPECT_EQ(percent_text(1, 100'000), "<0.1 %");
+  EXPECT_EQ(percent_text(9, 10'000), "<0.1 %");
+  EXPECT_EQ(percent_text(1, 1000), "0.1 %");
   EXPECT_EQ(percent_text(1, 300), "0.3 %");
+  EXPECT_EQ(percent_text(10, 100), "10 %");
   EXPECT_EQ(percent_text(7, 8), "88 %");
+  EXPECT_EQ(percent_text(99, 100), "99.0 %");
   EXPECT_EQ(percent_text(995, 1000), "99.5 %");
+  EXPECT_EQ(percent_text(999, 1000), "99.9 %");
+  EXPECT_EQ(percent_text(9992, 10'000), ">99.9 %");
   EXPECT_EQ(percent_text(99'999, 100'000), ">99.9 %");
   EXPECT_EQ(percent_text(5, 5), "100 %");
 }
