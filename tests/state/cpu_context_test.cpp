@@ -46,6 +46,13 @@ TEST(CpuContext, AnUntouchedContextStillNormalisesTheState) {
   for (int i = 0; i != VL_BYTES; ++i) ASSERT_EQ(state.ffr[i], i % 2 == 0 ? 1 : 0) << "byte " << i;
 }
 
+TEST(CpuContext, ACallThatDoesNotLookAtFfrStillNormalisesIt) {
+  static cpu_state state{};
+  for (int i = 0; i != VL_BYTES; ++i) state.ffr[i] = static_cast<unsigned char>(7 * i);
+  store_context<false>(make_context<false>(state), state);
+  for (int i = 0; i != VL_BYTES; ++i) ASSERT_EQ(state.ffr[i], i % 2) << "byte " << i;
+}
+
 TEST(CpuContext, BringsBackWhatTheLibraryChanged) {
   static cpu_state state{};
   state.fpcr = 0x0300'0000;
