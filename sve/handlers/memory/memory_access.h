@@ -53,17 +53,38 @@ inline void skip_lane(unsigned char* z, std::size_t i) {
   if constexpr (kind == MEM_LOAD) set_lane<U>(z, i, U{0});
 }
 
+// Lane i of z, and element i of those at `address`.
+template <memaccess_type_t kind, class T, class U>
+inline void move_if_active(unsigned char* z, const unsigned char* pg, std::size_t i, std::uint64_t address) {
+  if (is_active<U>(pg, i)) {
+    move_lane<kind, T, U>(z, i, address + i * sizeof(T));
+  } else {
+    skip_lane<kind, U>(z, i);
+  }
+}
+
 // The active ones of the first `count` lanes of z, one by one, and consecutive elements at `address`.
 template <memaccess_type_t kind, class T, class U>
 inline void move_lanes(unsigned char* z, const unsigned char* pg, std::uint64_t address, std::size_t count) {
   note_lanes(address, sizeof(T), kind, pg, sizeof(U), count);
   const destination_kept<kind, 1> kept({z});
-  for (std::size_t i = 0; i != count; ++i) {
-    if (is_active<U>(pg, i)) {
-      move_lane<kind, T, U>(z, i, address + i * sizeof(T));
-    } else {
-      skip_lane<kind, U>(z, i);
+  for (std::size_t i = 0; i != count; ++i) move_if_active<kind, T, U>(z, pg, i, address);
+}
+
+// The same of all lanes, by groups: most have no active one.
+template <memaccess_type_t kind, class T, class U>
+inline void move_lanes_of_groups(unsigned char* z, const unsigned char* pg, std::uint64_t address) {
+  constexpr std::size_t lanes = sizeof(doubles) / sizeof(U);
+  note_lanes(address, sizeof(T), kind, pg, sizeof(U), lane_count<U>);
+  const destination_kept<kind, 1> kept({z});
+  std::uint32_t some = set_groups<U>(pg).some;
+  for (std::size_t g = 0; g != lane_count<doubles>; ++g, some >>= 1) {
+    if ((some & 1) == 0) {
+      skip_lane<kind, doubles>(z, g);
+      settle();
+      continue;
     }
+    for (std::size_t i = g * lanes; i != (g + 1) * lanes; ++i) move_if_active<kind, T, U>(z, pg, i, address);
   }
 }
 
@@ -192,7 +213,7 @@ template <memaccess_type_t kind, class T, class U>
   if (is_in_page(address, lane_count<U> * sizeof(T)) && (kind == MEM_STORE || loads_inactive_elements)) {
     move_in_page<kind, T, U>(z, pg, address);
   } else {
-    move_lanes<kind, T, U>(z, pg, address, lane_count<U>);
+    move_lanes_of_groups<kind, T, U>(z, pg, address);
   }
   trace_contiguous<kind, T, U>(state, pg, address);
   return DECODE_OK;
