@@ -141,6 +141,13 @@ constexpr word clear_bits_x(reg d, reg n, word low, word count) {
 constexpr word clear_bits_twice_x(reg d, reg n, word low, word count) {
   return 0x92000000 | ((32 - low - count) & 31) << 16 | (31 - count) << 10 | place(d, n);
 }
+// `count` bits from bit `low` on to the low bits of d, the others 0; and the low ones of n to these bits of d.
+constexpr word ubfx_x(reg d, reg n, word low, word count) {
+  return 0xD3400000 | low << 16 | (low + count - 1) << 10 | place(d, n);
+}
+constexpr word bfi_x(reg d, reg n, word low, word count) {
+  return 0xB3400000 | ((64 - low) & 63) << 16 | (count - 1) << 10 | place(d, n);
+}
 constexpr word orr_x(reg d, reg n, reg m) { return 0xAA000000 | m.number << 16 | place(d, n); }
 // An instruction that is none, for good, with a number of 16 bits.
 constexpr word udf(word number = 0) { return number; }

@@ -26,6 +26,15 @@ constexpr aarch64::word forget(std::uint32_t predicate) {
   return is_filled ? aarch64::clear_bits_twice_x(keeper, keeper, active_bit(predicate, 0), sizes)
                    : aarch64::clear_bits_x(keeper, keeper, active_bit(predicate, 0), sizes);
 }
+// Whether the word is MOV Pd.B, Pn.B, an alias of ORR.
+constexpr bool is_move(aarch64::word w) {
+  const aarch64::word n = w >> 5 & 15;
+  return (w & 0xFFF0C210) == 0x25804000 && (w >> 16 & 15) == n && (w >> 10 & 15) == n;
+}
+// The first of two: what is known of one predicate to a register's low bits, and from there to what is known of
+// another.
+constexpr aarch64::word take(aarch64::reg x, aarch64::word bit) { return aarch64::ubfx_x(x, keeper, bit, sizes); }
+constexpr aarch64::word give(aarch64::reg x, aarch64::word bit) { return aarch64::bfi_x(keeper, x, bit, sizes); }
 // All lanes of the size are active, and so are wider ones, each of which goes by the first narrow one in it.
 constexpr aarch64::word learn_active(std::uint32_t predicate, std::uint32_t size) {
   return aarch64::set_bits_x(keeper, keeper, active_bit(predicate, size), sizes - size);

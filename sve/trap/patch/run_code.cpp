@@ -252,14 +252,24 @@ class generator {
     const std::uint32_t written = use_of(run_[i]).p_written;
     if (!inline_thunk(i, written)) {
       call_thunk(i);
-      forget(written);
+      settle_predicates(run_[i].word, written);
     }
     end_early_if_wanted(i);
   }
 
-  void forget(std::uint32_t predicates) {
+  // What is known of the predicates that a word has written: what is known of the source, if it is a move, else
+  // nothing.
+  void settle_predicates(word w, std::uint32_t written) {
+    const word n = w >> 5 & 15, d = w & 15;
+    if (known_lanes::is_move(w) && n < known_lanes::filled_predicates && d < known_lanes::filled_predicates) {
+      for (const auto bit_of : {known_lanes::active_bit, known_lanes::filled_bit}) {
+        put(known_lanes::take(x0, bit_of(n, 0)));
+        put(known_lanes::give(x0, bit_of(d, 0)));
+      }
+      return;
+    }
     for (std::uint32_t p = 0; p != known_lanes::predicates; ++p)
-      if (predicates >> p & 1) put(known_lanes::forget(p));
+      if (written >> p & 1) put(known_lanes::forget(p));
   }
 
   // Its code in the place of a call, if there is room.
@@ -274,7 +284,7 @@ class generator {
     const std::size_t begin = size_, end = begin + thunk.hot().code().size_bytes();
     for (const word w : thunk.hot().code()) put(w);
     cold_.add(thunk, begin, end);
-    if (!thunk.knows_written_predicates()) forget(written_predicates);
+    if (!thunk.knows_written_predicates()) settle_predicates(known.word, written_predicates);
     return true;
   }
 

@@ -173,6 +173,21 @@ TEST_F(KnownLanes, AreNotThoseOfTheNextPredicate) {
             "p" + std::to_string(p) + ", size " + std::to_string(size));
 }
 
+TEST_F(KnownLanes, MoveWithThePredicate) {
+  constexpr std::uint32_t mov_p0_p0 = 0x25804000, fills[] = {ptrue_b, ptrue_h, ptrue_s, ptrue_d};
+  for (std::uint32_t n = 0; n != 16; n += n == 7 ? 5 : 1) {
+    for (std::uint32_t d = 0; d != known_lanes::predicates; ++d) {
+      for (std::uint32_t i = 0; i != known_lanes::sizes; ++i) {
+        const std::uint32_t mov = mov_p0_p0 | n << 16 | n << 10 | n << 5 | d;
+        judge(
+            {fills[i] | n, ptrue_b | d, governed_by(ld1b_z1, d), mov, governed_by(ld1h_z2, d), governed_by(ld1w_z3, d),
+             governed_by(ld1d_z4, d), governed_by(ld1b_z1, d), governed_by(st1b_z1_next, d), fills[i] | d, ptrue_h | d},
+            "p" + std::to_string(n) + " to p" + std::to_string(d) + ", size " + std::to_string(i));
+      }
+    }
+  }
+}
+
 TEST_F(KnownLanes, AreForgottenByThunksThatAreCalled) {
   // The code of so many loads leaves no room for the last thunks.
   constexpr std::uint32_t pfalse_p7 = 0x2518E407, pnext_p7 = 0x2519C427, ptest_p7 = 0x2550DCE0;
