@@ -124,12 +124,27 @@ inline lane_block map_block(Op op, const Block&... source) {
   return r;
 }
 
-// The same with 1.0 in place of what an inactive lane of a source holds. All that op will see is made first: the
-// compiler moves nothing across an operation that sets flags, and a processor emulator would wait for each vector.
-template <lane_group T, class Op, class... Block>
-inline lane_block map_block_or_ones(Op op, const lane_block& active, const Block&... source) {
-  constexpr auto or_ones = [](T mask, T x) { return formed(or_one(mask, x)); };
-  return map_block<T>(op, map_block<T>(or_ones, active, source)...);
+// What floating-point operations see in the place of an inactive lane, so that it raises no flag: any can take 1.0, and
+// products and sums 0, which is made in fewer instructions.
+struct ones_if_inactive {
+  template <lane_group T>
+  T operator()(T active, T x) const {
+    return or_one(active, x);
+  }
+};
+struct zeros_if_inactive {
+  template <lane_group T>
+  T operator()(T active, T x) const {
+    return active & x;
+  }
+};
+
+// The same with such numbers in the inactive lanes. All that op will see is made first: the compiler moves nothing
+// across an operation that sets flags, and a processor emulator would wait for each vector.
+template <lane_group T, class Seen, class Op, class... Block>
+inline lane_block map_block_or(Seen seen, Op op, const lane_block& active, const Block&... source) {
+  const auto form = [=](T mask, T x) { return formed(seen(mask, x)); };
+  return map_block<T>(op, map_block<T>(form, active, source)...);
 }
 
 // d's block = map(block of each source...), block after block.

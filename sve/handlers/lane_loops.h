@@ -62,17 +62,17 @@ inline void pass_over_lanes(Op op, unsigned char* d, const unsigned char* pg, co
     if (is_active<T>(pg, i)) set_lane<T>(d, i, static_cast<T>(op(lane<T>(source, i)...)));
 }
 
-// The same on groups of floating-point lanes: in an inactive lane op sees 1.0 in place of its sources, and so raises no
-// flag. What comes after the last active lane is left out, as short loops leave most. The addresses are formed anew, so
-// that nothing is loaded before it is known whether all lanes are active: that would keep it in many registers, and a
-// host may have to save those that are written.
-template <lane_group T, class Op, class... Source>
-inline void merge_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
+// The same on groups of floating-point lanes: in an inactive lane op sees 1.0 or 0 in place of its sources, and so
+// raises no flag. What comes after the last active lane is left out, as short loops leave most. The addresses are
+// formed anew, so that nothing is loaded before it is known whether all lanes are active: that would keep it in many
+// registers, and a host may have to save those that are written.
+template <lane_group T, class Seen, class Op, class... Source>
+inline void merge_lanes_or(Seen seen, Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
   if (all_active<lane_of<T>>(pg)) return each_lane_in_turn<T>(op, d, source...);
   const auto merged = [=](const lane_block& predicate, const lane_block& old, const auto&... block) {
     const lane_block active = active_masks<T>(predicate);
     return map_block<T>([](T mask, T x, T kept) { return select(mask, x, kept); }, active,
-                        map_block_or_ones<T>(op, active, block...), old);
+                        map_block_or<T>(seen, op, active, block...), old);
   };
   each_block_until(active_blocks<lane_of<T>>(pg), merged, formed(d), formed(pg), formed(d), formed(source)...);
 }
@@ -90,7 +90,7 @@ inline void zero_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg,
   each_block(
       [=](const lane_block& predicate, const auto&... block) {
         const lane_block active = active_masks<T>(predicate);
-        return map_block<T>(std::bit_and{}, map_block_or_ones<T>(op, active, block...), active);
+        return map_block<T>(std::bit_and{}, map_block_or<T>(ones_if_inactive{}, op, active, block...), active);
       },
       formed(d), formed(pg), formed(source)...);
 }

@@ -9,16 +9,19 @@ namespace quern {
 
 // What becomes of a merging operation in an inactive lane: the lane keeps its value either way.
 enum class inactive_lane : std::uint8_t {
-  computed,   // as merge_lanes() does
-  sees_ones,  // as merge_lanes_or_ones() does
+  computed,    // as merge_lanes() does
+  sees_ones,   // as merge_lanes_or() does
+  sees_zeros,  // the same
 };
 
 template <inactive_lane Inactive, class T, class Op, class... Source>
 inline void predicated_lanes(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
   if constexpr (Inactive == inactive_lane::computed) {
     merge_lanes<T>(op, d, pg, source...);
+  } else if constexpr (Inactive == inactive_lane::sees_ones) {
+    merge_lanes_or<T>(ones_if_inactive{}, op, d, pg, source...);
   } else {
-    merge_lanes_or_ones<T>(op, d, pg, source...);
+    merge_lanes_or<T>(zeros_if_inactive{}, op, d, pg, source...);
   }
 }
 

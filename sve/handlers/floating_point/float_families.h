@@ -1,6 +1,6 @@
 // The forms that floating-point handlers have in common: the unit made ready, the loop over groups of lanes, the
-// operation left. An operation is given the unit and groups of singles or doubles, by the size code, and sees 1.0 in
-// place of what an inactive lane holds, so that it raises no flag there.
+// operation left. An operation is given the unit and groups of singles or doubles, by the size code, and sees 1.0 or
+// 0 in place of what an inactive lane holds, so that it raises no flag there.
 #pragma once
 
 #include "sve/arith/float/format.h"
@@ -56,13 +56,14 @@ inline aarch64_decode_rc float_zpz(cpu_state* state, aarch64_z_reg zdn, aarch64_
                                                           [&](auto n, auto m) { return op(fp, n, m); });
 }
 
-// Zdn = op(fp, Zdn, second, third), active lanes.
+// Zdn = op(fp, Zdn, second, third), active lanes. For sums of products: it sees 0 in place of what an inactive lane
+// holds.
 template <class Op>
 inline aarch64_decode_rc float_zpzz(cpu_state* state, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg second,
                                     aarch64_z_reg third, Op op) {
   host_fp fp(*state);
-  return merge_zpzz<float_types, inactive_lane::sees_ones>(state, zdn, pg, second, third,
-                                                           [&](auto a, auto b, auto c) { return op(fp, a, b, c); });
+  return merge_zpzz<float_types, inactive_lane::sees_zeros>(state, zdn, pg, second, third,
+                                                            [&](auto a, auto b, auto c) { return op(fp, a, b, c); });
 }
 
 }  // namespace quern
