@@ -76,8 +76,7 @@ void inlined_thunk::put_number(Part& part, std::uint32_t n, std::uint64_t number
 
 // One that the thunk can't have use for, as it has not set it, nor is it an argument's or to be kept.
 std::uint32_t inlined_thunk::unused_register() const {
-  constexpr std::uint32_t temporary = 0x3FFFC;  // X2 to X17
-  const std::uint32_t unused = usable_ & temporary & ~set_;
+  const std::uint32_t unused = usable_ & temporaries & ~set_;
   return unused == 0 ? none : static_cast<std::uint32_t>(std::countr_zero(unused));
 }
 

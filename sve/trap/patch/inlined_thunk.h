@@ -58,6 +58,9 @@ class inlined_thunk {
     std::uint16_t from, to;
   };
 
+  // X2 to X17. Of these the code needs one that is usable and that the thunk does not write.
+  static constexpr std::uint32_t temporaries = 0x3FFFC;
+
   struct given {
     std::uint32_t usable = 0;              // the registers that the code may write besides those that the thunk writes
     std::uint32_t written_predicates = 0;  // those that the thunk writes

@@ -41,12 +41,19 @@ constexpr reg keeper = known_lanes::keeper;
 constexpr std::uint32_t kept_x = set_of(base) | set_of(keeper);
 static_assert(keeper.number == base.number + 1);
 
+// What the thunks write; and if one of them writes all the registers that ways out of its code could go by, one more,
+// as it would have to be called otherwise.
 written_registers written_by(std::span<const run_word> run) {
   written_registers all;
   for (const run_word& w : run) {
     if (!is_called(w)) continue;
     all.x |= w.written.x;
     all.v |= w.written.v;
+  }
+  for (const run_word& w : run) {
+    const std::uint32_t others = inlined_thunk::temporaries & ~(all.x | own_x);
+    const bool has_way = ((all.x | own_x) & inlined_thunk::temporaries & ~w.written.x) != 0;
+    if (is_called(w) && !has_way) all.x |= others & (~others + 1);  // the lowest
   }
   return all;
 }

@@ -189,6 +189,27 @@ TEST(InlinedThunks, AreThoseOfNearlyAllDirectRows) {
   EXPECT_GT(whole, direct * 45 / 100) << "without a jump into the thunk at their end";
 }
 
+// A run of one word saves few registers, and so has few for its code.
+TEST(InlinedThunks, StandInRunsOfOneWordToo) {
+  alignas(64) static unsigned char room[max_run_code_bytes];
+  const auto code_of = [](const run_word& w) {
+    make_run_code({&w, 1}, room, 0, room, room);
+    const auto& code = *reinterpret_cast<const run_code*>(room);
+    return std::span(reinterpret_cast<const aarch64::word*>(code.at(code.entry)),
+                     reinterpret_cast<const aarch64::word*>(code.at(code.last)));
+  };
+  random_source random(25);
+  std::size_t direct = 0, called = 0;
+  for (const case_row& row : rows()) {
+    const run_word w = word_of(row, make_word(row, random));
+    if (row.row->handler.empty() || w.written == all_registers) continue;
+    ++direct;
+    called += std::ranges::count(code_of(w), aarch64::blr(aarch64::x2)) != 0;
+  }
+  EXPECT_GT(direct, 700u);
+  EXPECT_LT(called, direct / 50);
+}
+
 TEST_F(AgainstThunks, EachWordAlone) { judge_all(0); }
 TEST_F(AgainstThunks, RunsOfThreeWords) { judge_all(2); }
 TEST_F(AgainstThunks, RunsOfTheMostWords) { judge_all(max_run - 1); }
