@@ -22,13 +22,21 @@ asm(R"(
   .endr
   .endm
 
-  .macro keeping function
+  .macro begin function
   .text
   .globl __wrap_\function
   .hidden __wrap_\function
   .type __wrap_\function, STT_FUNC
 __wrap_\function:
   .cfi_startproc
+  .endm
+  .macro finish function
+  .cfi_endproc
+  .size __wrap_\function, . - __wrap_\function
+  .endm
+
+  .macro keeping function
+  begin \function
   movz xzr, #0x5157
   sub sp, sp, #672
   .cfi_def_cfa_offset 672
@@ -48,20 +56,13 @@ __wrap_\function:
   .cfi_restore x30
   .cfi_def_cfa_offset 0
   ret
-  .cfi_endproc
-  .size __wrap_\function, . - __wrap_\function
+  finish \function
   .endm
 
   .macro nothing function
-  .text
-  .globl __wrap_\function
-  .hidden __wrap_\function
-  .type __wrap_\function, STT_FUNC
-__wrap_\function:
-  .cfi_startproc
+  begin \function
   ret
-  .cfi_endproc
-  .size __wrap_\function, . - __wrap_\function
+  finish \function
   .endm
 
   keeping _ZN5quern10trace_runsERKNS_13traced_accessEm
@@ -74,6 +75,8 @@ __wrap_\function:
   .purgem pair
   .purgem vector_pair
   .purgem registers
+  .purgem begin
+  .purgem finish
   .purgem keeping
   .purgem nothing
 )");
