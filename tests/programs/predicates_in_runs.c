@@ -1,6 +1,7 @@
-// A run that has looked at a predicate's lanes before it is left, by a fault or a signal in its middle: the handler
-// changes predicate or registers, and the words behind go by what they are then.
+// A run that has looked at a predicate's lanes before it is left, by a fault or a signal in its middle, or before
+// another run goes by the same predicate: what changes predicate or registers meanwhile counts for the words behind.
 #include <asm/sigcontext.h>
+#include <setjmp.h>
 #include <signal.h>
 #include <string.h>
 #include <sys/mman.h>
@@ -81,10 +82,55 @@ __asm__(
     "  ret\n"
     ".size wait_in_loop, .-wait_in_loop\n");
 
+// Loads a vector from `first` by all lanes of P0, calls `between`, and stores to `to` what it loads from `second` by
+// P0. Each of the loads is in a run of its own.
+void copy_around(const uint8_t* first, const uint8_t* second, uint8_t* to, void (*between)(void));
+__asm__(
+    ".balign 128\n"
+    ".type copy_around, %function\n"
+    "copy_around:\n"
+    "  stp x20, x30, [sp, #-32]!\n"
+    "  stp x1, x2, [sp, #16]\n"
+    "  ptrue p0.b\n"
+    "  ld1b {z0.b}, p0/z, [x0]\n"
+    "  blr x3\n"
+    "  ldp x1, x2, [sp, #16]\n"
+    "  ld1b {z1.b}, p0/z, [x1]\n"
+    "  ptrue p1.b\n"
+    "  st1b {z1.b}, p1, [x2]\n"
+    "  ldp x20, x30, [sp], #32\n"
+    "  ret\n"
+    ".size copy_around, .-copy_around\n");
+
+// Loads a vector from `first` by all lanes of P0; and in a run of its own makes P0 inactive and reads `fault`.
+void clear_and_read(const uint8_t* first, const uint8_t* fault);
+// Stores to `to` what it loads from `from` by P0.
+void copy_by_p0(const uint8_t* from, uint8_t* to);
+__asm__(
+    ".balign 128\n"
+    ".type clear_and_read, %function\n"
+    "clear_and_read:\n"
+    "  ptrue p0.b\n"
+    "  ptrue p1.b\n"
+    "  ld1b {z0.b}, p0/z, [x0]\n"
+    "  mrs x9, tpidr_el0\n"
+    "  pfalse p0.b\n"
+    "  ld1b {z1.b}, p1/z, [x1]\n"
+    "  ret\n"
+    ".size clear_and_read, .-clear_and_read\n"
+    ".type copy_by_p0, %function\n"
+    "copy_by_p0:\n"
+    "  ld1b {z1.b}, p0/z, [x0]\n"
+    "  ptrue p1.b\n"
+    "  st1b {z1.b}, p1, [x1]\n"
+    "  ret\n"
+    ".size copy_by_p0, .-copy_by_p0\n");
+
 static uint8_t *page, to[VECTORS * LONGEST], from[VECTORS * LONGEST];
 static size_t page_bytes;
 static volatile uint64_t faults, x20_at_fault, pc_at_fault, signals;
-static bool clears_predicate;
+static bool clears_predicate, jumps;
+static sigjmp_buf behind_fault;
 
 static struct _aarch64_ctx* find(uint8_t* records, uint32_t magic) {
   for (struct _aarch64_ctx* head = (struct _aarch64_ctx*)records; head->magic; head = (struct _aarch64_ctx*)records) {
@@ -111,6 +157,7 @@ static void on_fault(int signal, siginfo_t* info, void* context) {
   (void)signal, (void)info;
   mcontext_t* const machine = &((ucontext_t*)context)->uc_mcontext;
   ++faults;
+  if (jumps) siglongjmp(behind_fault, 1);
   x20_at_fault = machine->regs[20];
   pc_at_fault = machine->pc;
   machine->regs[20] += 5;
@@ -142,6 +189,37 @@ static void check_fault(const char* name, bool clears, size_t bytes) {
   check("  beyond its active lanes", memcmp(to + bytes + active, nothing, bytes - active) == 0);
 }
 
+static void touch_page(void) { *(volatile uint8_t*)page; }
+
+static void check_between(const char* name, bool clears, void (*between)(void), size_t active, size_t bytes) {
+  static const uint8_t nothing[LONGEST];
+  clears_predicate = clears;
+  memset(to, 0xEE, sizeof to);
+  mprotect(page, page_bytes, between == touch_page ? PROT_NONE : PROT_READ);
+  copy_around(from, page, to, between);
+  check(name, memcmp(to, page, active) == 0 && memcmp(to + active, nothing, bytes - active) == 0);
+}
+
+static void check_jump(size_t bytes) {
+  static const uint8_t nothing[LONGEST];
+  memset(to, 0xEE, sizeof to);
+  mprotect(page, page_bytes, PROT_NONE);
+  jumps = true;
+  if (sigsetjmp(behind_fault, 1) == 0) clear_and_read(from, page);
+  copy_by_p0(from, to);
+  jumps = false;
+  check("a run whose fault's handler jumps away", memcmp(to, nothing, bytes) == 0);
+}
+
+// A function in memory of no file, whose words trap each time.
+static void (*made_function(uint32_t word))(void) {
+  uint32_t* const code = mmap(NULL, 8, PROT_READ | PROT_WRITE | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  code[0] = word;
+  code[1] = 0xD65F03C0;  // ret
+  __builtin___clear_cache((char*)code, (char*)(code + 2));
+  return (void (*)(void))(uintptr_t)code;
+}
+
 int main(void) {
   size_t bytes;
   __asm__("cntb %0" : "=r"(bytes));
@@ -154,6 +232,13 @@ int main(void) {
   for (int i = 0; i != 3; ++i) {
     check_fault("a fault behind a look", false, bytes);
     check_fault("a fault whose handler takes lanes away", true, bytes);
+  }
+  void (*const pfalse_p0)(void) = made_function(0x2518E400);
+  for (int i = 0; i != 3; ++i) {
+    check_between("a fault between two runs", false, touch_page, bytes, bytes);
+    check_between("one whose handler takes lanes away", true, touch_page, 1, bytes);
+    check_between("a word between two runs that traps, and takes all lanes away", false, pfalse_p0, 0, bytes);
+    check_jump(bytes);
   }
 
   action.sa_sigaction = on_alarm;

@@ -41,6 +41,7 @@ void send_waiting() {
 void run_handler(sve_handler handler, std::uint32_t word, ucontext_t& frame) {
   cpu_state& state = registers.state;
   load_state(frame, state);
+  registers.known = 0;
   const aarch64_decode_rc result = handler(&state, word);
   const placed_word place{reinterpret_cast<std::uint64_t>(state.pc), word};
   // The application goes on behind an instruction that could not be emulated, as if it did nothing.

@@ -21,6 +21,7 @@ void leave_run(const run_code& code, unsigned char* pc, ucontext_t& frame) {
   thread_registers& registers = own_registers();
   store_run(registers, code, pc, frame);
   registers.running = nullptr;
+  registers.known = 0;  // the run has not told yet
   // A signal that found the dispatcher, which has a frame of its own, has left this one's mask alone.
   const bool blocked = from_sigset(frame.uc_sigmask) & registers.awaited;
   if (registers.ends == early_end::signal_blocked && blocked) to_sigset(registers.mask, frame.uc_sigmask);

@@ -58,7 +58,9 @@ void show_vectors(ucontext_t& frame, vector_record& record) {
 
 void take_vectors(ucontext_t& frame, const vector_record& record) {
   if (_aarch64_ctx* const extra = find_record(frame, EXTRA_MAGIC)) *extra = {0, 0};
-  cpu_state& state = thread_state();
+  thread_registers& registers = own_registers();
+  cpu_state& state = registers.state;
+  registers.known = 0;
   std::memcpy(state.z, record.bytes + SVE_SIG_ZREGS_OFFSET, sizeof state.z);
   for (int i = 0; i != 16; ++i) unpack_predicate(record.bytes + SVE_SIG_PREG_OFFSET(quadwords, i), state.p[i]);
   unpack_predicate(record.bytes + SVE_SIG_FFR_OFFSET(quadwords), state.ffr);

@@ -1,4 +1,5 @@
-// What a run's code remembers while it goes on: of predicates, whether all lanes are active; and whether it is to end.
+// What a run's code remembers, and hands on to the next run: of predicates, whether all lanes are active; and while it
+// goes on, whether it is to end.
 #pragma once
 
 #include <cstdint>

@@ -33,8 +33,9 @@ void add_operand(const operand& op, std::uint32_t word, bool is_written, registe
     use.x |= set;
     if (is_written) use.x_written |= set;
     if (is_written && number == 31 && file == register_file::general_sp) use.sp_written = true;
-  } else if (file == register_file::predicate && is_written) {
-    use.p_written |= set_of_registers(number, 1);
+  } else if (file == register_file::predicate) {
+    use.p = true;
+    if (is_written) use.p_written |= set_of_registers(number, 1);
   }
 }
 
@@ -119,6 +120,7 @@ register_use use_of(std::span<const run_word> run) {
     const register_use use = use_of(word);
     all.z |= use.z;
     all.z_written |= use.z_written;
+    all.p |= use.p;
     all.p_written |= use.p_written;
     all.x |= use.x;
     all.x_written |= use.x_written;

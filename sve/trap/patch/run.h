@@ -36,6 +36,7 @@ std::size_t collect_run(const unsigned char* code, std::size_t bytes, std::array
 // Sets of registers: number n is bit n. Register 31 is in no set of general registers.
 struct register_use {
   std::uint32_t z = 0, z_written = 0;
+  bool p = false;  // whether there is a predicate among the operands
   std::uint32_t p_written = 0;
   std::uint32_t x = 0, x_written = 0;
   bool sp_written = false;

@@ -21,6 +21,8 @@ constexpr std::int64_t distance_in_registers(std::size_t offset) {
 constexpr std::int64_t v_distance = distance_in_registers(offsetof(thread_registers, v));
 constexpr std::int64_t running_distance = distance_in_registers(offsetof(thread_registers, running));
 constexpr std::int64_t ends_distance = distance_in_registers(offsetof(thread_registers, ends));
+constexpr std::int64_t known_distance = distance_in_registers(offsetof(thread_registers, known));
+static_assert(known_distance == ends_distance + 8);
 static_assert(v_distance >= -1024 && running_distance >= -256);
 
 // While a run goes on this register, which thunks keep, has the address of the thread's cpu_state.
@@ -217,7 +219,12 @@ class generator {
       if (use_.z >> n & 1) put(str_q({n}, base, z_distance(n)));
     put(adr(x0, distance_to(0)));
     put(stur_x(x0, base, running_distance));
-    put(ldur_x(keeper, base, ends_distance));
+    if (use_.p) {
+      put(ldp_x(keeper, x0, base, ends_distance));
+      put(orr_x(keeper, keeper, x0));
+    } else {
+      put(ldur_x(keeper, base, ends_distance));
+    }
   }
 
   // Stores or loads the set, two registers at a time where the next one is in it as well.
@@ -348,6 +355,7 @@ class generator {
   void bring_out() {
     put(ldp_x(x0, x1, base, x_distance(base.number)));
     put(stp_x_pre(x0, x1, sp, -16));
+    if (use_.p) put(stur_x(keeper, base, known_distance));
     put(ldr_x(x0, base, offsetof(cpu_state, nzcv)));
     put(msr(system_register::nzcv, x0));
     if (use_.fpsr) {

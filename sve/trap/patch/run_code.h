@@ -27,9 +27,10 @@ struct alignas(64) thread_registers {
   unsigned char v[32][16];  // vectors as they were when the run began: those that are kept here
   const run_code* running;  // the code that the thread is in, null if none; until all is brought in, only not null
   early_end ends;
+  std::uint64_t known;    // of predicates, since the last run (known_lanes.h); who changes them elsewhere clears it
   std::uint64_t mask;     // when signals are blocked until the end: the thread's mask from before,
   std::uint64_t awaited;  // and the signal that is awaited, as a set
-  std::uint64_t unused[4];
+  std::uint64_t unused[3];
   cpu_state state;
 };
 

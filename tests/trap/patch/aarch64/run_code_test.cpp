@@ -83,6 +83,7 @@ class AgainstThunks : public testing::Test {
   // The processor has what a real one has; the emulator's part of what it has too is to be brought in.
   void run_code_of(const run_case& r) {
     registers.state = r.c.state;
+    registers.known = 0;
     processor_->state = r.c.state;
     for (int n = 0; n != 32; ++n) {
       std::memcpy(processor_->v[n], r.c.state.z[n], 16);
