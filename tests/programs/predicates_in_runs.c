@@ -20,7 +20,10 @@ uint64_t copy_two(const uint8_t* whole, const uint8_t* fault, uint8_t* to);
 uint64_t copy_by_loop(const uint8_t* from, uint8_t* to, size_t n);
 // Goes round a loop that is a run, until a handler makes X3 zero. Answers X20, which was 7 before.
 uint64_t wait_in_loop(const uint8_t* from);
-extern const unsigned char copy_two_fault[], copy_loop[], copy_loop_end[], waiting_loop[], waiting_loop_end[];
+// The same with a word that goes to a routine for long.
+uint64_t wait_in_routine(void);
+extern const unsigned char copy_two_fault[], copy_loop[], copy_loop_end[], waiting_loop[], waiting_loop_end[],
+    routine_loop[], routine_loop_end[];
 __asm__(
     ".text\n"
     ".arch armv8-a+sve\n"
@@ -80,7 +83,23 @@ __asm__(
     "  mov x0, x20\n"
     "  ldp x19, x20, [sp], #16\n"
     "  ret\n"
-    ".size wait_in_loop, .-wait_in_loop\n");
+    ".size wait_in_loop, .-wait_in_loop\n"
+    ".balign 128\n"
+    ".type wait_in_routine, %function\n"
+    "wait_in_routine:\n"
+    "  stp x19, x20, [sp, #-16]!\n"
+    "  mov x20, #7\n"
+    "  mov x3, #1\n"
+    ".globl routine_loop\n"
+    "routine_loop:\n"
+    "  sqadd z1.b, z0.b, z1.b\n"
+    "  cbnz x3, routine_loop\n"
+    ".globl routine_loop_end\n"
+    "routine_loop_end:\n"
+    "  mov x0, x20\n"
+    "  ldp x19, x20, [sp], #16\n"
+    "  ret\n"
+    ".size wait_in_routine, .-wait_in_routine\n");
 
 // Loads a vector from `first` by all lanes of P0, calls `between`, and stores to `to` what it loads from `second` by
 // P0. Each of the loads is in a run of its own.
@@ -128,7 +147,7 @@ __asm__(
 
 static uint8_t *page, to[VECTORS * LONGEST], from[VECTORS * LONGEST];
 static size_t page_bytes;
-static volatile uint64_t faults, x20_at_fault, pc_at_fault, signals;
+static volatile uint64_t faults, x20_at_fault, pc_at_fault, ticks, signals;
 static bool clears_predicate, jumps;
 static sigjmp_buf behind_fault;
 
@@ -168,7 +187,9 @@ static void on_fault(int signal, siginfo_t* info, void* context) {
 static void on_alarm(int signal, siginfo_t* info, void* context) {
   (void)signal, (void)info;
   mcontext_t* const machine = &((ucontext_t*)context)->uc_mcontext;
+  ++ticks;
   if (machine->pc >= (uintptr_t)waiting_loop && machine->pc < (uintptr_t)waiting_loop_end) machine->regs[3] = 0;
+  if (machine->pc >= (uintptr_t)routine_loop && machine->pc < (uintptr_t)routine_loop_end) machine->regs[3] = 0;
   if (machine->pc < (uintptr_t)copy_loop || machine->pc > (uintptr_t)copy_loop_end) return;
   ++machine->regs[20];
   ++signals;
@@ -253,9 +274,13 @@ int main(void) {
     right = counted == signals - before && memcmp(to, from, n) == 0 && (n == sizeof to || to[n] == 0xEE);
   }
   bool waited = true;
-  for (int i = 0; i != 50; ++i) waited = wait_in_loop(from) == 7 && waited;
+  for (int i = 0; i != 50; ++i) waited = wait_in_loop(from) == 7 && wait_in_routine() == 7 && waited;
+  const uint64_t enough = ticks + 300;
+  for (int i = 0; i != 20000000 && ticks < enough; ++i)
+    __asm__ volatile("add z1.b, z1.b, z1.b\nmrs x9, tpidr_el0" ::: "x9", "z1");
   setitimer(ITIMER_REAL, &never, NULL);
-  check("a loop that a handler ends", waited);
+  check("loops that a handler ends", waited);
+  check("runs of one word under signals", ticks >= enough);
   check("a loop under signals that count in X20", right && signals >= 100);
   return finish("predicates_in_runs");
 }
