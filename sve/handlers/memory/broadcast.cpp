@@ -7,8 +7,6 @@ using namespace quern;
 
 namespace {
 
-// The element is read once, if any lane is active: nothing tells that from a read for each.
-
 // What most loads don't need, in a function of its own, so that the others save no registers.
 template <class T, class U>
 [[gnu::noinline]] aarch64_decode_rc broadcast_some(unsigned char* z, const unsigned char* p,
@@ -23,6 +21,7 @@ template <class T, class U>
   return DECODE_OK;
 }
 
+// The element is read once, if any lane is active: nothing tells that from a read for each.
 template <class T, class U>
 aarch64_decode_rc broadcast(cpu_state* state, aarch64_z_reg zt, aarch64_p_reg pg, std::uint64_t address) {
   note_access(address, sizeof(T), MEM_LOAD);
