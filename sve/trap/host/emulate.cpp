@@ -48,7 +48,7 @@ void run_handler(sve_handler handler, std::uint32_t word, ucontext_t& frame) {
   if (result == DECODE_OK)
     count_emulated(place);
   else if (count_failed(place))
-    kernel::print_error(failure_line(word_at(state.pc), state.pc).c_str());
+    kernel::print_error(failure_line(word, state.pc).c_str());
   store_state(state, frame);
 }
 
@@ -60,11 +60,11 @@ bool go_on_at(const unsigned char* way, ucontext_t& frame) {
 // False, with the frame untouched, when the word is not an emulated one.
 bool run_instruction(ucontext_t& frame) {
   unsigned char* const pc = frame_pc(frame);
-  if (take_early_end(frame) || go_on_at(patched_way(pc), frame)) return true;
-  std::uint32_t word = word_at(pc);
-  if (is_breakpoint(word)) word = word_beneath_breakpoint(pc);
+  const std::uint32_t found = word_at(pc);  // once: another thread may be making a branch of it, or taking ours away
+  if (take_early_end(frame) || go_on_at(patched_way(pc, found), frame)) return true;
+  const std::uint32_t word = is_breakpoint(found) ? word_beneath_breakpoint(pc) : found;
   const sve_handler handler = cache.find(word, get_sve_handler);
-  if (!handler) return false;
+  if (!handler) return word_at(pc) != found;
   if (!go_on_at(patch(pc), frame)) run_handler(handler, word, frame);
   return true;
 }

@@ -120,8 +120,7 @@ void read_patch_choice() {
   quern_patching_is_off = is_traced() || (choice && std::string_view(choice) == "off");
 }
 
-const unsigned char* patched_way(const unsigned char* pc) {
-  const std::uint32_t word = word_at(pc);
+const unsigned char* patched_way(const unsigned char* pc, std::uint32_t word) {
   if (!aarch64::is_b(word)) return nullptr;
   const unsigned char* const target = pc + aarch64::b_distance(word);
   const run_code* const code = find_code(target);
@@ -134,7 +133,7 @@ const unsigned char* patch(unsigned char* pc) {
   if (refusal.load(std::memory_order_relaxed) == pc) return nullptr;
   const making_lock lock;
   if (!lock.is_held()) return nullptr;
-  if (const unsigned char* const way = patched_way(pc)) return way;
+  if (const unsigned char* const way = patched_way(pc, word_at(pc))) return way;
   const mapping text = find_mapping(pc);
   const run_code* const code = may_be_patched(text) ? make_code(pc) : nullptr;
   const unsigned char* const way = code ? code->at(code->entry) : nullptr;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 // No further place is patched: by the user's choice, or since the application has confined itself to some system calls,
 // of which patching needs others. Written by syscall() and prctl().
@@ -12,9 +13,9 @@ namespace quern {
 // Reads QUERN_PATCH: with "off" nothing is patched, nor in a process that a debugger has started.
 void read_patch_choice();
 
-// Where the branch at a place leads, if it is one of ours; else null. A thread may still trap at a place that another
-// has patched.
-const unsigned char* patched_way(const unsigned char* pc);
+// Where the branch leads that `word` is at `pc`, if it is one of ours; else null. A thread may still trap at a place
+// that another has patched.
+const unsigned char* patched_way(const unsigned char* pc, std::uint32_t word);
 
 // Makes code for an emulated word that has just trapped, patches its place, and answers where to go on. Null when the
 // word is to be emulated by its trap: where text can't be made writable, where no

@@ -3,7 +3,7 @@
 
 #include <ucontext.h>
 
-#include <cstring>
+#include <cstdint>
 
 #include "sve/state/cpu_state.h"
 #include "sve/trap/patch/run_code.h"
@@ -30,10 +30,9 @@ inline unsigned char* frame_pc(const ucontext_t& frame) {
   return reinterpret_cast<unsigned char*>(frame.uc_mcontext.pc);
 }
 
+// Another thread may be writing it.
 inline std::uint32_t word_at(const unsigned char* pc) {
-  std::uint32_t word;
-  std::memcpy(&word, pc, sizeof word);
-  return word;
+  return __atomic_load_n(reinterpret_cast<const std::uint32_t*>(pc), __ATOMIC_RELAXED);
 }
 
 }  // namespace quern
