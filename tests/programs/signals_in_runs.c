@@ -76,7 +76,7 @@ int main(void) {
   pthread_t threads[THREADS];
   for (int i = 0; i != THREADS; ++i) pthread_create(&threads[i], NULL, run, &stop);
   // On a machine that has much else to do, many signals may find one that waits still.
-  for (int i = 0; i < SIGNALS || (handled <= SIGNALS / 4 && i != 20 * SIGNALS); ++i) {
+  for (int i = 0; i < SIGNALS || handled <= SIGNALS / 4; ++i) {
     pthread_kill(threads[i % THREADS], SIGUSR1);
     const struct timespec pause = {.tv_nsec = 300000};
     nanosleep(&pause, NULL);
@@ -90,7 +90,6 @@ int main(void) {
   }
   check("loops", right);
   check("registers in handlers", strange == 0);
-  check("handlers ran", handled > SIGNALS / 4);
 
   // A handler of one signal only, which arrives in the middle of a run more often than not.
   for (int i = 0; i != 20; ++i) {
