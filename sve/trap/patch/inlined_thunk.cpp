@@ -16,11 +16,9 @@ namespace {
 using namespace aarch64;
 using kind = known_value::kind;
 
-constexpr std::uint32_t base = x19.number, link = 30, none = 31;
+constexpr std::uint32_t link = 30, none = 31;
 
 constexpr std::uint32_t set_of(std::uint32_t n) { return n == none ? 0 : std::uint32_t{1} << n; }
-// Those that the run's code needs.
-constexpr bool is_kept(std::uint32_t n) { return n == base || n == known_lanes::keeper.number; }
 
 word word_at(const unsigned char* pc) {
   word w;
@@ -51,13 +49,22 @@ constexpr std::int64_t max_pair_offset = 63;
 
 template <class Part>
 void inlined_thunk::put_known(Part& part, std::uint32_t n) {
-  const known_value value = known_[n];
+  put_value(part, n, known_[n]);
+}
+
+template <class Part>
+void inlined_thunk::put_value(Part& part, std::uint32_t n, known_value value) {
   if (value.is == kind::way_back) return part.put_way_back(n);
+  if (value.is == kind::stack) {
+    const std::uint64_t offset = value.number - stack_.top();
+    if (offset > 4095) part.is_too_long = true;
+    return part.put(add_x({n}, sp, offset & 4095));
+  }
   if (value.is == kind::state) {
     const bool is_far = value.number >> 12 != 0;
     if (value.number >> 24 != 0) part.is_too_long = true;
-    if (is_far) part.put(add_x_4096({n}, {base}, value.number >> 12 & 4095));
-    if (!is_far || (value.number & 4095) != 0) part.put(add_x({n}, {is_far ? n : base}, value.number & 4095));
+    if (is_far) part.put(add_x_4096({n}, base, value.number >> 12 & 4095));
+    if (!is_far || (value.number & 4095) != 0) part.put(add_x({n}, {is_far ? n : base.number}, value.number & 4095));
     return;
   }
   put_number(part, n, value.number);
@@ -88,21 +95,52 @@ void inlined_thunk::put_flags(Part& part) {
   part.put(msr(system_register::nzcv, {n}));
 }
 
+// The stack as the thunk would have it, and its pointer.
+template <class Part>
+void inlined_thunk::put_stack(Part& part) {
+  const std::uint64_t bytes = stack_is_known_ ? stack_.bytes() : 0;
+  if (bytes != 0) part.put(sub_x(sp, sp, static_cast<word>(bytes)));
+  for (std::uint64_t offset = 0; offset != bytes; offset += 8) {
+    const known_value value = stack_.slot(stack_.top() + offset);
+    if (value.is == kind::nothing) continue;
+    const bool is_kept = value.is == kind::kept, is_zero = value == known_value{kind::number, 0};
+    const std::uint32_t n = is_kept ? static_cast<std::uint32_t>(value.number) : is_zero ? none : unused_register();
+    if (!is_kept && !is_zero) {
+      if (n == none) has_failed_ = true;
+      put_value(part, n, value);
+    }
+    part.put(str_x({n}, sp, static_cast<std::int64_t>(offset)));
+  }
+}
+
+void inlined_thunk::write_stack() {
+  if (!stack_is_known_) return;
+  put_stack(hot_);
+  for (std::uint32_t n = 0; n != none; ++n) {
+    if (known_[n].is != kind::stack) continue;
+    put_known(hot_, n);
+    load(n);
+  }
+  stack_is_known_ = false;
+}
+
 template <class Part>
 void inlined_thunk::put_exit(Part& part, const unsigned char* target) {
+  leaves_ = true;
+  put_stack(part);
   for (std::uint32_t n = 0; n != none; ++n)
     if (missing_ & set_of(n)) put_known(part, n);
   if (flags_are_known_) put_flags(part);
   for (std::uint32_t p = 0; p != known_lanes::predicates; ++p)
-    if (written_predicates_ >> p & 1) part.put(known_lanes::forget(p));
+    if (written_predicates_ >> p & 1) known_lanes::forget(p, [&](word w) { part.put(w); });
   const std::uint32_t n = unused_register();
   if (n == none) has_failed_ = true;
   if (word_is_stored_) {
     put_number(part, n, word_);
-    part.put(str_x({n}, {base}, offsetof(cpu_state, instr_word)));
+    part.put(str_x({n}, base, offsetof(cpu_state, instr_word)));
   }
   part.put(ldr_x_literal({n}, 4 * sizeof(word)));
-  part.put(str_x({n}, {base}, offsetof(cpu_state, pc)));
+  part.put(str_x({n}, base, offsetof(cpu_state, pc)));
   part.put(ldr_x_literal({n}, 4 * sizeof(word)));
   part.put(br({n}));
   for (const unsigned char* const address : {pc_, target}) {
@@ -130,7 +168,7 @@ void inlined_thunk::put_instr_word() {
   if (!word_is_stored_) return;
   if (n == none) has_failed_ = true;
   put_number(hot_, n, word_);
-  hot_.put(str_x({n}, {base}, offsetof(cpu_state, instr_word)));
+  hot_.put(str_x({n}, base, offsetof(cpu_state, instr_word)));
   word_is_stored_ = false;
 }
 
@@ -142,6 +180,7 @@ void inlined_thunk::need(std::uint32_t n) {
 
 // For an access by the register. A number that takes more than two moves is loaded.
 void inlined_thunk::need_base(std::uint32_t n) {
+  if (n != none && known_[n].is == kind::stack) write_stack();
   if (!(missing_ & set_of(n))) return;
   missing_ &= ~set_of(n);
   const known_value value = known_[n];
@@ -212,7 +251,7 @@ bool inlined_thunk::pair_access(word w) {
   const auto known = is_plain ? distance_in_state(n) : std::nullopt;
   const std::int64_t offset = static_cast<std::int64_t>(known.value_or(0)) + signed_field(w, 21, 15) * bytes;
   if (known && offset % bytes == 0 && offset >= 0 && offset / bytes <= max_pair_offset) {
-    hot_.put(with_base(w & ~word{0x7F << 15}, {base}) | static_cast<word>(offset / bytes) << 15);
+    hot_.put(with_base(w & ~word{0x7F << 15}, base) | static_cast<word>(offset / bytes) << 15);
   } else {
     need_base(n);
     hot_.put(w);
@@ -284,7 +323,7 @@ bool inlined_thunk::single_access(word w) {
   if (!is_vector && !is_load) need(t);
   if (offset && fits(*offset, scale, max_unsigned_offset)) {
     if (!in_state) need_base(n);
-    const word rebased = in_state ? with_base(w, {base}) : w;
+    const word rebased = in_state ? with_base(w, base) : w;
     hot_.put((rebased & ~word{0x3FFC00}) | word{1} << 24 | static_cast<word>(*offset >> scale) << 10);
   } else {
     need_base(n);
@@ -356,6 +395,8 @@ bool inlined_thunk::system_operation(word w) {
 }
 
 bool inlined_thunk::carry_out(word w, const unsigned char* pc) {
+  if (stack_sum(w) || stack_access(w)) return true;
+  if (needs_stack(w)) write_stack();
   if (const auto effect = effect_of(w)) known_vector_ &= ~effect->v;
   switch (field(w, 28, 25)) {
     case 0b1000:
@@ -396,8 +437,13 @@ const unsigned char* inlined_thunk::follow_condition(word w, const unsigned char
 const unsigned char* inlined_thunk::follow_return(word w, const unsigned char* pc) {
   const known_value to = known_[link];
   if (w != ret) return leave(pc);
+  const bool is_last = to.is != kind::number;
+  if (is_last && stack_is_known_ && stack_.bytes() != 0) has_failed_ = true;
   if (to.is == kind::number) return reinterpret_cast<const unsigned char*>(to.number);
-  if (to.is != kind::way_back) hot_.put(w);
+  if (to.is != kind::way_back) {
+    hot_.put(w);
+    leaves_ = true;
+  }
   is_done_ = true;
   return nullptr;
 }
@@ -437,15 +483,18 @@ const unsigned char* inlined_thunk::marked_code(const unsigned char* mark) {
 }
 
 // To the cold code, where the bit says that not enough is known.
-bool inlined_thunk::put_marked(const marked_instructions& code, word bit) {
+bool inlined_thunk::go_to_cold(word bit) {
   constexpr std::size_t room_needed = 96;
   if (cold_.count + room_needed > max_cold_words || !add_exit()) return false;
   hot_.put(tbz_x(known_lanes::keeper, bit, 0));
+  return true;
+}
+
+void inlined_thunk::put_marked(const marked_instructions& code) {
   if (missing_ & set_of(code.at)) put_known(cold_, code.at);
   for (const unsigned char* pc = code.place.data(); pc != code.place.data() + code.place.size(); pc += sizeof(word))
     cold_.put(word_at(pc));
   load(code.at);
-  return true;
 }
 
 void inlined_thunk::put_way_on() {
@@ -453,16 +502,34 @@ void inlined_thunk::put_way_on() {
   cold_.put(b(0));
 }
 
-// The hot code goes on with the answer that all lanes are active. With the other one, the thunk does.
+// The hot code goes on with the answer that all lanes are active. With the other one the thunk does, at once where that
+// is known: as a lane of any size is inactive, or none but those of the next wider size is active.
 bool inlined_thunk::find_inactive(const marked_instructions& code) {
   const auto predicate = predicate_at(code.at);
-  if (!predicate) return false;
-  if (!put_marked(code, known_lanes::active_bit(*predicate, code.size))) return false;
+  if (!predicate || !go_to_cold(known_lanes::active_bit(*predicate, code.size))) return false;
+  const auto to_here = [this](std::size_t from) {
+    return static_cast<std::int64_t>((cold_.count - from) * sizeof(word));
+  };
+  const bool may_know_other = *predicate < known_lanes::filled_predicates,
+             has_wider = code.size + 1 < known_lanes::sizes;
+  const std::size_t begin = cold_.count;
+  if (may_know_other) cold_.put(udf());
+  if (may_know_other && has_wider) cold_.put(udf());
+  put_marked(code);
   load(code.result);
   const std::size_t branch = cold_.count;
   cold_.put(udf());
+  if (may_know_other) {
+    const auto put_test = [&](std::size_t at, word bit) {
+      cold_.words[at] = tbnz_x(known_lanes::keeper, bit, to_here(at));
+    };
+    cold_.put(known_lanes::learn_partial(*predicate, {code.result}));
+    put_test(begin, known_lanes::partial_bit(*predicate));
+    if (has_wider) put_test(begin + 1, known_lanes::filled_bit(*predicate, code.size + 1));
+    cold_.put(movz_x({code.result}, 1));
+  }
   put_exit(cold_, code.place.data() + code.place.size());
-  cold_.words[branch] = cbz_x({code.result}, static_cast<std::int64_t>((cold_.count - branch) * sizeof(word)));
+  cold_.words[branch] = cbz_x({code.result}, to_here(branch));
   cold_.put(known_lanes::learn_active(*predicate, code.size));
   put_way_on();
   set(code.result, {kind::number, 0});
@@ -472,8 +539,9 @@ bool inlined_thunk::find_inactive(const marked_instructions& code) {
 bool inlined_thunk::fill_predicate(const marked_instructions& code) {
   const auto predicate = predicate_at(code.at);
   if (!predicate || *predicate >= known_lanes::filled_predicates) return false;
-  if (!put_marked(code, known_lanes::filled_bit(*predicate, code.size))) return false;
-  cold_.put(known_lanes::forget(*predicate));
+  if (!go_to_cold(known_lanes::filled_bit(*predicate, code.size))) return false;
+  put_marked(code);
+  known_lanes::forget(*predicate, [this](word w) { cold_.put(w); });
   cold_.put(known_lanes::learn_active(*predicate, code.size));
   cold_.put(known_lanes::learn_filled(*predicate, code.size));
   put_way_on();
@@ -501,15 +569,31 @@ void inlined_thunk::begin(std::uint32_t w, const given& what) {
   known_vector_ = 0;
   word_is_stored_ = false;
   word_ = w;
+  stack_is_known_ = true;
+  stack_.clear();
   missing_ = set_ = set_of(0) | set_of(1) | set_of(link);
   usable_ = what.usable;
   written_predicates_ = what.written_predicates;
   follows_calls_ = what.follows_calls;
   pc_ = what.pc;
-  flags_are_known_ = is_done_ = has_failed_ = knows_written_ = false;
+  flags_are_known_ = is_done_ = has_failed_ = knows_written_ = leaves_ = false;
   hot_.clear();
   cold_.clear();
   exit_count_ = way_on_count_ = 0;
+}
+
+std::optional<written_registers> inlined_thunk::written() const {
+  written_registers all;
+  for (const std::span<const word> part : {hot_.code(), cold_.code()}) {
+    for (const word w : part) {
+      if (way_on_of(w).to != way_on::kind::next) continue;
+      const auto effect = effect_of(w);
+      if (!effect) return {};
+      all.x |= effect->x;
+      all.v |= effect->v;
+    }
+  }
+  return all;
 }
 
 bool inlined_thunk::make(sve_handler thunk, std::uint32_t w, const given& what) {

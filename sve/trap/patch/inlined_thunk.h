@@ -10,7 +10,10 @@
 
 #include "sve/state/cpu_state.h"
 #include "sve/trap/patch/instructions.h"
+#include "sve/trap/patch/known_lanes.h"
+#include "sve/trap/patch/known_stack.h"
 #include "sve/trap/patch/known_value.h"
+#include "sve/trap/patch/written_registers.h"
 
 namespace quern {
 
@@ -77,12 +80,21 @@ class inlined_thunk {
   // The hot code runs to its end; the cold code stands elsewhere.
   const code_part<max_hot_words>& hot() const { return hot_; }
   const code_part<max_cold_words>& cold() const { return cold_; }
+  // Whether the code goes on nowhere else: no way leads into the thunk.
+  bool is_whole() const { return !leaves_; }
+  // The registers that the code itself writes; none if that can't be told.
+  std::optional<written_registers> written() const;
   // Whether the hot code has seen to what is known of the predicates that the thunk writes; the ways into it always do.
   bool knows_written_predicates() const { return knows_written_; }
   std::span<const crossing> exits() const { return {exits_.data(), exit_count_}; }
   std::span<const crossing> ways_on() const { return {ways_on_.data(), way_on_count_}; }
 
  private:
+  // The state's address.
+  static constexpr aarch64::reg base = aarch64::x19;
+  // Those that the run's code needs.
+  static constexpr bool is_kept(std::uint32_t n) { return n == base.number || n == known_lanes::keeper.number; }
+
   // Instructions between marks (lane_marks.h): the registers of the predicate's address and of the result, the size
   // code of the lanes, and where they are.
   struct marked_instructions {
@@ -106,7 +118,8 @@ class inlined_thunk {
   bool load_constant(std::uint32_t word);
   bool pair_access(std::uint32_t word);
   const unsigned char* marked_code(const unsigned char* mark);
-  bool put_marked(const marked_instructions& code, std::uint32_t bit);
+  bool go_to_cold(std::uint32_t bit);
+  void put_marked(const marked_instructions& code);
   bool find_inactive(const marked_instructions& code);
   bool fill_predicate(const marked_instructions& code);
   void put_way_on();
@@ -116,8 +129,21 @@ class inlined_thunk {
   bool system_operation(std::uint32_t word);
   const unsigned char* leave(const unsigned char* target);
 
+  std::optional<std::uint64_t> distance_in_stack(std::uint32_t n) const;
+  bool stack_sum(std::uint32_t word);
+  bool stack_access(std::uint32_t word);
+  std::optional<known_value> stored_value(std::uint32_t t, bool is_vector) const;
+  std::optional<known_value> loaded_value(std::uint32_t t, std::uint64_t place, bool is_word);
+  void take_from_stack(std::uint32_t t, known_value value);
+  bool needs_stack(std::uint32_t word) const;
+  template <class Part>
+  void put_stack(Part& part);
+  void write_stack();
+
   template <class Part>
   void put_known(Part& part, std::uint32_t n);
+  template <class Part>
+  void put_value(Part& part, std::uint32_t n, known_value value);
   template <class Part>
   void put_flags(Part& part);
   template <class Part>
@@ -141,9 +167,11 @@ class inlined_thunk {
   std::uint32_t flags_ = 0;
   bool word_is_stored_ = false;  // to instr_word; but not in memory: it is put there before somebody else may read it
   std::uint32_t word_ = 0;
+  bool stack_is_known_ = false;  // and then not written
+  known_stack stack_{};
   std::uint32_t known_vector_ = 0;  // as a set: the vector whose low doubleword is known, if there is one
   std::uint64_t doubleword_ = 0;
-  bool is_done_ = false, has_failed_ = false, knows_written_ = false, follows_calls_ = false;
+  bool is_done_ = false, has_failed_ = false, knows_written_ = false, follows_calls_ = false, leaves_ = false;
   code_part<max_hot_words> hot_{};
   code_part<max_cold_words> cold_{};
   std::array<crossing, 24> exits_{}, ways_on_{};

@@ -12,8 +12,10 @@ struct known_value {
   enum class kind : std::uint8_t {
     nothing,
     number,
-    state,    // the address of the thread's cpu_state, and `number` more
-    way_back  // where the function was called from
+    state,     // the address of the thread's cpu_state, and `number` more
+    way_back,  // where the function was called from
+    stack,     // where the stack pointer stood at first, and `number` more
+    kept       // what the register of that number held at first
   };
   kind is = kind::nothing;
   std::uint64_t number = 0;

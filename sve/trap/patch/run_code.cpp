@@ -43,23 +43,6 @@ constexpr reg keeper = known_lanes::keeper;
 constexpr std::uint32_t kept_x = set_of(base) | set_of(keeper);
 static_assert(keeper.number == base.number + 1);
 
-// What the thunks write; and if one of them writes all the registers that ways out of its code could go by, one more,
-// as it would have to be called otherwise.
-written_registers written_by(std::span<const run_word> run) {
-  written_registers all;
-  for (const run_word& w : run) {
-    if (!is_called(w)) continue;
-    all.x |= w.written.x;
-    all.v |= w.written.v;
-  }
-  for (const run_word& w : run) {
-    const std::uint32_t others = inlined_thunk::temporaries & ~(all.x | own_x);
-    const bool has_way = ((all.x | own_x) & inlined_thunk::temporaries & ~w.written.x) != 0;
-    if (is_called(w) && !has_way) all.x |= others & (~others + 1);  // the lowest
-  }
-  return all;
-}
-
 // Where a thunk has returned, which may have had the register on its stack.
 constexpr word look_at_ends[] = {ldur_x(x0, base, ends_distance), orr_x(keeper, keeper, x0)};
 
@@ -136,9 +119,12 @@ class cold_code {
 
 class generator {
  public:
+  // What is saved: what the words' code is found to write, or all that the thunks may.
+  enum class saving { for_copies, for_thunks };
+
   generator(std::span<const run_word> run, unsigned char* site, const unsigned char* place,
-            std::span<unsigned char, max_run_code_bytes> room)
-      : run_(run), use_(use_of(run)), written_(written_by(run)), place_(place), room_(room) {
+            std::span<unsigned char, max_run_code_bytes> room, saving saves)
+      : run_(run), use_(use_of(run)), written_(find_written(saves)), place_(place), room_(room) {
     header_.site = site;
     header_.x = written_.x | use_.x | own_x | kept_x;
     header_.z = use_.z;
@@ -176,9 +162,48 @@ class generator {
     return size_;
   }
 
+  // Whether all is saved that the code, as it has come to be, may write.
+  bool saves_enough() const { return saves_enough_; }
+
  private:
   using one_move = word(reg t, reg base, std::int64_t offset);
   using pair_move = word(reg t, reg t2, reg base, std::int64_t offset);
+
+  sve_handler thunk_of(const run_word& w) const { return use_.fpsr ? w.thunk : w.row->under_host_fpsr; }
+  static bool follows_calls(const run_word& w) { return w.row->way != route::library; }
+  bool make_copy(const run_word& w, const inlined_thunk::given& what) const {
+    return copy_.make(thunk_of(w), w.word, what);
+  }
+
+  // What the word's code writes, if that is nothing but instructions copied; else what the thunk may write.
+  written_registers written_by_code(std::size_t i) {
+    const run_word& w = run_[i];
+    const bool is_made = make_copy(w, {inlined_thunk::temporaries, use_of(w).p_written, follows_calls(w)});
+    const auto written = is_made && copy_.is_whole() ? copy_.written() : std::nullopt;
+    is_copy_[i] = written.has_value();
+    return written.value_or(w.written);
+  }
+
+  // By all words; and if one of them writes all the registers that ways out of its code could go by, one more, as it
+  // would have to be called otherwise.
+  written_registers find_written(saving saves) {
+    constinit static std::array<std::uint32_t, max_run> by_word{};
+    written_registers all;
+    for (std::size_t i = 0; i != run_.size(); ++i) {
+      is_copy_[i] = false;
+      if (!is_called(run_[i])) continue;
+      const written_registers written = saves == saving::for_copies ? written_by_code(i) : run_[i].written;
+      by_word[i] = written.x;
+      all.x |= written.x;
+      all.v |= written.v;
+    }
+    for (std::size_t i = 0; i != run_.size(); ++i) {
+      const std::uint32_t others = inlined_thunk::temporaries & ~(all.x | own_x);
+      const bool has_way = ((all.x | own_x) & inlined_thunk::temporaries & ~by_word[i]) != 0;
+      if (is_called(run_[i]) && !has_way) all.x |= others & (~others + 1);  // the lowest
+    }
+    return all;
+  }
 
   std::uint16_t here() const { return static_cast<std::uint16_t>(size_); }
   // From the next instruction to a place in the code.
@@ -262,9 +287,10 @@ class generator {
   static std::size_t literal(std::size_t i) { return offsetof(run_code, literals) + i * sizeof(run_literal); }
 
   void call(std::size_t i) {
-    header_.literals[i].thunk = use_.fpsr ? run_[i].thunk : run_[i].row->under_host_fpsr;
+    header_.literals[i].thunk = thunk_of(run_[i]);
     const std::uint32_t written = use_of(run_[i]).p_written;
     if (!inline_thunk(i, written)) {
+      saves_enough_ = saves_enough_ && !is_copy_[i];
       call_thunk(i);
       settle_predicates(run_[i].word, written);
     }
@@ -276,29 +302,31 @@ class generator {
   void settle_predicates(word w, std::uint32_t written) {
     const word n = w >> 5 & 15, d = w & 15;
     if (known_lanes::is_move(w) && n < known_lanes::filled_predicates && d < known_lanes::filled_predicates) {
-      for (const auto bit_of : {known_lanes::active_bit, known_lanes::filled_bit}) {
-        put(known_lanes::take(x0, bit_of(n, 0)));
-        put(known_lanes::give(x0, bit_of(d, 0)));
-      }
+      hand_on(known_lanes::active_bit(n, 0), known_lanes::active_bit(d, 0), known_lanes::sizes);
+      hand_on(known_lanes::filled_bit(n, 0), known_lanes::filled_bit(d, 0), known_lanes::sizes);
+      hand_on(known_lanes::partial_bit(n), known_lanes::partial_bit(d), 1);
       return;
     }
     for (std::uint32_t p = 0; p != known_lanes::predicates; ++p)
-      if (written >> p & 1) put(known_lanes::forget(p));
+      if (written >> p & 1) known_lanes::forget(p, [this](word instruction) { put(instruction); });
+  }
+
+  void hand_on(word from, word to, word count) {
+    put(known_lanes::take(x0, from, count));
+    put(known_lanes::give(x0, to, count));
   }
 
   // Its code in the place of a call, if there is room.
   bool inline_thunk(std::size_t i, std::uint32_t written_predicates) {
-    constinit static inlined_thunk thunk{};
     constexpr std::size_t most = (max_hot_words + max_cold_words) * sizeof(word);
     if (!cold_.has_room() || size_ + cold_.bytes() + most > max_run_code_bytes - max_bytes_of_calls) return false;
-    const bool follows_calls = run_[i].row->way != route::library;
     const run_literal& known = header_.literals[i];
-    if (!thunk.make(known.thunk, known.word, {written_.x | own_x, written_predicates, follows_calls, known.pc}))
-      return false;
-    const std::size_t begin = size_, end = begin + thunk.hot().code().size_bytes();
-    for (const word w : thunk.hot().code()) put(w);
-    cold_.add(thunk, begin, end);
-    if (!thunk.knows_written_predicates()) settle_predicates(known.word, written_predicates);
+    if (!make_copy(run_[i], {written_.x | own_x, written_predicates, follows_calls(run_[i]), known.pc})) return false;
+    if (is_copy_[i] && !copy_.is_whole()) return false;
+    const std::size_t begin = size_, end = begin + copy_.hot().code().size_bytes();
+    for (const word w : copy_.hot().code()) put(w);
+    cold_.add(copy_, begin, end);
+    if (!copy_.knows_written_predicates()) settle_predicates(known.word, written_predicates);
     return true;
   }
 
@@ -373,7 +401,10 @@ class generator {
     put(ldp_x_post(base, keeper, sp, 16));
   }
 
+  // For one thread at a time: they take much room.
   static inline constinit cold_code cold_{};
+  static inline constinit inlined_thunk copy_{};
+  static inline constinit std::array<bool, max_run> is_copy_{};  // words that are to be nothing but copied instructions
   const std::span<const run_word> run_;
   const register_use use_;
   const written_registers written_;
@@ -381,13 +412,21 @@ class generator {
   const std::span<unsigned char, max_run_code_bytes> room_;
   run_code header_{};
   std::size_t size_ = 0;
+  bool saves_enough_ = true;
 };
 
 }  // namespace
 
 std::size_t make_run_code(std::span<const run_word> run, unsigned char* site, std::size_t registers_offset,
                           const unsigned char* place, std::span<unsigned char, max_run_code_bytes> room) {
-  return generator(run, site, place, room).make(registers_offset);
+  std::size_t size = 0;
+  const auto make = [&](generator::saving saves) {
+    generator code(run, site, place, room, saves);
+    size = code.make(registers_offset);
+    return code.saves_enough();
+  };
+  if (!make(generator::saving::for_copies)) make(generator::saving::for_thunks);
+  return size;
 }
 
 }  // namespace quern

@@ -147,6 +147,76 @@ TEST_F(InlinedThunk, ReturnsByAnAddressFromMemory) {
   EXPECT_EQ(hot(), (words{0xF94003FE, ret}));
 }
 
+// stp x29, x30, [sp, #-32]!; mov x29, sp; movz x3, #7; stp x3, xzr, [sp, #16]
+constexpr word push = 0xA9BE7BFD, take_frame = 0x910003FD, seven = 0xD28000E3, store_seven = 0xA9017FE3;
+// ldr w4, [x29, #16]; ldp x29, x30, [sp], #32
+constexpr word load_seven = 0xB94013A4, pop = 0xA8C27BFD, read_thread = 0xD53BD042;
+
+TEST_F(InlinedThunk, WritesNothingToTheStackThatItReadsBackItself) {
+  // str x4, [x0, #8], which is copied, with the number
+  ASSERT_TRUE(make({push, take_frame, seven, store_seven, load_seven, 0xF9000404, pop, ret}));
+  EXPECT_EQ(hot(), (words{0xD28000E4, 0xF9000664}));
+  EXPECT_TRUE(thunk_->is_whole());
+  EXPECT_EQ(thunk_->written(), (written_registers{1 << 4, 0}));
+  // sub sp, sp, #32; stp x29, x30, [sp, #16]; add x29, sp, #16; movi v0.2s, #7; str d0, [sp, #8]; ldr x4, [sp, #8]
+  ASSERT_TRUE(make({0xD10083FF, 0xA9017BFD, 0x910043FD, 0x0F0004E0, 0xFD0007E0, 0xF94007E4, 0xF9000404, 0xA9417BFD,
+                    0x910083FF, ret}));
+  EXPECT_EQ(hot(), (words{0x0F0004E0, 0x58000004, 0xF9000664})) << "and the frame is popped";
+  EXPECT_TRUE(thunk_->is_whole());
+  ASSERT_TRUE(make({push, take_frame, pop, push, take_frame, pop, ret}));
+  EXPECT_TRUE(hot().empty()) << "again";
+}
+
+TEST_F(InlinedThunk, LeavesToTheThunkTheStackThatItWouldHave) {
+  // ldr x2, [x0]; cbnz x2, udf
+  ASSERT_TRUE(make({push, take_frame, seven, store_seven, 0xF9400002, 0xB5000062, pop, ret, udf}));
+  EXPECT_EQ(hot(), (words{0xF9400262, 0xB5000002}));
+  EXPECT_FALSE(thunk_->is_whole());
+  // sub sp, sp, #32; str x29, [sp]; the way back in x4, and str x4, [sp, #8]; movz x4, #7; str x4, [sp, #16]; str xzr,
+  // [sp, #24]; x0, x1, x3 and x30; mov x29, sp
+  const words all = cold();
+  const words stack = {0xD10083FF, 0xF90003FD, 4, 0xF90007E4, 0xD28000E4, 0xF9000BE4, 0xF9000FFF};
+  ASSERT_GT(all.size(), stack.size());
+  EXPECT_EQ((words{all.begin(), all.begin() + static_cast<std::ptrdiff_t>(stack.size())}), stack);
+  EXPECT_NE(std::find(all.begin(), all.end(), take_frame), all.end());
+  // sub sp, sp, #32, behind what has been popped
+  ASSERT_TRUE(
+      make({push, take_frame, seven, store_seven, pop, 0xD10083FF, 0xF9400002, 0xB5000062, 0x910083FF, ret, udf}));
+  EXPECT_EQ(cold().front(), 0xD10083FF);
+  EXPECT_EQ(std::ranges::count_if(cold(), [](word w) { return (w & 0xFFC003E0) == 0xF90003E0; }), 0) << "str, [sp]";
+}
+
+// Behind the push, each as it is: on a stack that is there, as soon as it comes to it.
+constexpr left using_the_stack[] = {
+    {"str x4, [sp, #16]: of what is not known", 0xF9000BE4},
+    {"ldr x4, [sp, #40]: an argument", 0xF94017E4},
+    {"ldr q0, [x29]", 0x3DC003A0},
+    {"strb w3, [sp, #16]", 0x390043E3},
+    {"add x4, sp, x3", 0x8B2363E4},
+    {"sub sp, sp, #1024", 0xD11003FF},
+    {"str x3, [x29]", 0xF90003A3},
+    {"str x29, [x2]: the address itself", 0xF900005D},
+    {"cmp x29, x3", 0xEB0303BF},
+    {"mrs x29, tpidr_el0: of a register that is to be kept", 0xD53BD05D},
+    {"st1 {v0.4s}, [sp]", 0x4C007BE0},
+};
+
+TEST_F(InlinedThunk, WritesTheStackForWhatElseUsesIt) {
+  for (const left& l : using_the_stack) {
+    ASSERT_TRUE(make({push, take_frame, read_thread | 4, l.instruction, pop, ret})) << l.text;
+    const words all = hot();
+    const auto at = std::find(all.begin(), all.end(), l.instruction);
+    ASSERT_NE(at, all.end()) << l.text;
+    EXPECT_EQ(std::count(all.begin(), at, 0xD10083FFu), 1) << l.text << ": sub sp, sp, #32";
+    EXPECT_EQ(std::count(all.begin(), at, 0xF90003FDu), 1) << l.text << ": str x29, [sp]";
+    EXPECT_EQ(std::count(at, all.end(), pop), 1) << l.text;
+    EXPECT_EQ(all.back(), ret) << l.text;
+    EXPECT_FALSE(thunk_->is_whole()) << l.text;
+  }
+}
+
+TEST_F(InlinedThunk, IsNoneIfTheStackPointerDoesNotComeBack) { EXPECT_FALSE(make({push, ret})); }
+
 TEST_F(InlinedThunk, FollowsCallsWhereItMay) {
   // mov x9, x30; bl 5; mrs x3, tpidr_el0; mov x30, x9; ret; mrs x2, tpidr_el0; ret
   const words thunk = {0xAA1E03E9, 0x94000004, 0xD53BD043, 0xAA0903FE, ret, 0xD53BD042, ret};
@@ -180,6 +250,9 @@ TEST_F(InlinedThunk, AsksWhetherLanesAreKnown) {
   const auto at = std::find(all.begin(), all.end(), test);
   ASSERT_NE(at, all.end()) << "the test itself";
   EXPECT_EQ(*(at + 1) & 0xFF00001F, 0xB4000002) << "cbz x2";
+  // The first words: where it is known that another is inactive, or that all of the next size are the active ones
+  EXPECT_EQ(all[0] & 0xFFF8001F, aarch64::tbnz_x(aarch64::x20, known_lanes::partial_bit(5), 0));
+  EXPECT_EQ(all[1] & 0xFFF8001F, aarch64::tbnz_x(aarch64::x20, known_lanes::filled_bit(5, 2), 0));
   // The last words: orr x20, x20, #0xe00000; b
   EXPECT_EQ((words{all.end() - 2, all.end()}),
             (words{aarch64::set_bits_x(aarch64::x20, aarch64::x20, 21, 3), aarch64::b(0)}));

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <memory>
 #include <vector>
 
+#include "sve/decoder/decode_map.h"
 #include "sve/trap/patch/inlined_thunk.h"
 #include "sve/trap/patch/ordinary_instruction.h"
 #include "tests/harness/comparison.h"
@@ -190,6 +192,25 @@ TEST(InlinedThunks, AreThoseOfNearlyAllDirectRows) {
   EXPECT_GT(whole, direct * 45 / 100) << "without a jump into the thunk at their end";
 }
 
+// MOV of a predicate is nothing but copied instructions, though its routine has more; of FMLA one way is copied.
+TEST(InlinedThunks, SaveWhatTheirOwnCodeWrites) {
+  alignas(64) static unsigned char room[max_run_code_bytes];
+  const auto vectors_of = [](std::uint32_t word) {
+    const decode_row* const row = decode_word(word).row;
+    const run_word w{word, row, row->thunk, written_by(*row), 0};
+    make_run_code({&w, 1}, room, 0, room, room);
+    const std::uint32_t saved = reinterpret_cast<const run_code*>(room)->v;
+    EXPECT_EQ(saved & ~w.written.v, 0u) << word;
+    return std::pair(std::popcount(saved), std::popcount(w.written.v & ~use_of(w).z));
+  };
+  constexpr std::uint32_t mov_p0_p3 = 0x25834C60, fmla_z3_z1_z4 = 0x65A40423;
+  const auto [of_move, by_its_thunk] = vectors_of(mov_p0_p3);
+  EXPECT_GT(of_move, 0);
+  EXPECT_LT(of_move, by_its_thunk);
+  const auto [of_sum, by_all_ways] = vectors_of(fmla_z3_z1_z4);
+  EXPECT_EQ(of_sum, by_all_ways);
+}
+
 // A run of one word saves few registers, and so has few for its code.
 TEST(InlinedThunks, StandInRunsOfOneWordToo) {
   alignas(64) static unsigned char room[max_run_code_bytes];
@@ -209,6 +230,27 @@ TEST(InlinedThunks, StandInRunsOfOneWordToo) {
   }
   EXPECT_GT(direct, 700u);
   EXPECT_LT(called, direct / 50);
+}
+
+// Of words whose code would be nothing but copied instructions, those find no room that come last. They are called, and
+// registers saved that the others don't write.
+TEST_F(AgainstThunks, WordsThatFindNoRoomForTheirCopies) {
+  if (VL_BYTES < 256) GTEST_SKIP() << "a run's room is enough for all copies";
+  const auto r = std::make_unique<run_case>();
+  const auto row = std::ranges::find_if(rows(), [](const case_row& c) { return c.row->handler == "sve_add_zpz"; });
+  ASSERT_NE(row, rows().end());
+  ASSERT_TRUE(make_run_case(*row, 1, 0, *r));
+  r->run.resize(max_run, r->run[0]);
+  EXPECT_EQ(judge(*r), "");
+  const auto calls_in = [](std::size_t i) {
+    const run_code& code = last_code();
+    const std::span words(
+        reinterpret_cast<const aarch64::word*>(code.at(code.literals[i].start)),
+        reinterpret_cast<const aarch64::word*>(code.at(i + 1 == max_run ? code.way_out : code.literals[i + 1].start)));
+    return std::ranges::count(words, aarch64::blr(aarch64::x2));
+  };
+  EXPECT_EQ(calls_in(0), 0);
+  EXPECT_EQ(calls_in(max_run - 1), 1);
 }
 
 TEST_F(AgainstThunks, EachWordAlone) { judge_all(0); }
