@@ -18,7 +18,7 @@ program=$1
 loops="vector_sum byte_copy strided_gather matrix_product fourier_transform"
 hosts="traps patched"
 [ -z "${QUERN_DYNAMORIO:-}" ] || hosts+=" framework"
-rounds=3
+rounds=7
 
 qemu=("$QUERN_QEMU")
 [ -z "$QUERN_SYSROOT" ] || qemu+=(-L "$QUERN_SYSROOT")

@@ -25,6 +25,19 @@ struct lane_block {
   lane_block() = default;
   explicit lane_block(const unsigned char* source) { *this = next(source); }
 
+  // By pairs of vectors, which may be any: where operations are not the compiler's own, it would move the four vectors
+  // of one instruction to and from others, one by one.
+  static lane_block next_by_pairs(const unsigned char*& source) {
+    lane_block block;
+    copy(block.bytes, source);
+    source += block_bytes;
+    return block;
+  }
+  void copy_to_next_by_pairs(unsigned char*& destination) const {
+    copy(destination, bytes);
+    destination += block_bytes;
+  }
+
   // The block at `source`, which is moved behind it.
   static lane_block next(const unsigned char*& source) {
     lane_block block;

@@ -20,11 +20,13 @@ inline void each_lane(Op op, unsigned char* d, const Source*... source) {
 }
 
 // The same, unrolled no further than a block. For floating point, whose operations take so long that the loop's own
-// instructions don't count, while a processor emulator makes far more code of them than stays in a cache.
+// instructions don't count, while a processor emulator makes far more code of them than stays in a cache. By pairs of
+// vectors, as the operations are not the compiler's own.
 template <class T, class Op, class... Source>
 inline void each_lane_in_turn(Op op, unsigned char* d, const Source*... source) {
-  each_block_until(
-      VL_BYTES, [=](const auto&... block) { return map_block<T>(op, block...); }, d, source...);
+#pragma GCC unroll 1
+  for (std::size_t b = 0; b != VL_BYTES; b += block_bytes)
+    map_block<T>(op, lane_block::next_by_pairs(source)...).copy_to_next_by_pairs(d);
 }
 
 // All groups of d are one, and all its lanes one number.
@@ -86,7 +88,8 @@ inline void zero_lanes(Op op, unsigned char* d, const unsigned char* pg, const S
 // The same on groups of floating-point lanes, of which op sees 1.0 where they are inactive.
 template <lane_group T, class Op, class... Source>
 inline void zero_lanes_or_ones(Op op, unsigned char* d, const unsigned char* pg, const Source*... source) {
-  if (all_active<lane_of<T>>(pg)) return each_lane_in_turn<T>(op, d, source...);
+  const auto map = [=](const auto&... block) { return map_block<T>(op, block...); };
+  if (all_active<lane_of<T>>(pg)) return each_block_until(VL_BYTES, map, d, source...);
   each_block(
       [=](const lane_block& predicate, const auto&... block) {
         const lane_block active = active_masks<T>(predicate);

@@ -200,6 +200,7 @@ void inlined_thunk::need_flags() {
 
 void inlined_thunk::set(std::uint32_t n, known_value value) {
   if (n == none) return;
+  before_[n] = value_in_processor(n);
   known_[n] = value;
   missing_ |= set_of(n);
   set_ |= set_of(n);
@@ -240,24 +241,52 @@ std::optional<std::uint64_t> inlined_thunk::distance_in_state(std::uint32_t n) c
   return known_[n].number;
 }
 
+// What the register has in the processor, which may be less than is known to be in it.
+known_value inlined_thunk::value_in_processor(std::uint32_t n) const {
+  return missing_ & set_of(n) ? before_[n] : known_[n];
+}
+
+// A register by which the address of that distance from the state is in reach, units from the register's address; none
+// if there is none.
+std::optional<inlined_thunk::place_in_reach> inlined_thunk::reach(std::uint64_t distance, std::int64_t unit) const {
+  const auto units_from = [=](std::uint64_t from) -> std::optional<std::int64_t> {
+    const auto bytes = static_cast<std::int64_t>(distance - from);
+    if (bytes % unit != 0 || bytes / unit < -max_pair_offset - 1 || bytes / unit > max_pair_offset) return {};
+    return bytes / unit;
+  };
+  if (const auto units = units_from(0)) return place_in_reach{base.number, *units};
+  for (std::uint32_t n = 0; n != none; ++n) {
+    const known_value value = value_in_processor(n);
+    if (value.is != kind::state) continue;
+    if (const auto units = units_from(value.number)) return place_in_reach{n, *units};
+  }
+  return {};
+}
+
+// In the state, by any register that has an address near by. A base that the access moves is known behind it as well.
 bool inlined_thunk::pair_access(word w) {
+  constexpr word offset_field = 0x7F << 15, mode_field = 3 << 23, plain = 2 << 23, moved_behind = 1 << 23;
   const bool is_vector = is_set(w, 26), is_load = is_set(w, 22), moves_base = is_set(w, 23);
   const std::uint32_t t = field(w, 4, 0), t2 = field(w, 14, 10), n = field(w, 9, 5), size = field(w, 31, 30);
   const bool writes_kept = (is_load && !is_vector && (is_kept(t) || is_kept(t2))) || (moves_base && is_kept(n));
   if (writes_kept || (size == 1 && !is_vector)) return false;
   if (!is_vector && !is_load) need(t), need(t2);
-  const bool is_plain = field(w, 24, 23) == 2;
-  const std::int64_t bytes = is_vector ? 4 << size : size == 2 ? 8 : 4;
-  const auto known = is_plain ? distance_in_state(n) : std::nullopt;
-  const std::int64_t offset = static_cast<std::int64_t>(known.value_or(0)) + signed_field(w, 21, 15) * bytes;
-  if (known && offset % bytes == 0 && offset >= 0 && offset / bytes <= max_pair_offset) {
-    hot_.put(with_base(w & ~word{0x7F << 15}, base) | static_cast<word>(offset / bytes) << 15);
+  const std::int64_t unit = is_vector ? 4 << size : size == 2 ? 8 : 4;
+  const auto by = static_cast<std::uint64_t>(signed_field(w, 21, 15) * unit);
+  const auto known = (w & mode_field) != 0 ? distance_in_state(n) : std::nullopt;
+  if (known) {
+    const std::uint64_t distance = (w & mode_field) == moved_behind ? *known : *known + by;
+    if (!reach(distance, unit)) need_base(n);
+    const place_in_reach place = *reach(distance, unit);
+    const word others = with_base(w & ~(offset_field | mode_field), {place.from});
+    hot_.put(others | plain | scaled(place.units, 1, 7) << 15);
   } else {
     need_base(n);
     hot_.put(w);
   }
   if (is_load && !is_vector) load(t), load(t2);
-  if (moves_base) load(n);
+  if (moves_base && known) set(n, {kind::state, *known + by});
+  if (moves_base && !known) load(n);
   return true;
 }
 
@@ -308,20 +337,23 @@ bool inlined_thunk::single_access(word w) {
   const bool is_other = !has_unsigned && (has_register ? mode != 2 : mode == 2);
   const bool writes_kept = (is_load && !is_vector && is_kept(t)) || (moves_base && is_kept(n));
   if (is_prefetch || is_other || writes_kept) return false;
-  const auto in_state = moves_base ? std::nullopt : distance_in_state(n);
+  const bool is_moved_behind = moves_base && mode == 1;
+  const auto by = static_cast<std::uint64_t>(signed_field(w, 20, 12));
+  const auto in_state = distance_in_state(n);
   auto offset = in_state;  // from the state, or from the base's own address
   if (has_unsigned) {
     if (offset) *offset += std::uint64_t{field(w, 21, 10)} << scale;
   } else if (has_register) {
     offset = known_index(w, scale);
     if (offset) *offset += in_state.value_or(0);
-  } else if (offset) {
-    *offset += static_cast<std::uint64_t>(signed_field(w, 20, 12));
+  } else if (offset && !is_moved_behind) {
+    *offset += by;
   }
-  if (in_state && offset && !is_vector && access_instr_word(w, *offset, is_load)) return true;
+  if (in_state && offset && !is_vector && !moves_base && access_instr_word(w, *offset, is_load)) return true;
   if (in_state && offset == offsetof(cpu_state, pc)) return false;  // the thunk itself is told it
   if (!is_vector && !is_load) need(t);
-  if (offset && fits(*offset, scale, max_unsigned_offset)) {
+  const bool is_in_reach = offset && fits(*offset, scale, max_unsigned_offset);
+  if (is_in_reach) {
     if (!in_state) need_base(n);
     const word rebased = in_state ? with_base(w, base) : w;
     hot_.put((rebased & ~word{0x3FFC00}) | word{1} << 24 | static_cast<word>(*offset >> scale) << 10);
@@ -331,7 +363,8 @@ bool inlined_thunk::single_access(word w) {
     hot_.put(w);
   }
   if (is_load && !is_vector) load(t);
-  if (moves_base) load(n);
+  if (moves_base && is_in_reach) set(n, {kind::state, *in_state + by});
+  if (moves_base && !is_in_reach) load(n);
   return true;
 }
 
@@ -563,6 +596,7 @@ const unsigned char* inlined_thunk::step(const unsigned char* pc) {
 
 void inlined_thunk::begin(std::uint32_t w, const given& what) {
   known_.fill({});
+  before_.fill({});
   known_[0] = {kind::state, 0};
   known_[1] = {kind::number, w};
   known_[link] = {kind::way_back, 0};

@@ -116,6 +116,13 @@ class inlined_thunk {
   template <class Part>
   void put_number(Part& part, std::uint32_t n, std::uint64_t number);
   bool load_constant(std::uint32_t word);
+  // A register, and a distance from the address in it in units of what is moved.
+  struct place_in_reach {
+    std::uint32_t from;
+    std::int64_t units;
+  };
+  known_value value_in_processor(std::uint32_t n) const;
+  std::optional<place_in_reach> reach(std::uint64_t distance, std::int64_t unit) const;
   bool pair_access(std::uint32_t word);
   const unsigned char* marked_code(const unsigned char* mark);
   bool go_to_cold(std::uint32_t bit);
@@ -160,6 +167,7 @@ class inlined_thunk {
 
   known_registers known_{};
   std::uint32_t missing_ = 0;  // the registers that hold something known, but not in the processor
+  known_registers before_{};   // what those have there
   std::uint32_t set_ = 0;      // the registers that have been set, known or not
   std::uint32_t usable_ = 0, written_predicates_ = 0;
   const unsigned char* pc_ = nullptr;

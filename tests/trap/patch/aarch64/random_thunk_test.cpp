@@ -177,8 +177,20 @@ class thunk_maker {
     const bool is_load = random_.one_in(2);
     const word t = is_load ? result() : source(), offset = first_byte + (bits() & 0x40);
     const word t2 = t == 12 ? 2 : t + 1;
+    if (random_.one_in(3)) return add_pair_by_register(is_load);
     if (random_.one_in(2)) return put((is_load ? ldp_x : stp_x)({t}, {t2}, x0, offset));
     put((is_load ? ldp_q : stp_q)({vector() & 2}, {3}, x0, offset));
+  }
+  // Of vectors, by X2, which it may move, and which is as far from the state as pairs reach, or farther.
+  void add_pair_by_register(bool is_load) {
+    words_.insert(words_.end(), 2, nop);
+    put(add_x({2}, x0, first_byte + (bits() & 0x7F0)));
+    for (int i = 0; i != 2; ++i) {
+      const word modes[] = {1 << 23, 2 << 23, 3 << 23};  // behind, plain, before
+      const word pair = (is_load ? ldp_q : stp_q)({vector() & 2}, {3}, {2}, 16 * static_cast<std::int64_t>(bits() & 3));
+      put((pair & ~word{3 << 23}) | random_.pick(modes));
+    }
+    put(add_x({result()}, {2}, 8));
   }
   void add_crossing() {
     const crossing c = random_.pick(crossings);
