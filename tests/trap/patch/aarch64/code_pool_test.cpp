@@ -21,6 +21,11 @@ constexpr std::size_t most_sites = bound / max_run_code_bytes + 2 * sites_in_pag
 constexpr aarch64::word add = 0x04250083, other = 0x04660083, ret = 0xD65F03C0, breakpoint = 0xD4200000;
 
 void put_word(unsigned char* at, aarch64::word word) { std::memcpy(at, &word, sizeof word); }
+aarch64::word word_of(const unsigned char* site) {
+  aarch64::word word;
+  std::memcpy(&word, site, sizeof word);
+  return word;
+}
 
 // Code that is none, of the most bytes, for a word in front of a `ret`, and the branch to it.
 void make_code_of(unsigned char* site, const code_room& room, aarch64::word word = add) {
@@ -71,6 +76,16 @@ class CodePool : public testing::Test {
   bool has_room() const { return find_code_room(next_site()).place != nullptr; }
   // Of one in the middle, which is within reach of all sites.
   const places& sites_of_some_piece() const { return std::next(sites_of_.begin(), std::ssize(sites_of_) / 2)->second; }
+
+  // One of these whose branch no other site has: two that are as far from each other as their codes have the same.
+  unsigned char* site_with_a_branch_of_its_own() const {
+    std::map<aarch64::word, int> sites_with;
+    for (const auto& [piece, sites] : sites_of_)
+      for (unsigned char* const site : sites) ++sites_with[word_of(site)];
+    for (unsigned char* const site : sites_of_some_piece())
+      if (sites_with[word_of(site)] == 1) return site;
+    return nullptr;
+  }
 
   static void put(const places& sites, aarch64::word word) {
     for (unsigned char* const site : sites) put_word(site, word);
@@ -154,9 +169,7 @@ TEST_F(CodePool, KeepsCodeWhosePlacesAreUnderBreakpoints) {
 
 TEST_F(CodePool, KnowsNoCodeInAPieceThatWasGivenBack) {
   const places sites = sites_of_some_piece();
-  aarch64::word branch;
-  std::memcpy(&branch, sites.front(), sizeof branch);
-  const unsigned char* const entry = sites.front() + aarch64::b_distance(branch);
+  const unsigned char* const entry = sites.front() + aarch64::b_distance(word_of(sites.front()));
   EXPECT_NE(find_code(entry), nullptr);
   put(sites, add);
   EXPECT_TRUE(has_room());
@@ -164,12 +177,11 @@ TEST_F(CodePool, KnowsNoCodeInAPieceThatWasGivenBack) {
 }
 
 TEST_F(CodePool, FindsTheCodeOfACopiedBranch) {
-  const unsigned char* const site = sites_of_some_piece().front();
+  const unsigned char* const site = site_with_a_branch_of_its_own();
+  ASSERT_NE(site, nullptr);
   unsigned char copy[8]{};
   std::memcpy(copy, site, sizeof copy);
-  aarch64::word branch;
-  std::memcpy(&branch, site, sizeof branch);
-  const unsigned char* const target = copy + aarch64::b_distance(branch);
+  const unsigned char* const target = copy + aarch64::b_distance(word_of(site));
   const run_code* const code = find_code_of_copy(target);
   ASSERT_NE(code, nullptr);
   EXPECT_EQ(code->site, site);
