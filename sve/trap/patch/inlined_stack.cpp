@@ -104,8 +104,8 @@ void inlined_thunk::take_from_stack(std::uint32_t t, known_value value) {
   if (t == zero_register) return;
   if (value.is != kind::kept) return set(t, value);
   known_[t] = {};  // in the processor it still is what it was
-  missing_ &= ~(std::uint32_t{1} << t);
-  set_ &= ~(std::uint32_t{1} << t);
+  missing_ &= ~set_of(t);
+  set_ &= ~set_of(t);
 }
 
 // All of it, or nothing is done.
@@ -141,6 +141,34 @@ bool inlined_thunk::needs_stack(word w) const {
   const bool writes_pointer = d == stack_pointer && (is_logical || (is_sum && !is_set(w, 29)));
   const auto effect = effect_of(w);
   return writes_pointer || (n == stack_pointer && (is_access || is_sum)) || (effect && stack_.keeps_any_of(effect->x));
+}
+
+// The stack as the thunk would have it, and its pointer.
+void inlined_thunk::put_stack(code_part& part) {
+  const std::uint64_t bytes = stack_is_known_ ? stack_.bytes() : 0;
+  if (bytes != 0) part.put(sub_x(sp, sp, static_cast<word>(bytes)));
+  for (std::uint64_t offset = 0; offset != bytes; offset += 8) {
+    const known_value value = stack_.slot(stack_.top() + offset);
+    if (value.is == kind::nothing) continue;
+    const bool is_kept = value.is == kind::kept, is_zero = value == known_value{kind::number, 0};
+    const std::uint32_t n = is_kept ? static_cast<std::uint32_t>(value.number) : is_zero ? none : unused_register();
+    if (!is_kept && !is_zero) {
+      if (n == none) has_failed_ = true;
+      put_value(part, n, value);
+    }
+    part.put(str_x({n}, sp, static_cast<std::int64_t>(offset)));
+  }
+}
+
+void inlined_thunk::write_stack() {
+  if (!stack_is_known_) return;
+  put_stack(hot_);
+  for (std::uint32_t n = 0; n != none; ++n) {
+    if (known_[n].is != kind::stack) continue;
+    put_known(hot_, n);
+    load(n);
+  }
+  stack_is_known_ = false;
 }
 
 }  // namespace quern

@@ -18,9 +18,9 @@
 namespace quern {
 
 // Instructions, and those among them that need an address that is not known yet.
-template <std::size_t Most>
 struct code_part {
-  std::array<aarch64::word, Most> words{};
+  static constexpr std::size_t most = 192;  // words
+  std::array<aarch64::word, most> words{};
   std::size_t count = 0;
   std::array<std::uint16_t, 24> ways_back{};  // numbers of those that are to be ADR, with where the thunk returns to
   std::size_t way_back_count = 0;
@@ -31,7 +31,7 @@ struct code_part {
     is_too_long = false;
   }
   void put(aarch64::word w) {
-    if (count == Most) {
+    if (count == most) {
       is_too_long = true;
     } else {
       words[count++] = w;
@@ -49,9 +49,6 @@ struct code_part {
   std::span<const aarch64::word> code() const { return {words.data(), count}; }
   std::span<const std::uint16_t> returns() const { return {ways_back.data(), way_back_count}; }
 };
-
-// The most instructions of either piece.
-inline constexpr std::size_t max_hot_words = 192, max_cold_words = 192;
 
 class inlined_thunk {
  public:
@@ -78,8 +75,8 @@ class inlined_thunk {
   bool make(sve_handler thunk, std::uint32_t word, const given& what);
 
   // The hot code runs to its end; the cold code stands elsewhere.
-  const code_part<max_hot_words>& hot() const { return hot_; }
-  const code_part<max_cold_words>& cold() const { return cold_; }
+  const code_part& hot() const { return hot_; }
+  const code_part& cold() const { return cold_; }
   // Whether the code goes on nowhere else: no way leads into the thunk.
   bool is_whole() const { return !leaves_; }
   // The registers that the code itself writes; none if that can't be told.
@@ -90,6 +87,12 @@ class inlined_thunk {
   std::span<const crossing> ways_on() const { return {ways_on_.data(), way_on_count_}; }
 
  private:
+  using word = aarch64::word;
+
+  static constexpr std::uint32_t none = 31;  // no register
+  static constexpr std::uint32_t set_of(std::uint32_t n) { return n == none ? 0 : std::uint32_t{1} << n; }
+  static word word_at(const unsigned char* pc);
+
   // The state's address.
   static constexpr aarch64::reg base = aarch64::x19;
   // Those that the run's code needs.
@@ -102,40 +105,36 @@ class inlined_thunk {
     std::span<const unsigned char> place;
   };
 
-  void begin(std::uint32_t word, const given& what);
-  const unsigned char* step(const unsigned char* pc);
-  const unsigned char* follow_branch(std::uint32_t word, const unsigned char* pc);
-  const unsigned char* follow_condition(std::uint32_t word, const unsigned char* pc, std::int64_t distance);
-  const unsigned char* follow_return(std::uint32_t word, const unsigned char* pc);
-  bool carry_out(std::uint32_t word, const unsigned char* pc);
-  bool compute(std::uint32_t word, const unsigned char* pc);
-  bool access(std::uint32_t word);
-  bool single_access(std::uint32_t word);
-  std::optional<std::uint64_t> known_index(std::uint32_t word, unsigned scale) const;
-  bool access_instr_word(std::uint32_t word, std::uint64_t offset, bool is_load);
-  template <class Part>
-  void put_number(Part& part, std::uint32_t n, std::uint64_t number);
-  bool load_constant(std::uint32_t word);
   // A register, and a distance from the address in it in units of what is moved.
   struct place_in_reach {
     std::uint32_t from;
     std::int64_t units;
   };
-  known_value value_in_processor(std::uint32_t n) const;
-  std::optional<place_in_reach> reach(std::uint64_t distance, std::int64_t unit) const;
-  bool pair_access(std::uint32_t word);
-  const unsigned char* marked_code(const unsigned char* mark);
-  bool go_to_cold(std::uint32_t bit);
-  void put_marked(const marked_instructions& code);
-  bool find_inactive(const marked_instructions& code);
-  bool fill_predicate(const marked_instructions& code);
-  void put_way_on();
-  std::optional<std::uint32_t> predicate_at(std::uint32_t n) const;
+
+  // The walk (inlined_thunk.cpp): false, or the way out, for what can't be copied.
+  void begin(std::uint32_t word, const given& what);
+  const unsigned char* step(const unsigned char* pc);
+  bool carry_out(std::uint32_t word, const unsigned char* pc);
+  bool compute(std::uint32_t word, const unsigned char* pc);
   bool vector_operation(std::uint32_t word);
   bool move_known_vector(std::uint32_t word);
   bool system_operation(std::uint32_t word);
-  const unsigned char* leave(const unsigned char* target);
+  const unsigned char* follow_branch(std::uint32_t word, const unsigned char* pc);
+  const unsigned char* follow_condition(std::uint32_t word, const unsigned char* pc, std::int64_t distance);
+  const unsigned char* follow_return(std::uint32_t word, const unsigned char* pc);
 
+  // Memory (inlined_access.cpp).
+  bool access(std::uint32_t word);
+  bool pair_access(std::uint32_t word);
+  bool single_access(std::uint32_t word);
+  bool access_instr_word(std::uint32_t word, std::uint64_t offset, bool is_load);
+  bool load_constant(std::uint32_t word);
+  std::optional<std::uint64_t> distance_in_state(std::uint32_t n) const;
+  std::optional<std::uint64_t> known_index(std::uint32_t word, unsigned scale) const;
+  known_value value_in_processor(std::uint32_t n) const;
+  std::optional<place_in_reach> reach(std::uint64_t distance, std::int64_t unit) const;
+
+  // The stack (inlined_stack.cpp).
   std::optional<std::uint64_t> distance_in_stack(std::uint32_t n) const;
   bool stack_sum(std::uint32_t word);
   bool stack_access(std::uint32_t word);
@@ -143,27 +142,33 @@ class inlined_thunk {
   std::optional<known_value> loaded_value(std::uint32_t t, std::uint64_t place, bool is_word);
   void take_from_stack(std::uint32_t t, known_value value);
   bool needs_stack(std::uint32_t word) const;
-  template <class Part>
-  void put_stack(Part& part);
+  void put_stack(code_part& part);
   void write_stack();
 
-  template <class Part>
-  void put_known(Part& part, std::uint32_t n);
-  template <class Part>
-  void put_value(Part& part, std::uint32_t n, known_value value);
-  template <class Part>
-  void put_flags(Part& part);
-  template <class Part>
-  void put_exit(Part& part, const unsigned char* target);
-  void need(std::uint32_t n);
-  void need_base(std::uint32_t n);
-  void put_instr_word();
-  bool add_exit();
-  void need_flags();
+  // Predicates (inlined_lanes.cpp).
+  const unsigned char* marked_code(const unsigned char* mark);
+  std::optional<std::uint32_t> predicate_at(std::uint32_t n) const;
+  bool find_inactive(const marked_instructions& code);
+  bool fill_predicate(const marked_instructions& code);
+  bool go_to_cold(std::uint32_t bit);
+  void put_marked(const marked_instructions& code);
+  void put_way_on();
+
+  // Registers, flags, and the ways out, which have to have all of them (inlined_registers.cpp).
   void set(std::uint32_t n, known_value value);
   void load(std::uint32_t n);
+  void need(std::uint32_t n);
+  void need_base(std::uint32_t n);
+  void need_flags();
   std::uint32_t unused_register() const;
-  std::optional<std::uint64_t> distance_in_state(std::uint32_t n) const;
+  void put_known(code_part& part, std::uint32_t n);
+  void put_value(code_part& part, std::uint32_t n, known_value value);
+  void put_number(code_part& part, std::uint32_t n, std::uint64_t number);
+  void put_flags(code_part& part);
+  void put_instr_word();
+  bool add_exit();
+  void put_exit(code_part& part, const unsigned char* target);
+  const unsigned char* leave(const unsigned char* target);
 
   known_registers known_{};
   std::uint32_t missing_ = 0;  // the registers that hold something known, but not in the processor
@@ -180,8 +185,8 @@ class inlined_thunk {
   std::uint32_t known_vector_ = 0;  // as a set: the vector whose low doubleword is known, if there is one
   std::uint64_t doubleword_ = 0;
   bool is_done_ = false, has_failed_ = false, knows_written_ = false, follows_calls_ = false, leaves_ = false;
-  code_part<max_hot_words> hot_{};
-  code_part<max_cold_words> cold_{};
+  code_part hot_{};
+  code_part cold_{};
   std::array<crossing, 24> exits_{}, ways_on_{};
   std::size_t exit_count_ = 0, way_on_count_ = 0;
 };

@@ -55,7 +55,7 @@ class cold_code {
   void clear() { word_count_ = exit_count_ = return_count_ = hot_return_count_ = way_on_count_ = 0; }
   // Whether there is room for what one thunk has.
   bool has_room() const {
-    return word_count_ + max_cold_words + return_words <= most_words && exit_count_ + 32 <= exits_.size() &&
+    return word_count_ + code_part::most + return_words <= most_words && exit_count_ + 32 <= exits_.size() &&
            return_count_ + 32 <= returns_.size() && hot_return_count_ + 32 <= hot_returns_.size() &&
            way_on_count_ + 32 <= ways_on_.size();
   }
@@ -318,7 +318,7 @@ class generator {
 
   // Its code in the place of a call, if there is room.
   bool inline_thunk(std::size_t i, std::uint32_t written_predicates) {
-    constexpr std::size_t most = (max_hot_words + max_cold_words) * sizeof(word);
+    constexpr std::size_t most = 2 * code_part::most * sizeof(word);
     if (!cold_.has_room() || size_ + cold_.bytes() + most > max_run_code_bytes - max_bytes_of_calls) return false;
     const run_literal& known = header_.literals[i];
     if (!make_copy(run_[i], {written_.x | own_x, written_predicates, follows_calls(run_[i]), known.pc})) return false;

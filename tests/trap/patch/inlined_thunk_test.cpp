@@ -62,6 +62,14 @@ TEST_F(InlinedThunk, HasOperandsFromTheWord) {
   EXPECT_TRUE(cold().empty());
 }
 
+TEST_F(InlinedThunk, ReachesPairsByAnAddressThatARegisterHas) {
+  // add x1, x0, #3072; ldp q0, q1, [x1], #32; stp q0, q1, [x1]; add x1, x1, #32; str q0, [x1], #16; add x1, x1, #16;
+  // stp q0, q1, [x1, #-16]!
+  ASSERT_TRUE(make({0x91300001, 0xACC10420, 0xAD000420, 0x91008021, 0x3C810420, 0x91004021, 0xADBF8420, ret}));
+  // add x1, x19, #3072, once; ldp q0, q1, [x1]; stp q0, q1, [x1, #32]; str q0, [x19, #3136]; stp q0, q1, [x1, #80]
+  EXPECT_EQ(hot(), (words{0x91300261, 0xAD400420, 0xAD010420, 0x3D831260, 0xAD028420}));
+}
+
 TEST_F(InlinedThunk, TakesBranchesThatFollowFromTheWord) {
   // cmp w1, w1; b.ne udf; cbz w1, udf; tbz w1, #7, udf; b over; udf; mrs x2, tpidr_el0
   ASSERT_TRUE(make({0x6B01003F, 0x540000A1, 0x34000081, 0x36380061, 0x14000002, udf, 0xD53BD042, ret}));
@@ -268,12 +276,12 @@ TEST_F(InlinedThunk, LeavesMarkedCodeAsItIsForAPredicateThatIsNotKnown) {
 }
 
 TEST_F(InlinedThunk, LeavesALongThunkOnItsWay) {
-  words thunk(max_hot_words, 0xD53BD042);
+  words thunk(code_part::most, 0xD53BD042);
   thunk.push_back(ret);
   ASSERT_TRUE(make(thunk));
   const words all = hot();
-  ASSERT_LE(all.size(), max_hot_words);
-  const std::size_t copied = max_hot_words - 31;
+  ASSERT_LE(all.size(), code_part::most);
+  const std::size_t copied = code_part::most - 31;
   ASSERT_GT(all.size(), copied);
   EXPECT_EQ((words{all.end() - 8, all.end()}), jump_to(copied, 3));
 }
